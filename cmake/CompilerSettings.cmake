@@ -1,0 +1,30 @@
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+
+# Qt 4's headers and generated code are older than today's compilers: there a warning is no error.
+if(ZORV_QT EQUAL 5)
+    option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
+else()
+    option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+endif()
+option(LOOMWRIGHT_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
+
+# Every target of ours links this: warnings, sanitizers, and headers found from the top folder.
+add_library(loomwright-settings INTERFACE)
+target_include_directories(loomwright-settings INTERFACE
+    ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
+target_compile_options(loomwright-settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+    -Wformat=2 -Wnull-dereference
+    $<$<BOOL:${LOOMWRIGHT_WARNINGS_AS_ERRORS}>:-Werror>)
+if(LOOMWRIGHT_SANITIZE)
+    target_compile_options(loomwright-settings INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)

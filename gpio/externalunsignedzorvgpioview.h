@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "plugin/idataview.h"
+
+#include <QObject>
+#include <QString>
+
+class GpioModel;
+
+/// The GPIO settings table, offered to the host as an additional data view.
+///
+/// It shows two fixed pins. Edits change the table alone: they are neither exported nor kept when
+/// the next data file replaces the view.
+class ExternalUnsignedZorvGpioView : public QObject, public IDataView
+{
+    Q_OBJECT
+    Q_INTERFACES(IDataView)
+
+public:
+    explicit ExternalUnsignedZorvGpioView(QObject *parent = nullptr);
+    ~ExternalUnsignedZorvGpioView() override;
+
+    QVector<unsigned char> exportData() override;
+    QAbstractItemModel *getDataModel() override;
+    QString getDisplayName() override;
+    QHash<QString, QVariant> getParameters() override;
+    QString getTargetName() override;
+    bool loadData(const QVector<unsigned char> &data) override;
+
+private:
+    GpioModel *model;
+    QVector<unsigned char> exportedData;
+    QHash<QString, QVariant> parameters;
+    QString displayName;
+    QString targetName;
+};

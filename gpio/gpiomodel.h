@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "gpio/gpio.h"
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+/// The GPIO settings as a grid of bits: one row a pin, seven columns for the bits 7 to 1 of its
+/// settings. Cells hold a GpioBitToggle in the display role and are editable.
+class GpioModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// Shows @p initialPins in their order.
+    explicit GpioModel(const QList<Gpio> &initialPins, QObject *parent = nullptr);
+    /// Shows the pins of @p xml, see initializeFromXml().
+    explicit GpioModel(const QString &xml, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// Sets the cell's bit when the lowest 8 bits of @p value as a number are not 0, else clears it.
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    /// Bit number @p bit (0 to 7) of @p value, 0 or 1.
+    unsigned char extractBitValue(unsigned char value, unsigned char bit) const;
+    /// Fills the column titles.
+    void initializeHeaders();
+    /// Replaces the pins by those that the `pin` elements of @p xml name (XML text, not a file
+    /// name), all their bits clear; text that cannot be parsed gives one row that says so. Views
+    /// are not told of the change.
+    void initializeFromXml(const QString &xml);
+
+private:
+    QList<Gpio> pins;
+    QStringList headers;
+};

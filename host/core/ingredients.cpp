@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/ingredients.h"
+
+#include "model/choice.h"
+#include "model/filepath.h"
+
+#include <QAbstractItemModel>
+#include <QCoreApplication>
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("Ingredients", text);
+}
+
+/// The column with @p header, or -1.
+int columnNamed(const QAbstractItemModel &model, const QString &header)
+{
+    for (int column = 0; column < model.columnCount(); ++column) {
+        if (model.headerData(column, Qt::Horizontal).toString() == header) {
+            return column;
+        }
+    }
+    return -1;
+}
+
+QString absolutePath(const QString &path)
+{
+    return path.isEmpty() ? path : QDir::current().absoluteFilePath(path);
+}
+
+bool setPath(QAbstractItemModel *model, const Ingredient &ingredient, const QString &path)
+{
+    FilePath file = ingredient.value.value<FilePath>();
+    file.fileName = path;
+    return model->setData(ingredient.valueIndex, QVariant::fromValue(file), Qt::EditRole);
+}
+
+} // namespace
+
+ValueKind kindOf(const QVariant &value)
+{
+    if (value.canConvert<FilePath>()) {
+        return ValueKind::File;
+    }
+    if (value.canConvert<Choice>()) {
+        return ValueKind::Choice;
+    }
+    return value.type() == QVariant::String ? ValueKind::Text : ValueKind::Other;
+}
+
+QString textOf(const QVariant &value)
+{
+    switch (kindOf(value)) {
+    case ValueKind::File:
+        return value.value<FilePath>().fileName;
+    case ValueKind::Choice: {
+        const auto choice = value.value<Choice>();
+        return choice.choices.value(choice.selectedIndex);
+    }
+    case ValueKind::Text:
+        return value.toString();
+    case ValueKind::Other:
+        break;
+    }
+    return {};
+}
+
+QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model)
+{
+    const int valueColumn = columnNamed(model, QStringLiteral("Value"));
+    const int keyColumn = columnNamed(model, QStringLiteral("Key"));
+    QVector<Ingredient> ingredients;
+    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
+        const QModelIndex group = model.index(groupRow, 0);
+        for (int row = 0; row < model.rowCount(group); ++row) {
+            Ingredient ingredient;
+            ingredient.group = group.data().toString();
+            ingredient.name = model.index(row, 0, group).data().toString();
+            ingredient.key = textOf(model.index(row, keyColumn, group).data());
+            ingredient.valueIndex = model.index(row, valueColumn, group);
+            ingredient.value = ingredient.valueIndex.data();
+            ingredient.isVisible = model.index(row, 0, group).data(Qt::UserRole).toString()
+                != QLatin1String("hidden");
+            ingredients.append(ingredient);
+        }
+    }
+    return ingredients;
+}
+
+Ingredient outputIngredient(const QAbstractItemModel &model)
+{
+    const QVector<Ingredient> ingredients = ingredientsOf(model);
+    const auto output
+        = std::find_if(ingredients.begin(), ingredients.end(), [](const Ingredient &ingredient) {
+              return kindOf(ingredient.value) == ValueKind::File
+                  && !ingredient.value.value<FilePath>().isInput;
+          });
+    return output == ingredients.end() ? Ingredient() : *output;
+}
+
+QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey, const QString &text)
+{
+    const QVector<Ingredient> ingredients = ingredientsOf(*model);
+    auto found = std::find_if(ingredients.begin(), ingredients.end(),
+                              [&](const Ingredient &each) { return each.name == nameOrKey; });
+    if (found == ingredients.end()) {
+        found = std::find_if(ingredients.begin(), ingredients.end(),
+                             [&](const Ingredient &each) { return each.key == nameOrKey; });
+    }
+    if (found == ingredients.end()) {
+        return tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
+    }
+
+    bool isSet = false;
+    switch (kindOf(found->value)) {
+    case ValueKind::File:
+        isSet = setPath(model, *found, absolutePath(text));
+        break;
+    case ValueKind::Choice: {
+        auto choice = found->value.value<Choice>();
+        choice.selectedIndex = choice.choices.lastIndexOf(text);
+        if (choice.selectedIndex < 0) {
+            return tr("\"%1\" is no choice for \"%2\"; there are: %3")
+                .arg(text, nameOrKey, choice.choices.join(QStringLiteral(", ")));
+        }
+        isSet = model->setData(found->valueIndex, QVariant::fromValue(choice), Qt::EditRole);
+        break;
+    }
+    case ValueKind::Text:
+        isSet = model->setData(found->valueIndex, text, Qt::EditRole);
+        break;
+    case ValueKind::Other:
+        break;
+    }
+    return isSet ? QString() : tr("\"%1\" cannot be set.").arg(nameOrKey);
+}
+
+void makePathsAbsolute(QAbstractItemModel *model)
+{
+    for (const Ingredient &ingredient : ingredientsOf(*model)) {
+        const QString path = textOf(ingredient.value);
+        if (kindOf(ingredient.value) == ValueKind::File && path != absolutePath(path)) {
+            setPath(model, ingredient, absolutePath(path));
+        }
+    }
+}

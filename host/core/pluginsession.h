@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "plugin/statusmanager.h"
+
+#include <QPluginLoader>
+#include <QStringList>
+
+class IExecutionManager;
+class IIngredientManager;
+class ILoomwrightPlugin;
+
+/// A loaded plug-in with the relay through which it reports, as a host holds it.
+///
+/// Connect to statusManager() before load() to receive the plug-in's greeting.
+class PluginSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PluginSession(QObject *parent = nullptr);
+    /// Ends the plug-in; a stitcher that still runs is killed by it.
+    ~PluginSession() override;
+
+    /// Loads the first of @p candidates that exists and registers the relay with it. On failure
+    /// returns false and says why in problem().
+    bool load(const QStringList &candidates);
+    /// Why load() failed, in a sentence for the user.
+    QString problem() const;
+
+    /// The file that was loaded.
+    QString fileName() const;
+    StatusManager *statusManager();
+    /// The plug-in and its managers; owned by it, null before load() succeeded.
+    ILoomwrightPlugin *plugin() const;
+    IIngredientManager *ingredientManager() const;
+    IExecutionManager *executionManager() const;
+
+private:
+    bool fail(const QString &reason);
+    bool checkFile(const QString &file);
+    bool instantiate();
+
+    StatusManager relay;
+    QPluginLoader loader;
+    QString problemText;
+    ILoomwrightPlugin *loadedPlugin = nullptr;
+    IIngredientManager *ingredients = nullptr;
+    IExecutionManager *execution = nullptr;
+};

@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "manager/externalunsignedzorvingredientmanager.h"
+
+#include "gpio/externalunsignedzorvgpioview.h"
+#include "manager/simpleingredientmapper.h"
+#include "manager/standardlocations.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace {
+
+/// The text of an embedded resource; false when there is no such resource.
+bool readResource(const char *path, QString *text)
+{
+    QFile file((QLatin1String(path)));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    QTextStream stream(&file);
+    // Not the locale's codec: the resources are UTF-8 wherever the host runs.
+    stream.setCodec("UTF-8");
+    *text = stream.readAll();
+    // Qt's releases differ in whether the codec takes the mark off, and no parser accepts it.
+    if (text->startsWith(QChar(QChar::ByteOrderMark))) {
+        text->remove(0, 1);
+    }
+    return true;
+}
+
+} // namespace
+
+ExternalUnsignedZorvIngredientManager::ExternalUnsignedZorvIngredientManager()
+{
+    QString text;
+    if (readResource(":/files/externalunsignedzorvingredients.xml", &text)) {
+        ingredientModel = new IngredientModel(text);
+        connect(ingredientModel, SIGNAL(dataChanged(QModelIndex, QModelIndex)),
+                SLOT(processDataChange(QModelIndex, QModelIndex)));
+        connect(ingredientModel, SIGNAL(statusMessage(QString)), SIGNAL(statusMessage(QString)));
+        connect(ingredientModel, SIGNAL(errorMessage(QString)), SIGNAL(errorMessage(QString)));
+        ingredientModel->setIngredient(QLatin1String("Output file name"), QLatin1String("Value"),
+                                       documentsLocation() + QLatin1String("/unsigned-zorv.bin"));
+    }
+    if (readResource(":/files/externalunsignedzorvingredientmap.xml", &text)) {
+        ingredientMapper = new SimpleIngredientMapper(text);
+        connect(ingredientMapper, SIGNAL(statusMessage(QString)), SIGNAL(statusMessage(QString)));
+        connect(ingredientMapper, SIGNAL(errorMessage(QString)), SIGNAL(errorMessage(QString)));
+    }
+}
+
+ExternalUnsignedZorvIngredientManager::~ExternalUnsignedZorvIngredientManager()
+{
+    delete ingredientModel;
+    delete ingredientMapper;
+    deleteSupportedViews();
+}
+
+void ExternalUnsignedZorvIngredientManager::deleteSupportedViews()
+{
+    // Emptied first: whoever watches a view go may ask for the list.
+    const QList<IDataView *> views = supportedViews;
+    supportedViews.clear();
+    qDeleteAll(views);
+}
+
+bool ExternalUnsignedZorvIngredientManager::dataLoaded()
+{
+    return isDataLoaded;
+}
+
+IngredientModel *ExternalUnsignedZorvIngredientManager::getIngredients()
+{
+    if (!ingredientModel) {
+        emit errorMessage(QLatin1String("Ingredient model does not have a value!"));
+        emit errorMessage(
+            QLatin1String("Please contact the plug-in author to correct this error."));
+    }
+    return ingredientModel;
+}
+
+QList<IDataView *> ExternalUnsignedZorvIngredientManager::getSupportedViews()
+{
+    return supportedViews;
+}
+
+bool ExternalUnsignedZorvIngredientManager::ingredientColumnIsVisible(int column)
+{
+    return ingredientModel && ingredientModel->shouldColumnBeVisible(column);
+}
+
+bool ExternalUnsignedZorvIngredientManager::updateModelFromConfig(
+    const QHash<QString, QString> &config)
+{
+    if (!ingredientModel) {
+        return false;
+    }
+    bool isChanged = false;
+    for (int groupRow = 0; groupRow < ingredientModel->rowCount(); ++groupRow) {
+        const QModelIndex group = ingredientModel->index(groupRow, 0);
+        for (int row = 0; row < ingredientModel->rowCount(group); ++row) {
+            const QModelIndex keyCell
+                = ingredientModel->index(row, IngredientModel::KeyColumn, group);
+            const QHash<QString, QString>::const_iterator entry
+                = config.constFind(ingredientModel->data(keyCell).toString());
+            if (entry == config.constEnd()) {
+                continue;
+            }
+            const QModelIndex valueCell
+                = ingredientModel->index(row, IngredientModel::ValueColumn, group);
+            if (ingredientModel->setDataFromString(valueCell, entry.value())) {
+                isChanged = true;
+            }
+        }
+    }
+    return isChanged;
+}
+
+bool ExternalUnsignedZorvIngredientManager::loadIngredientFile(QString fileName)
+{
+    QHash<QString, QString> config;
+    if (ingredientMapper) {
+        config = ingredientMapper->mapIngredient(fileName);
+    }
+    if (!updateModelFromConfig(config)) {
+        emit errorMessage(QString::fromLatin1("%1 did not map to any ingredients!").arg(fileName));
+        return false;
+    }
+    emit statusMessage(QLatin1String("File successfully mapped to ingredient"));
+    return true;
+}
+
+bool ExternalUnsignedZorvIngredientManager::generateConfigFromDirectory(const QString &directory)
+{
+    QHash<QString, QString> config;
+    if (ingredientMapper) {
+        config = ingredientMapper->findAllIngredients(directory);
+    }
+    if (!updateModelFromConfig(config)) {
+        emit errorMessage(QLatin1String("No ingredients were found"));
+        return false;
+    }
+    emit statusMessage(QLatin1String("All ingredients found have been updated!"));
+    return true;
+}
+
+bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &fileName)
+{
+    // A copy: a receiver of the messages below may change the string that the reference names.
+    const QString path = fileName;
+
+    deleteSupportedViews();
+    legacyDataFile = path;
+    isDataLoaded = true;
+    supportedViews.append(new ExternalUnsignedZorvGpioView);
+
+    if (validateXmlFile(path)) {
+        emit statusMessage(QLatin1String("Legacy XML Data file passed validation checks "));
+    } else {
+        emit errorMessage(QLatin1String("Legacy XML Data file failed validation checks"));
+    }
+
+    // Writing the path loads the file once more, through processDataChange(); the comparison is
+    // what ends that.
+    const QString ingredientName = QLatin1String("Legacy XML Data File");
+    const QString columnName = QLatin1String("Value");
+    IngredientModel *model = getIngredients();
+    if (model && model->getIngredient(ingredientName, columnName) != path) {
+        model->setIngredient(ingredientName, columnName, path);
+    }
+
+    emit dataFileLoaded();
+    return true;
+}
+
+bool ExternalUnsignedZorvIngredientManager::saveDataToXmlFile(const QString &fileName)
+{
+    Q_UNUSED(fileName)
+    return false;
+}
+
+void ExternalUnsignedZorvIngredientManager::processDataChange(QModelIndex topLeft,
+                                                              QModelIndex bottomRight)
+{
+    // The model reports one cell at a time.
+    Q_UNUSED(bottomRight)
+    const QVariant value = topLeft.data(Qt::DisplayRole);
+    if (!value.canConvert<FilePath>()) {
+        return;
+    }
+    const FilePath file = value.value<FilePath>();
+    if (!file.broadcastChanges || !file.broadcastName.contains(QLatin1String("xmlFileName"))) {
+        return;
+    }
+    if (loadDataFromXmlFile(file.fileName)) {
+        emit statusMessage(QLatin1String("XML file changed and data was loaded into memory."));
+    } else {
+        emit errorMessage(QLatin1String("XML file was changed but failed to load into memory."));
+    }
+}
+
+/// Opens an existing file for reading. Pipes and devices are refused: reading one could keep the
+/// host waiting for ever.
+bool ExternalUnsignedZorvIngredientManager::openForReading(QFile *file)
+{
+    return QFileInfo(*file).isFile() && file->open(QIODevice::ReadOnly);
+}

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// The user's documents folder.
+QString documentsLocation();
+/// The folder for temporary files; empty when there is none.
+QString temporaryLocation();

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/checkresult.h"
+#include "model/choice.h"
+#include "model/filepath.h"
+#include "model/ingredientindex.h"
+
+#include <QAbstractItemModel>
+#include <QHash>
+#include <QStringList>
+
+class IngredientItem;
+class QDomDocument;
+class QDomElement;
+class QDomNode;
+
+/// The store of all ingredient values: a tree root, groups, ingredients, built once from a
+/// definition document and never given or taken a row afterwards.
+///
+/// Look-ups by name report what they do not find through errorMessage().
+class IngredientModel : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    /// The columns of the shipped definition.
+    enum Column {
+        NameColumn,  ///< Display name of the group or ingredient.
+        ValueColumn, ///< Path, text or choice; visible and editable.
+        KeyColumn    ///< Name in the stitcher's configuration; hidden.
+    };
+
+    /// Builds the tree from @p definition, the XML text of a definition document. A text that cannot
+    /// be parsed gives a tree that shows the parser's message instead; nothing else is reported.
+    explicit IngredientModel(const QString &definition, QObject *parent = nullptr);
+    ~IngredientModel() override;
+
+    QModelIndex index(int row, int column,
+                      const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// Qt::DisplayRole gives the cell, Qt::UserRole the row's visibility as "visible" or "hidden";
+    /// every other role, Qt::EditRole included, gives an invalid value.
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// Qt::EditRole replaces an editable cell, Qt::UserRole sets the row's visibility from a boolean.
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    /// Whether a view should show @p column; false for a column that the definition does not name.
+    bool shouldColumnBeVisible(int column) const;
+    /// Always true: groups are shown whatever was set (the rows' Qt::UserRole tells the flag).
+    bool getGroupVisible(const QString &groupName) const;
+    void setGroupVisible(const QString &groupName, bool visible);
+    /// True for every ingredient there is, hidden ones too: compare Qt::UserRole with "hidden" to
+    /// learn the flag. False, with an error message, for an unknown name.
+    bool getIngredientVisible(const QString &ingredientName);
+    void setIngredientVisible(const QString &ingredientName, bool visible);
+    /// Rebuilds the look-up tables by name; of several equal names the first one counts.
+    void generateIndexes();
+
+    /// The text of the cell: a path, the picked entry or the string; empty for any other kind.
+    QString dataAsString(const QModelIndex &index) const;
+    /// Writes @p text into the editable cell at @p index, keeping everything else of a FilePath or
+    /// Choice. Returns false, with no change, for any other cell and for an entry that a Choice
+    /// does not have.
+    bool setDataFromString(const QModelIndex &index, const QString &text);
+    /// The text of an ingredient's cell, by display name and header text ("Host FW", "Value").
+    QString getIngredient(const QString &ingredientName, const QString &columnName);
+    /// Writes the text of an ingredient's cell; a cell that does not take it stays silently as it is.
+    void setIngredient(const QString &ingredientName, const QString &columnName,
+                       const QString &text);
+    /// The paths of all files of the visible ingredients of a group, in row order, empty ones too.
+    QStringList getAllVisibleFileNames(QString groupName);
+
+    /// Checks every file of every visible ingredient, in tree order, and keeps the results until
+    /// the next call.
+    QList<CheckResult> checkAllFiles();
+
+signals:
+    /// Declared for the host; the model announces its changes through dataChanged() alone.
+    void changeOccured(QString broadcastName, QString value);
+    void statusMessage(QString message);
+    void errorMessage(QString message);
+
+private:
+    void setupModelData(const QDomDocument &document);
+    void setupParseErrorData(const QString &parserMessage, int line);
+    void processColumnHeaders(const QDomNode &columnsNode, QList<QVariant> *headers);
+    void addIngredientGroup(const QDomElement &groupElement, int columnCount);
+    static void addIngredients(const QDomNode &groupNode, IngredientItem *group, int columnCount);
+    static void addIngredientColumns(const QDomNode &ingredientNode, QList<QVariant> *values);
+    static FilePath processFileField(const QDomElement &element);
+    static Choice processChoiceField(const QDomElement &element);
+    static QString processTextField(const QDomElement &element);
+    static void fillEmptyColumns(QList<QVariant> *values, int columnCount);
+
+    IngredientItem *itemFor(const QModelIndex &index) const;
+    bool isOwnIndex(const QModelIndex &index) const;
+    void clearIndexes();
+    QModelIndex groupIndex(const QString &groupName);
+    QModelIndex ingredientIndex(const QString &ingredientName, int column);
+    QModelIndex checkedIndex(int row, int column, IngredientItem *item);
+    QModelIndex cellIndex(const QString &ingredientName, const QString &columnName);
+    static QList<CheckResult> checkIngredient(const IngredientItem &ingredient);
+
+    QStringList visibleFileNames;
+    QHash<int, bool> columnEditable;
+    QHash<int, bool> columnVisible;
+    QHash<QString, IngredientIndex *> ingredientIndexes;
+    QHash<QString, IngredientIndex *> groupIndexes;
+    QHash<QString, int> columnIndexes;
+    IngredientItem *rootItem = nullptr;
+    QList<CheckResult> checkResults;
+};

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "plugin/externalunsignedzorv.h"
+
+#include "execution/externalunsignedzorvexecutionmanager.h"
+#include "manager/externalunsignedzorvingredientmanager.h"
+#include "plugin/externalunsignedzorvtargetdetails.h"
+
+ExternalUnsignedZorv::ExternalUnsignedZorv(QObject *parent)
+    : QObject(parent)
+    , targetAPIVersions(QLatin1String("1.0"))
+    , ingredientManager(nullptr)
+    , executionManager(nullptr)
+    , targetDetailsWidget(new ExternalUnsignedZorvTargetDetails(nullptr))
+{
+    ingredientManager = new ExternalUnsignedZorvIngredientManager;
+    ExternalUnsignedZorvExecutionManager *execution
+        = new ExternalUnsignedZorvExecutionManager(ingredientManager);
+    executionManager = execution;
+
+    connect(ingredientManager, SIGNAL(statusMessage(QString)), SLOT(statusMessage(QString)));
+    connect(ingredientManager, SIGNAL(errorMessage(QString)), SLOT(errorMessage(QString)));
+    connect(execution, SIGNAL(statusMessage(QString)), SLOT(statusMessage(QString)));
+    connect(execution, SIGNAL(errorMessage(QString)), SLOT(errorMessage(QString)));
+    connect(ingredientManager, SIGNAL(dataFileLoaded()), SLOT(dataFileChanged()));
+}
+
+ExternalUnsignedZorv::~ExternalUnsignedZorv()
+{
+    // In this order: the execution manager does not use the other one while it is destroyed.
+    delete ingredientManager;
+    delete executionManager;
+    delete targetDetailsWidget;
+}
+
+QString ExternalUnsignedZorv::getAuthor()
+{
+    return QLatin1String("Loomwright plug-in team <zorv@loomwright.invalid>");
+}
+
+IIngredientManager *ExternalUnsignedZorv::getIngredientManager()
+{
+    return ingredientManager;
+}
+
+IExecutionManager *ExternalUnsignedZorv::getExecutionManager()
+{
+    return executionManager;
+}
+
+QStringList ExternalUnsignedZorv::getTargetAPIVersions()
+{
+    return targetAPIVersions;
+}
+
+QWidget *ExternalUnsignedZorv::getTargetDetailsWidget()
+{
+    return targetDetailsWidget;
+}
+
+QString ExternalUnsignedZorv::getTargetName()
+{
+    return QLatin1String("Veldmark D1 Phone - Unsigned Zorv");
+}
+
+QString ExternalUnsignedZorv::getPluginVersion()
+{
+    return QLatin1String("1.0.0");
+}
+
+void ExternalUnsignedZorv::registerStatusManager(StatusManager *manager)
+{
+    statusManager = manager;
+    statusMessage(
+        QLatin1String("   Status bridge registered for Veldmark D1 Phone - Unsigned Zorv!"));
+}
+
+void ExternalUnsignedZorv::statusMessage(const QString &message)
+{
+    if (statusManager) {
+        statusManager->relayStatusMessage(message);
+    }
+}
+
+void ExternalUnsignedZorv::errorMessage(const QString &message)
+{
+    if (statusManager) {
+        statusManager->relayErrorMessage(message);
+    }
+}
+
+void ExternalUnsignedZorv::dataFileChanged()
+{
+    if (statusManager) {
+        statusManager->relayDataFileChanged();
+    }
+}
+
+ZORV_EXPORT_PLUGIN(unsigned_zorv, ExternalUnsignedZorv)

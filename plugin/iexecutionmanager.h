@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/checkresult.h"
+#include "plugin/vendorprefix.h"
+
+#include <QObject>
+#include <QString>
+
+class QAbstractItemModel;
+
+/// The plug-in's side of a build: the checks before it and the run of the stitcher.
+///
+/// The host calls through the virtual table: the order of the operations must not change.
+class IExecutionManager
+{
+public:
+    virtual ~IExecutionManager() { }
+
+    /// Writes the configuration and starts the stitcher; returns at once. The stitcher's output
+    /// arrives as messages while the event loop runs; its end is not announced.
+    virtual void beginExecution() = 0;
+    virtual void cancelExecution() = 0;
+    /// The table of check results, the same object every time; owned by the plug-in.
+    virtual QAbstractItemModel *getIngredientChecks() = 0;
+    /// The counts of the last verifyInputs().
+    virtual CheckResultSummary getIngredientCheckSummary() = 0;
+    virtual QString getWorkingDirectory() = 0;
+    virtual void setWorkingDirectory(const QString &directory) = 0;
+    /// Checks all files and fills the check table; true when every check passed.
+    virtual bool verifyInputs() = 0;
+};
+
+#define IExecutionManager_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.IExecutionManager/1.0"
+Q_DECLARE_INTERFACE(IExecutionManager, IExecutionManager_iid)

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "plugin/vendorprefix.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+class IDataView;
+class QAbstractItemModel;
+
+/// The plug-in's side of everything that goes into an image: the ingredients, the stitcher's
+/// configuration and the legacy data file.
+///
+/// Operations that fail say why through StatusManager::errorMessage(). The host calls through the
+/// virtual table: the order of the operations must not change.
+class IIngredientManager
+{
+public:
+    virtual ~IIngredientManager() { }
+
+    /// Whether a legacy data file has been loaded, sound or not.
+    virtual bool dataLoaded() = 0;
+    /// Fills ingredients from the files below @p directory, by file name; true when one was filled.
+    virtual bool generateConfigFromDirectory(const QString &directory) = 0;
+    /// The ingredient tree; owned by the plug-in.
+    virtual QAbstractItemModel *getIngredients() = 0;
+    /// The data views on offer; owned by the plug-in, and replaced whenever a legacy data file is
+    /// loaded: ask again after StatusManager::dataFileChanged().
+    virtual QList<IDataView *> getSupportedViews() = 0;
+    /// Whether a view of the ingredient tree should show @p column.
+    virtual bool ingredientColumnIsVisible(int column) = 0;
+    /// Fills ingredients from a stitcher configuration; true when one was filled.
+    virtual bool loadConfigFromFile(QString fileName) = 0;
+    /// Validates and loads the legacy data file.
+    virtual bool loadDataFromXmlFile(const QString &fileName) = 0;
+    /// Fills the ingredients that the name of @p fileName fits; true when one was filled.
+    virtual bool loadIngredientFile(QString fileName) = 0;
+    /// Writes the stitcher configuration; true when the whole file was written.
+    virtual bool saveConfigToFile(QString fileName) = 0;
+    /// Writes the legacy data file, where the target supports that.
+    virtual bool saveDataToXmlFile(const QString &fileName) = 0;
+    /// Validates a legacy data file, with a report line by line; true when it is sound.
+    virtual bool validateXmlFile(const QString &fileName) = 0;
+};
+
+#define IIngredientManager_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.IIngredientManager/1.0"
+Q_DECLARE_INTERFACE(IIngredientManager, IIngredientManager_iid)

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "plugin/vendorprefix.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class IExecutionManager;
+class IIngredientManager;
+class QWidget;
+class StatusManager;
+
+/// The root interface of a target plug-in: what the host asks the loaded library for.
+///
+/// Everything that the getters return belongs to the plug-in and lives as long as its root object.
+/// The host calls through the virtual table: the order of the operations must not change.
+class ILoomwrightPlugin
+{
+public:
+    virtual ~ILoomwrightPlugin() { }
+
+    /// Author's name, followed by a contact address.
+    virtual QString getAuthor() = 0;
+    virtual IIngredientManager *getIngredientManager() = 0;
+    virtual IExecutionManager *getExecutionManager() = 0;
+    /// The host interface versions that the plug-in supports.
+    virtual QStringList getTargetAPIVersions() = 0;
+    /// The widget for the host's target-details page.
+    virtual QWidget *getTargetDetailsWidget() = 0;
+    /// Display name of the target platform.
+    virtual QString getTargetName() = 0;
+    virtual QString getPluginVersion() = 0;
+    /// Hands over the relay for all messages and events; null switches relaying off. What the
+    /// plug-in has to say before the first call is dropped.
+    virtual void registerStatusManager(StatusManager *manager) = 0;
+};
+
+#define ILoomwrightPlugin_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.ILoomwrightPlugin/1.0"
+Q_DECLARE_INTERFACE(ILoomwrightPlugin, ILoomwrightPlugin_iid)

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QtPlugin>
+
+// The two Qt lines export a plug-in in different ways: Qt 5 through metadata inside the root class,
+// Qt 4 through a macro in one source file. Each macro below is empty for the other line.
+#if QT_VERSION >= 0x050000
+#define ZORV_PLUGIN_METADATA(identifier) Q_PLUGIN_METADATA(IID identifier)
+#define ZORV_EXPORT_PLUGIN(library, rootClass)
+#else
+#define ZORV_PLUGIN_METADATA(identifier)
+#define ZORV_EXPORT_PLUGIN(library, rootClass) Q_EXPORT_PLUGIN2(library, rootClass)
+#endif
