@@ -7,14 +7,15 @@ add_library(zorv-qt INTERFACE)
 if(ZORV_QT EQUAL 5)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Xml)
     target_link_libraries(zorv-qt INTERFACE Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Xml)
-    # What Qt 4 does not have either must not creep in.
-    target_compile_definitions(zorv-qt INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
-        QT_NO_FOREACH)
+    # Qt 4 takes text without a named encoding for Latin-1 and Qt 5 for UTF-8, and foreach leaves its
+    # loop early with Qt 4 and today's compilers: neither must creep in.
+    set(ZORV_QT_DEFINITIONS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
     # Qt 4's resource compiler writes this format; both lines read it.
     set(ZORV_RCC_OPTIONS --format-version 1)
 elseif(ZORV_QT EQUAL 4)
     find_package(Qt4 4.6 REQUIRED COMPONENTS QtCore QtGui QtXml)
     target_link_libraries(zorv-qt INTERFACE Qt4::QtCore Qt4::QtGui Qt4::QtXml)
+    set(ZORV_QT_DEFINITIONS)
     set(ZORV_RCC_OPTIONS)
 else()
     message(FATAL_ERROR "ZORV_QT must be 5 or 4, not '${ZORV_QT}'")

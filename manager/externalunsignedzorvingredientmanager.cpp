@@ -150,7 +150,7 @@ bool ExternalUnsignedZorvIngredientManager::generateConfigFromDirectory(const QS
 bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &fileName)
 {
     // A copy: a receiver of the messages below may change the string that the reference names.
-    const QString path = fileName;
+    const QString path = fileName; // NOLINT(performance-unnecessary-copy-initialization)
 
     deleteSupportedViews();
     legacyDataFile = path;

@@ -128,10 +128,10 @@ QString readTimeout(const QCommandLineParser &parser, CommandLine *commandLine)
     const QString text = parser.value(timeoutOption);
     bool isNumber = false;
     const double seconds = text.toDouble(&isNumber);
-    const double mostSeconds = std::numeric_limits<int>::max() / 1000;
+    const int mostSeconds = std::numeric_limits<int>::max() / 1000;
     if (!isNumber || !(seconds >= 0.001 && seconds <= mostSeconds)) {
         return QStringLiteral("--timeout wants a number of seconds from 0.001 to %1, not \"%2\".")
-            .arg(QString::number(mostSeconds, 'f', 0), text);
+            .arg(QString::number(mostSeconds), text);
     }
     commandLine->timeoutMs = int(seconds * 1000);
     return {};
@@ -173,7 +173,7 @@ QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
         return QStringLiteral("--%1 is given more than once.").arg(repeated);
     }
     for (const auto &reader : {readCommand, readSettings, readTimeout}) {
-        const QString problem = reader(parser, commandLine);
+        QString problem = reader(parser, commandLine);
         if (!problem.isEmpty()) {
             return problem;
         }

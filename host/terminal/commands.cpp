@@ -141,9 +141,6 @@ QString checkedFile(const Ingredient &ingredient)
 
 int Commands::run()
 {
-    if (commandLine.command == QLatin1String("config") && commandLine.outputFile.isEmpty()) {
-        report->keepOutputClean();
-    }
     areInputsApplied = applyInputs();
 
     const QHash<QString, int (Commands::*)()> commands{

@@ -34,6 +34,9 @@ int runWithPlugin(const CommandLine &commandLine)
         return report.finish(UsageError);
     }
 
+    if (commandLine.command == QLatin1String("config") && commandLine.outputFile.isEmpty()) {
+        report.keepOutputClean();
+    }
     PluginSession session;
     QObject::connect(session.statusManager(), &StatusManager::statusMessage, &session,
                      [&report](const QString &message) { report.addStatus(message); });

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QString>
+
+/// Writes a file and returns its path.
+inline QString writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+    return path;
+}
+
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Writes an executable shell script named tamblin-stitcher into @p folder.
+inline void writeStitcher(const QString &folder, const QByteArray &body)
+{
+    const QString script = writeFile(folder + "/tamblin-stitcher", "#!/bin/sh\n" + body);
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+/// Makes the sample platform directory, sound or broken, at @p folder.
+inline bool makeSample(const QString &folder, bool isBroken = false)
+{
+    QStringList arguments{folder};
+    if (isBroken) {
+        arguments.prepend("--broken");
+    }
+    return QProcess::execute(EXAMPLES_FOLDER "/make-sample.sh", arguments) == 0;
+}

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+/// Records what an object of the plug-in reports, in order: status messages as "S text", error
+/// messages as "E text", the event of a loaded data file as "D".
+class MessageLog : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MessageLog(QObject *source)
+    {
+        connect(source, SIGNAL(statusMessage(QString)), SLOT(addStatus(QString)));
+        connect(source, SIGNAL(errorMessage(QString)), SLOT(addError(QString)));
+        for (const char *event : {"dataFileLoaded()", "dataFileChanged()"}) {
+            if (source->metaObject()->indexOfSignal(event) >= 0) {
+                connect(source, QByteArray("2").append(event), SLOT(addEvent()));
+            }
+        }
+    }
+
+    /// What was recorded since the last call.
+    QStringList take()
+    {
+        return std::exchange(lines, {});
+    }
+
+public slots:
+    void addStatus(const QString &text)
+    {
+        lines.append("S " + text);
+    }
+    void addError(const QString &text)
+    {
+        lines.append("E " + text);
+    }
+    void addEvent()
+    {
+        lines.append("D");
+    }
+
+private:
+    QStringList lines;
+};

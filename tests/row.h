@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QtTest>
+
+/// Adds a row of test data: its name, then a value for each column.
+template <typename... Values> void row(const char *name, const Values &...values)
+{
+    QTestData &data = QTest::newRow(name);
+    (data << ... << values);
+}

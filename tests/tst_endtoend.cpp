@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "files.h"
+#include "messagelog.h"
+#include "model/filepath.h"
+#include "plugin/statusmanager.h"
+
+#include <QAbstractItemModel>
+#include <QDir>
+#include <QPluginLoader>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// Another host's view of the plug-in: it knows the interfaces by their identifiers and by the order
+// of their operations, and shares no declaration with the plug-in.
+namespace stranger {
+
+struct Summary {
+    int checks;
+    int passed;
+    int failed;
+};
+
+class DataView
+{
+public:
+    virtual ~DataView() { }
+    virtual QVector<unsigned char> slot1() = 0;
+    virtual QAbstractItemModel *model() = 0;
+    virtual QString displayName() = 0;
+    virtual QHash<QString, QVariant> parameters() = 0;
+    virtual QString targetName() = 0;
+    virtual bool load(const QVector<unsigned char> &data) = 0;
+};
+
+class Ingredients
+{
+public:
+    virtual ~Ingredients() { }
+    virtual bool isDataLoaded() = 0;
+    virtual bool fillFromDirectory(const QString &directory) = 0;
+    virtual QAbstractItemModel *model() = 0;
+    virtual QList<DataView *> views() = 0;
+    virtual bool isColumnVisible(int column) = 0;
+    virtual bool loadConfig(QString file) = 0;
+    virtual bool loadData(const QString &file) = 0;
+    virtual bool loadFile(QString file) = 0;
+    virtual bool saveConfig(QString file) = 0;
+    virtual bool saveData(const QString &file) = 0;
+    virtual bool validate(const QString &file) = 0;
+};
+
+class Execution
+{
+public:
+    virtual ~Execution() { }
+    virtual void begin() = 0;
+    virtual void cancel() = 0;
+    virtual QAbstractItemModel *checks() = 0;
+    virtual Summary summary() = 0;
+    virtual QString workingDirectory() = 0;
+    virtual void setWorkingDirectory(const QString &directory) = 0;
+    virtual bool verify() = 0;
+};
+
+class Root
+{
+public:
+    virtual ~Root() { }
+    virtual QString author() = 0;
+    virtual Ingredients *ingredients() = 0;
+    virtual Execution *execution() = 0;
+    virtual QStringList versions() = 0;
+    virtual QWidget *details() = 0;
+    virtual QString targetName() = 0;
+    virtual QString version() = 0;
+    virtual void registerRelay(StatusManager *relay) = 0;
+};
+
+} // namespace stranger
+
+class TestEndToEnd : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        folder.reset(new QTemporaryDir);
+        loader.reset(new QPluginLoader(PLUGIN_LIBRARY));
+        loader->setLoadHints(QLibrary::PreventUnloadHint);
+        QVERIFY2(loader->load(), qPrintable(loader->errorString()));
+        QObject *object = loader->instance();
+        QCOMPARE(object, loader->instance());
+        root = static_cast<stranger::Root *>(
+            object->qt_metacast("com.loomwright.plugin.tamblin.ILoomwrightPlugin/1.0"));
+        QVERIFY(root);
+        relay.reset(new StatusManager);
+        log.reset(new MessageLog(relay.data()));
+        root->registerRelay(relay.data());
+    }
+    void cleanup()
+    {
+        loader->unload();
+    }
+
+    void sampleToImage()
+    {
+        QCOMPARE(root->targetName(), QString("Veldmark D1 Phone - Unsigned Zorv"));
+        QCOMPARE(root->version(), QString("1.0.0"));
+        QVERIFY(root->details());
+        const QString sample = folder->filePath("sample");
+        QVERIFY(makeSample(sample));
+
+        stranger::Ingredients *ingredients = root->ingredients();
+        QVERIFY(!ingredients->isDataLoaded());
+        QVERIFY(ingredients->fillFromDirectory(sample));
+        QCOMPARE(log->take().filter(QRegularExpression("^E")), QStringList());
+        QVERIFY(ingredients->isDataLoaded());
+        QVERIFY(ingredients->isColumnVisible(1));
+        QVERIFY(!ingredients->isColumnVisible(2));
+        QVERIFY(ingredients->validate(sample + "/platform/veldmark-d1.xml"));
+        QVERIFY(!ingredients->saveData(folder->filePath("x")));
+
+        QAbstractItemModel *model = ingredients->model();
+        const QModelIndex output = model->index(0, 1, model->index(0, 0));
+        auto file = output.data().value<FilePath>();
+        file.fileName = folder->filePath("image.bin");
+        QVERIFY(model->setData(output, QVariant::fromValue(file)));
+
+        stranger::Execution *execution = root->execution();
+        QVERIFY(execution->verify());
+        const stranger::Summary summary = execution->summary();
+        QCOMPARE(summary.checks, 14);
+        QCOMPARE(summary.passed, 14);
+        QCOMPARE(summary.failed, 0);
+        QCOMPARE(execution->checks()->rowCount(), 14);
+
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", EXAMPLES_FOLDER ":" + path);
+        execution->begin();
+        qputenv("PATH", path);
+        QCOMPARE(execution->workingDirectory(), QDir::tempPath());
+        QStringList messages;
+        QTRY_VERIFY(!(messages += log->take()).filter("wrote " + file.fileName).isEmpty());
+        QVERIFY(!messages.filter("E This image is for looking at").isEmpty());
+        const QList<QByteArray> image = readFile(file.fileName).split('\n');
+        QCOMPARE(image.at(0), QByteArray("TAMBLIN STAND-IN IMAGE"));
+        QVERIFY(image.at(3).startsWith("Host FW Boot | 4096 | 102400 | "));
+        QVERIFY(image.at(10).startsWith("Secure_Anchor_Blob | "));
+
+        // What was saved reads back, and a second data file replaces the view.
+        QVERIFY(ingredients->saveConfig(folder->filePath("c")));
+        QVERIFY(ingredients->loadConfig(folder->filePath("c")));
+        QVERIFY(ingredients->loadFile(sample + "/platform/veldmark-d1.xml"));
+        QCOMPARE(ingredients->views().count(), 1);
+        stranger::DataView *view = ingredients->views().first();
+        QCOMPARE(view->displayName(), QString("GPIO Settings"));
+        QCOMPARE(view->targetName(), QString("GPIO"));
+        QCOMPARE(view->model()->rowCount(), 2);
+        QVERIFY(!view->load({}));
+        QVERIFY(view->parameters().isEmpty());
+    }
+
+    void brokenSample()
+    {
+        const QString sample = folder->filePath("broken");
+        QVERIFY(makeSample(sample, true));
+        root->ingredients()->loadData("/nope");
+        log->take();
+        QVERIFY(root->ingredients()->fillFromDirectory(sample));
+        const QString messages = log->take().join("\n");
+        for (const char *fault : {"Duplicate Ingredient found! Host FW Boot", "Offset mismatch!",
+                                  "Size mismatch!", "failed validation"}) {
+            QVERIFY2(messages.contains(fault), fault);
+        }
+        QVERIFY(!root->execution()->verify());
+        QCOMPARE(root->execution()->summary().failed, 3);
+    }
+
+    void onceMoreAfterTheRootIsGone()
+    {
+        QPointer<QObject> object = loader->instance();
+        delete object;
+        QVERIFY(loader->instance());
+        root = nullptr;
+    }
+
+private:
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<QPluginLoader> loader;
+    QScopedPointer<StatusManager> relay;
+    QScopedPointer<MessageLog> log;
+    stranger::Root *root = nullptr;
+};
+
+QTEST_MAIN(TestEndToEnd)
+#include "tst_endtoend.moc"
