@@ -15,7 +15,9 @@ if(ZORV_QT EQUAL 5)
 elseif(ZORV_QT EQUAL 4)
     find_package(Qt4 4.6 REQUIRED COMPONENTS QtCore QtGui QtXml)
     target_link_libraries(zorv-qt INTERFACE Qt4::QtCore Qt4::QtGui Qt4::QtXml)
-    set(ZORV_QT_DEFINITIONS)
+    # In every build type: the plug-in's record has to say release, as the Workbench's Qt is one, and
+    # what Qt 4 adds to connections for debugging is no valid C++11.
+    set(ZORV_QT_DEFINITIONS QT_NO_DEBUG)
     set(ZORV_RCC_OPTIONS)
 else()
     message(FATAL_ERROR "ZORV_QT must be 5 or 4, not '${ZORV_QT}'")

@@ -12,5 +12,8 @@
 #define ZORV_EXPORT_PLUGIN(library, rootClass)
 #else
 #define ZORV_PLUGIN_METADATA(identifier)
-#define ZORV_EXPORT_PLUGIN(library, rootClass) Q_EXPORT_PLUGIN2(library, rootClass)
+// A Qt 4 that was built without symbol visibility marks nothing for export.
+#define ZORV_EXPORT_PLUGIN(library, rootClass)                                                     \
+    _Pragma("GCC visibility push(default)") Q_EXPORT_PLUGIN2(library, rootClass)                   \
+        _Pragma("GCC visibility pop")
 #endif

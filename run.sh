@@ -1,0 +1,69 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+
+set -eu
+
+case ${1:-} in
+    '') ;;
+    -h | --help)
+        cat <<'EOF'
+Usage: ./run.sh
+
+Installs what is missing (Debian 12, with apt), builds, and takes a sample platform directory through
+mapping, checks, configuration and a stitched image; then shows what a broken one looks like. The
+results are in the folder out/.
+
+The vendor's stitcher is not part of this project: for this run a stand-in takes its place.
+
+What else can be done:
+  build/loomwright --help        the terminal host: every command on your own files
+  examples/make-sample.sh DIR    a sample directory of your own
+  ./test.sh                      all tests
+  cmake --preset qt4 -DQT_QMAKE_EXECUTABLE=.../qmake && cmake --build --preset qt4
+                                 the plug-in for the Workbench's own Qt 4
+  cmake --install build          installs plug-in, host and interface headers
+EOF
+        exit 0
+        ;;
+    *)
+        echo "run.sh takes no arguments (try --help)" >&2
+        exit 2
+        ;;
+esac
+
+cd "$(dirname "$0")"
+. scripts/dependencies.sh
+# shellcheck disable=SC2086 # a list of packages
+install_packages $build_packages
+build_preset release
+
+heading() {
+    printf '\n=== %s\n\n' "$1"
+}
+
+out=$PWD/out
+rm -rf "$out"
+mkdir -p "$out"
+examples/make-sample.sh "$out/sample"
+examples/make-sample.sh --broken "$out/broken-sample"
+stitcher_path=$PWD/examples:$PATH
+
+heading "The files of the sample, mapped to ingredients by name"
+build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" ingredients
+heading "The checks"
+build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" check
+heading "The stitcher's configuration"
+build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" config
+
+heading "The broken sample: what is wrong with it"
+if build/loomwright --quiet -d "$out/broken-sample" -s "ImageName=$out/image.bin" check; then
+    echo "run.sh: the broken sample passed its checks" >&2
+    exit 1
+fi
+
+heading "The build, with every message of the plug-in"
+PATH=$stitcher_path build/loomwright -d "$out/sample" build -o "$out/image.bin"
+
+heading "The table of contents of $out/image.bin"
+sed '/^$/q' "$out/image.bin"

@@ -1,0 +1,45 @@
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+#
+# Sourced by the scripts of the top folder and by the checks.
+
+# The packages of Debian 12 that each kind of work needs.
+# shellcheck disable=SC2034 # used by the scripts that source this one
+build_packages="g++ cmake ninja-build qtbase5-dev"
+# shellcheck disable=SC2034
+check_packages="clang-format clang-tidy cppcheck shellcheck"
+
+# install_packages PACKAGE...: installs those that are missing, and says which.
+install_packages() {
+    missing=
+    for package in "$@"; do
+        if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed$'; then
+            missing="$missing $package"
+        fi
+    done
+    [ -n "$missing" ] || return 0
+
+    echo "Installing with apt:$missing"
+    as_root=
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    install_log=$(mktemp)
+    # shellcheck disable=SC2086 # a list of packages, and a prefix that may be empty
+    if ! { $as_root apt-get update && $as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends $missing; } > "$install_log" 2>&1; then
+        tail -n 20 "$install_log" >&2
+        echo "apt could not install:$missing (all of its output: $install_log)" >&2
+        return 1
+    fi
+    rm -f "$install_log"
+}
+
+# build_preset PRESET: configures and builds, quiet unless something goes wrong.
+build_preset() {
+    build_log=$(mktemp)
+    if ! { cmake --preset "$1" && cmake --build --preset "$1"; } > "$build_log" 2>&1; then
+        grep -v '^\[[0-9]*/[0-9]*\] \(Building\|Linking\|Automatic\)' "$build_log" | tail -n 60 >&2
+        echo "The build failed (preset $1; all of its output: $build_log)" >&2
+        return 1
+    fi
+    rm -f "$build_log"
+}
