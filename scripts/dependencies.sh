@@ -5,7 +5,7 @@
 
 # The packages of Debian 12 that each kind of work needs.
 # shellcheck disable=SC2034 # used by the scripts that source this one
-build_packages="g++ cmake ninja-build qtbase5-dev"
+build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
 check_packages="clang-format clang-tidy cppcheck shellcheck"
 

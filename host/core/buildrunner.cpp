@@ -68,7 +68,12 @@ BuildRunner::BuildRunner(PluginSession *pluginSession, QObject *parent)
     connect(&giveUpTimer, &QTimer::timeout, this, &BuildRunner::conclude);
 }
 
-BuildRunner::~BuildRunner() = default;
+BuildRunner::~BuildRunner()
+{
+    if (!isConcluded) {
+        watch->kill();
+    }
+}
 
 void BuildRunner::start(int timeoutMs)
 {

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QMetaType>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -24,6 +25,8 @@ struct BuildResult {
     qint64 elapsedMs = 0; ///< From the start to the end of the stitcher.
 };
 
+Q_DECLARE_METATYPE(BuildResult)
+
 /// Runs one build to its end.
 ///
 /// A build succeeds when the stitcher has been started, has ended without crashing and has written
@@ -35,6 +38,7 @@ class BuildRunner : public QObject
 public:
     /// Builds with the plug-in of @p pluginSession, which must outlive this object.
     explicit BuildRunner(PluginSession *pluginSession, QObject *parent = nullptr);
+    /// Kills a stitcher that still runs.
     ~BuildRunner() override;
 
     /// Starts the stitcher; finished() follows, never before this call returns. One runner runs one

@@ -72,6 +72,37 @@ QString textOf(const QVariant &value)
     return {};
 }
 
+QString sizeText(qint64 size)
+{
+    return QStringLiteral("%1 bytes").arg(size);
+}
+
+QString demandOf(const QVariant &value)
+{
+    switch (kindOf(value)) {
+    case ValueKind::File: {
+        const auto file = value.value<FilePath>();
+        QStringList demands;
+        demands << (file.isInput ? QStringLiteral("input file") : QStringLiteral("output file"))
+                << (file.isRequired ? QStringLiteral("required") : QStringLiteral("optional"));
+        if (file.exactSize > 0) {
+            demands << sizeText(file.exactSize);
+        }
+        demands << file.fileFilter.section(QLatin1String(";;"), 0, 0);
+        demands.removeAll(QString());
+        return demands.join(QStringLiteral(", "));
+    }
+    case ValueKind::Choice:
+        return QStringLiteral("one of: ")
+            + value.value<Choice>().choices.join(QStringLiteral(", "));
+    case ValueKind::Text:
+        return QStringLiteral("text");
+    case ValueKind::Other:
+        break;
+    }
+    return {};
+}
+
 QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model)
 {
     const int valueColumn = columnNamed(model, QStringLiteral("Value"));

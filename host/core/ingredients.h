@@ -27,6 +27,11 @@ ValueKind kindOf(const QVariant &value);
 /// The value in one line: the path, the picked entry or the text; empty for any other kind.
 QString textOf(const QVariant &value);
 
+/// What @p value must be, in words: "input file, required, 31120 bytes", or the choices there are.
+QString demandOf(const QVariant &value);
+/// A size in bytes, with the unit.
+QString sizeText(qint64 size);
+
 /// All ingredients in tree order, with the columns found by their headers.
 QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model);
 

@@ -62,38 +62,6 @@ private:
     bool areInputsApplied = false;
 };
 
-QString sizeText(qint64 size)
-{
-    return QStringLiteral("%1 bytes").arg(size);
-}
-
-/// What a value must be, in words.
-QString demandOf(const Ingredient &ingredient)
-{
-    switch (kindOf(ingredient.value)) {
-    case ValueKind::File: {
-        const auto file = ingredient.value.value<FilePath>();
-        QStringList demands;
-        demands << (file.isInput ? QStringLiteral("input file") : QStringLiteral("output file"))
-                << (file.isRequired ? QStringLiteral("required") : QStringLiteral("optional"));
-        if (file.exactSize > 0) {
-            demands << sizeText(file.exactSize);
-        }
-        demands << file.fileFilter.section(QLatin1String(";;"), 0, 0);
-        demands.removeAll(QString());
-        return demands.join(QStringLiteral(", "));
-    }
-    case ValueKind::Choice:
-        return QStringLiteral("one of: ")
-            + ingredient.value.value<Choice>().choices.join(QStringLiteral(", "));
-    case ValueKind::Text:
-        return QStringLiteral("text");
-    case ValueKind::Other:
-        break;
-    }
-    return {};
-}
-
 QJsonObject toJson(const Ingredient &ingredient)
 {
     QJsonObject object{{QStringLiteral("group"), ingredient.group},
@@ -216,7 +184,7 @@ int Commands::listIngredients()
     QJsonArray objects;
     for (const Ingredient &ingredient : ingredientsOf(*ingredients->getIngredients())) {
         table.rows.append({ingredient.group, ingredient.name, ingredient.key,
-                           textOf(ingredient.value), demandOf(ingredient)});
+                           textOf(ingredient.value), demandOf(ingredient.value)});
         objects.append(toJson(ingredient));
     }
     report->print(table);

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/bittogglemodel.h"
+
+#include "gpio/gpiobittoggle.h"
+
+namespace {
+
+bool isBit(const QVariant &value)
+{
+    return value.canConvert<GpioBitToggle>();
+}
+
+} // namespace
+
+BitToggleModel::BitToggleModel(QObject *parent)
+    : QIdentityProxyModel(parent)
+{
+}
+
+QVariant BitToggleModel::data(const QModelIndex &index, int role) const
+{
+    const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    if (!isBit(value)) {
+        return QIdentityProxyModel::data(index, role);
+    }
+    const bool isSet = value.value<GpioBitToggle>().value != 0;
+    switch (role) {
+    case Qt::CheckStateRole:
+        return isSet ? Qt::Checked : Qt::Unchecked;
+    case Qt::AccessibleTextRole:
+        return isSet ? tr("on") : tr("off");
+    default:
+        return {};
+    }
+}
+
+bool BitToggleModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::CheckStateRole) {
+        return QIdentityProxyModel::setData(index, value, role);
+    }
+    const int bit = value.toInt() == Qt::Checked ? 1 : 0;
+    return QIdentityProxyModel::setData(index, bit, Qt::EditRole);
+}
+
+Qt::ItemFlags BitToggleModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags sourceFlags = QIdentityProxyModel::flags(index);
+    const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    if (!isBit(value) || !(sourceFlags & Qt::ItemIsEditable)
+        || !value.value<GpioBitToggle>().enabled) {
+        return sourceFlags;
+    }
+    return (sourceFlags & ~Qt::ItemIsEditable) | Qt::ItemIsUserCheckable;
+}

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QIdentityProxyModel>
+
+/// Shows bit cells of a data view as check boxes; all other cells stay as they are.
+class BitToggleModel : public QIdentityProxyModel
+{
+    Q_OBJECT
+
+public:
+    explicit BitToggleModel(QObject *parent = nullptr);
+
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+};

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/filepatheditor.h"
+
+#include "host/window/droppedfiles.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QToolButton>
+
+FilePathEditor::FilePathEditor(QWidget *parent)
+    : QWidget(parent)
+    , pathLine(new QLineEdit(this))
+    , browseButton(new QToolButton(this))
+{
+    auto layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(pathLine);
+    layout->addWidget(browseButton);
+
+    pathLine->setAccessibleName(tr("Path"));
+    pathLine->setFrame(false);
+    // What is dropped is taken by the editor as a whole, as a path and not as an address.
+    pathLine->setAcceptDrops(false);
+    browseButton->setText(tr("Browse…"));
+    browseButton->setAccessibleName(tr("Browse for a file"));
+    browseButton->setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(pathLine);
+    setAutoFillBackground(true);
+    setAcceptDrops(true);
+
+    connect(browseButton, &QToolButton::clicked, this, &FilePathEditor::browse);
+    connect(qApp, &QApplication::focusChanged, this, &FilePathEditor::followFocus);
+}
+
+void FilePathEditor::setFilePath(const FilePath &newFilePath)
+{
+    value = newFilePath;
+    pathLine->setText(QDir::toNativeSeparators(value.fileName));
+    pathLine->selectAll();
+}
+
+FilePath FilePathEditor::filePath() const
+{
+    FilePath edited = value;
+    edited.fileName = QDir::fromNativeSeparators(pathLine->text());
+    return edited;
+}
+
+void FilePathEditor::browse()
+{
+    // With this editor as parent: the view closes an editor that loses the focus to anything else.
+    const QString current = filePath().fileName;
+    choose(value.isInput
+               ? QFileDialog::getOpenFileName(this, tr("Choose a file"), current, value.fileFilter)
+               : QFileDialog::getSaveFileName(this, tr("Choose the file to write"), current,
+                                              value.fileFilter));
+}
+
+void FilePathEditor::choose(const QString &file)
+{
+    if (!file.isEmpty()) {
+        pathLine->setText(QDir::toNativeSeparators(file));
+        emit finished();
+    }
+}
+
+void FilePathEditor::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (droppedFiles(event->mimeData()).count() == 1) {
+        event->acceptProposedAction();
+    }
+}
+
+void FilePathEditor::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    choose(droppedFiles(event->mimeData()).value(0));
+}
+
+void FilePathEditor::followFocus(const QWidget *old, const QWidget *now)
+{
+    // Without a focus widget another program is in front, and the user will come back.
+    if (old && isAncestorOf(old) && now && !isAncestorOf(now) && now->window() == window()) {
+        emit finished();
+    }
+}
