@@ -123,12 +123,7 @@ private slots:
         QVERIFY(ingredients->validate(sample + "/platform/veldmark-d1.xml"));
         QVERIFY(!ingredients->saveData(folder->filePath("x")));
 
-        QAbstractItemModel *model = ingredients->model();
-        const QModelIndex output = model->index(0, 1, model->index(0, 0));
-        auto file = output.data().value<FilePath>();
-        file.fileName = folder->filePath("image.bin");
-        QVERIFY(model->setData(output, QVariant::fromValue(file)));
-
+        const QString image = setOutput("image.bin");
         stranger::Execution *execution = root->execution();
         QVERIFY(execution->verify());
         const stranger::Summary summary = execution->summary();
@@ -143,12 +138,12 @@ private slots:
         qputenv("PATH", path);
         QCOMPARE(execution->workingDirectory(), QDir::tempPath());
         QStringList messages;
-        QTRY_VERIFY(!(messages += log->take()).filter("wrote " + file.fileName).isEmpty());
+        QTRY_VERIFY(!(messages += log->take()).filter("wrote " + image).isEmpty());
         QVERIFY(!messages.filter("E This image is for looking at").isEmpty());
-        const QList<QByteArray> image = readFile(file.fileName).split('\n');
-        QCOMPARE(image.at(0), QByteArray("TAMBLIN STAND-IN IMAGE"));
-        QVERIFY(image.at(3).startsWith("Host FW Boot | 4096 | 102400 | "));
-        QVERIFY(image.at(10).startsWith("Secure_Anchor_Blob | "));
+        const QList<QByteArray> lines = readFile(image).split('\n');
+        QCOMPARE(lines.at(0), QByteArray("TAMBLIN STAND-IN IMAGE"));
+        QVERIFY(lines.at(3).startsWith("Host FW Boot | 4096 | 102400 | "));
+        QVERIFY(lines.at(10).startsWith("Secure_Anchor_Blob | "));
 
         // What was saved reads back, and a second data file replaces the view.
         QVERIFY(ingredients->saveConfig(folder->filePath("c")));
@@ -175,8 +170,9 @@ private slots:
                                   "Size mismatch!", "failed validation"}) {
             QVERIFY2(messages.contains(fault), fault);
         }
+        setOutput("image.bin");
         QVERIFY(!root->execution()->verify());
-        QCOMPARE(root->execution()->summary().failed, 3);
+        QCOMPARE(root->execution()->summary().failed, 2);
     }
 
     void onceMoreAfterTheRootIsGone()
@@ -188,6 +184,16 @@ private slots:
     }
 
 private:
+    /// Names the output file, as an editor of a host does, and returns its path.
+    QString setOutput(const QString &name)
+    {
+        QAbstractItemModel *model = root->ingredients()->model();
+        const QModelIndex output = model->index(0, 1, model->index(0, 0));
+        auto file = output.data().value<FilePath>();
+        file.fileName = folder->filePath(name);
+        return model->setData(output, QVariant::fromValue(file)) ? file.fileName : QString();
+    }
+
     QScopedPointer<QTemporaryDir> folder;
     QScopedPointer<QPluginLoader> loader;
     QScopedPointer<StatusManager> relay;

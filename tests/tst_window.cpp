@@ -95,6 +95,9 @@ private slots:
     void initTestCase()
     {
         QStandardPaths::setTestModeEnabled(true);
+        qputenv("TMPDIR", QFile::encodeName(samples.path()));
+        qputenv("HOME", QFile::encodeName(samples.path()));
+        QDir::setCurrent(samples.path());
         QApplication::setApplicationDisplayName("Loomwright");
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, samples.path());
         QVERIFY(makeSample(sample()));
@@ -367,7 +370,11 @@ private slots:
         if (isDark) {
             QApplication::setPalette(darkPalette());
         }
+        window.reset(new MainWindow);
+        QVERIFY(window->loadPlugin({PLUGIN_LIBRARY}));
         window->resize(1280, 860);
+        window->show();
+        tree = window->findChild<QTreeView *>("ingredientTree");
         take("start");
         drop(window.data(), {samples.filePath("broken")});
         setOutput(folder->filePath("image.bin"));
@@ -444,11 +451,12 @@ private:
                                  .arg(state, QTest::currentDataTag(),
                                       window->devicePixelRatioF() > 1 ? "-double" : "");
         const QPixmap picture = window->grab();
-        QVERIFY(picture.save(file));
+        QVERIFY(picture.save(file, "PNG", 0)); // As small as can be.
         QCOMPARE(picture.size(), window->size() * window->devicePixelRatioF());
     }
 
-    QTemporaryDir samples;
+    // A short path that looks the same everywhere, for the pictures.
+    QTemporaryDir samples{"/tmp/loomwright-XXXXXX"};
     QScopedPointer<QTemporaryDir> folder;
     QScopedPointer<MainWindow> window;
     QTreeView *tree = nullptr;

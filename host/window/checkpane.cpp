@@ -7,10 +7,10 @@
 #include "plugin/iexecutionmanager.h"
 
 #include <QAbstractItemModel>
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPushButton>
 #include <QTableView>
 
 CheckPane::CheckPane(QWidget *parent)
@@ -21,7 +21,8 @@ CheckPane::CheckPane(QWidget *parent)
 {
     auto title = new QLabel(tr("Chec&ks"), this);
     title->setBuddy(table);
-    auto failedFirst = new QCheckBox(tr("&Failed first"), this);
+    auto failedFirst = new QPushButton(tr("Faile&d first"), this);
+    failedFirst->setCheckable(true);
     failedFirst->setObjectName(QStringLiteral("failedFirst"));
     failedFirst->setAccessibleName(tr("Show failed checks first"));
     auto header = new QHBoxLayout;
@@ -48,7 +49,7 @@ CheckPane::CheckPane(QWidget *parent)
     table->horizontalHeader()->setStretchLastSection(true);
     table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 
-    connect(failedFirst, &QCheckBox::toggled, model, &CheckViewModel::setFailedFirst);
+    connect(failedFirst, &QPushButton::toggled, model, &CheckViewModel::setFailedFirst);
     // Double-click, or the key that stands for it.
     connect(table, &QTableView::activated, this, [this](const QModelIndex &index) {
         emit ingredientChosen(index.sibling(index.row(), 1).data().toString());

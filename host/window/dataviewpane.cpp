@@ -3,6 +3,7 @@
 
 #include "host/window/dataviewpane.h"
 
+#include "host/window/bitdelegate.h"
 #include "host/window/bittogglemodel.h"
 #include "plugin/idataview.h"
 #include "plugin/iingredientmanager.h"
@@ -69,6 +70,7 @@ QWidget *DataViewPane::createView(QAbstractItemModel *model, const QString &name
     auto shown = new BitToggleModel(table);
     shown->setSourceModel(model);
     table->setModel(shown);
+    table->setItemDelegate(new BitDelegate(table));
     table->setObjectName(QStringLiteral("dataView"));
     table->setAccessibleName(name);
     table->setTabKeyNavigation(false);

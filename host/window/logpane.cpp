@@ -91,8 +91,11 @@ void LogPane::addError(const QString &message)
 
 void LogPane::add(const QString &message, bool isError)
 {
-    // What would be dropped at once is not even kept.
-    const QString kept = message.right(charactersKept);
+    // What would be dropped at once is not even kept, and an ended last line makes no empty one.
+    QString kept = message.right(charactersKept);
+    if (kept.endsWith(QLatin1Char('\n'))) {
+        kept.chop(1);
+    }
     const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
     const QString mark = isError ? QStringLiteral("✖ ") : QStringLiteral("  ");
     pending.append({time + QLatin1Char(' ') + mark + kept, isError});

@@ -25,6 +25,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
@@ -39,6 +40,19 @@ namespace {
 
 const char layoutKey[] = "layout/";
 const int listedFailures = 12;
+
+/// A triangle in the colour of text: the style's own one is black on dark backgrounds, too.
+QIcon buildIcon(const QPalette &palette)
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette.color(QPalette::ButtonText));
+    painter.drawPolygon(QPolygon({QPoint(14, 8), QPoint(54, 32), QPoint(14, 56)}));
+    return QIcon(pixmap);
+}
 
 QString setting(const char *name)
 {
@@ -127,9 +141,7 @@ void MainWindow::createActions()
 {
     const auto add = [this](QMenu *menu, const QString &text, const QKeySequence &shortcut,
                             QStyle::StandardPixmap icon, auto action) {
-        QAction *created
-            = menu->addAction(style()->standardIcon(icon), text, this, action, shortcut);
-        return created;
+        return menu->addAction(style()->standardIcon(icon), text, this, action, shortcut);
     };
     QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
     QAction *folder = add(fileMenu, tr("Open &folder…"), QKeySequence(tr("Ctrl+Shift+O")),
@@ -150,8 +162,8 @@ void MainWindow::createActions()
     QMenu *imageMenu = menuBar()->addMenu(tr("I&mage"));
     QAction *checkAction = add(imageMenu, tr("&Check"), QKeySequence(tr("Ctrl+K")),
                                QStyle::SP_DialogApplyButton, &MainWindow::check);
-    buildAction = add(imageMenu, tr("&Build"), QKeySequence(tr("Ctrl+B")), QStyle::SP_MediaPlay,
-                      &MainWindow::build);
+    buildAction = imageMenu->addAction(buildIcon(palette()), tr("&Build"), this, &MainWindow::build,
+                                       QKeySequence(tr("Ctrl+B")));
     QMenu *helpMenu = menuBar()->addMenu(tr("&Help"));
     helpMenu->addAction(tr("&About"), this, &MainWindow::showAbout);
     pluginActions = {folder, files, load, save, checkAction};
