@@ -19,6 +19,6 @@ esac
 cd "$(dirname "$0")"
 . scripts/dependencies.sh
 # shellcheck disable=SC2086 # a list of packages
-install_packages $build_packages
+install_packages $build_packages $test_packages
 build_preset release
 ctest --preset release "$@"

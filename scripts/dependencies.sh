@@ -7,6 +7,8 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
+test_packages="xvfb xauth"
+# shellcheck disable=SC2034
 check_packages="clang-format clang-tidy cppcheck shellcheck"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
