@@ -9,6 +9,8 @@ else()
 endif()
 option(LOOMWRIGHT_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
 
+option(LOOMWRIGHT_FUZZ "Instrument for the fuzzers (with clang)" OFF)
+
 # Every target of ours links this: warnings, sanitizers, and headers found from the top folder.
 add_library(loomwright-settings INTERFACE)
 target_include_directories(loomwright-settings INTERFACE
@@ -20,6 +22,13 @@ target_compile_options(loomwright-settings INTERFACE
 if(LOOMWRIGHT_SANITIZE)
     target_compile_options(loomwright-settings INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(LOOMWRIGHT_FUZZ)
+    target_compile_options(loomwright-settings INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+        -fno-omit-frame-pointer)
     target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
 endif()
 

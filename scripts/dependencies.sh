@@ -10,6 +10,8 @@ build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 test_packages="xvfb xauth"
 # shellcheck disable=SC2034
 check_packages="clang-format clang-tidy cppcheck shellcheck"
+# shellcheck disable=SC2034
+fuzz_packages="clang libclang-rt-14-dev"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "manager/externalunsignedzorvingredientmanager.h"
+#include "memoryfile.h"
+
+namespace {
+
+QStringList valuesOf(const IngredientModel &model)
+{
+    QStringList values;
+    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
+        const QModelIndex group = model.index(groupRow, 0);
+        for (int row = 0; row < model.rowCount(group); ++row) {
+            values << model.dataAsString(model.index(row, IngredientModel::ValueColumn, group));
+        }
+    }
+    return values;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    const MemoryFile file(data, size);
+    ExternalUnsignedZorvIngredientManager manager;
+    const IngredientModel &model = *manager.getIngredients();
+    const QStringList before = valuesOf(model);
+    const bool isLoaded = manager.loadConfigFromFile(file.path());
+    const QStringList after = valuesOf(model);
+    promise(isLoaded || after == before, "a refused configuration leaves the model as it was");
+
+    // What was written reads back, but for what cannot be said in the format.
+    const MemoryFile saved(nullptr, 0);
+    promise(manager.saveConfigToFile(saved.path()), "a configuration can be written");
+    ExternalUnsignedZorvIngredientManager reader;
+    reader.loadConfigFromFile(saved.path());
+    const QStringList read = valuesOf(*reader.getIngredients());
+    for (int i = 2; i < after.count(); ++i) {
+        const bool isSayable = !after.at(i).contains(QLatin1Char('='))
+            && !after.at(i).contains(QChar::ReplacementCharacter)
+            && QString::fromLocal8Bit(after.at(i).toLocal8Bit()) == after.at(i);
+        promise(!isSayable || read.at(i) == after.at(i), "what was written reads back");
+    }
+    return 0;
+}

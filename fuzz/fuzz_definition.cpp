@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "model/ingredientmodel.h"
+#include "promise.h"
+
+#include <QAbstractItemModelTester>
+
+namespace {
+
+/// All rows of the tree in one text: names, visibility, values as text.
+QString shapeOf(const IngredientModel &model)
+{
+    QString shape;
+    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
+        const QModelIndex group = model.index(groupRow, 0);
+        shape += group.data().toString() + QLatin1Char('\n');
+        for (int row = 0; row < model.rowCount(group); ++row) {
+            shape += QLatin1Char(' ') + model.index(row, 0, group).data().toString()
+                + QLatin1Char('\n');
+        }
+    }
+    return shape;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    IngredientModel model(textOf(data, size));
+    const QAbstractItemModelTester tester(&model,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QString shape = shapeOf(model);
+    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
+        const QModelIndex group = model.index(groupRow, 0);
+        model.setGroupVisible(group.data().toString(), false);
+        for (int row = 0; row < model.rowCount(group); ++row) {
+            for (int column = 0; column < model.columnCount(group); ++column) {
+                const QModelIndex cell = model.index(row, column, group);
+                const bool isEditable = cell.flags() & Qt::ItemIsEditable;
+                const QString before = model.dataAsString(cell);
+                const bool isSet = model.setDataFromString(cell, QStringLiteral("x"));
+                promise(isEditable || !isSet, "only editable cells are written");
+                promise(isSet || model.dataAsString(cell) == before,
+                        "a refused text changes nothing");
+            }
+            model.setIngredientVisible(model.index(row, 0, group).data().toString(), row % 2 == 0);
+        }
+    }
+    model.checkAllFiles();
+    // A name can be edited where the definition says so; what rows there are cannot.
+    promise(shapeOf(model).count(QLatin1Char('\n')) == shape.count(QLatin1Char('\n')),
+            "rows never change after construction");
+    return 0;
+}

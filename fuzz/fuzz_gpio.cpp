@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "gpio/gpiobittoggle.h"
+#include "gpio/gpiomodel.h"
+#include "promise.h"
+#include "tests/flatproxy.h"
+
+#include <QAbstractItemModelTester>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    GpioModel model(textOf(data, size));
+    FlatProxy proxy(&model);
+    const QAbstractItemModelTester tester(&proxy,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const int rows = model.rowCount();
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < model.columnCount(); ++column) {
+            const QModelIndex cell = model.index(row, column);
+            promise(cell.data().value<GpioBitToggle>().value == 0, "pins start with no bit set");
+            promise(model.setData(cell, 1), "every bit can be set");
+            promise(cell.data().value<GpioBitToggle>().value == 1, "a bit that was set is set");
+        }
+    }
+    promise(model.rowCount() == rows, "edits change no rows");
+    return 0;
+}
