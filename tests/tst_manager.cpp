@@ -9,8 +9,10 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 
 namespace {
@@ -164,6 +166,9 @@ private slots:
                         "Host FW Boot = /i")
                 + loaded);
         row("empty file", QByteArray(), "/old", nothing);
+        row("UTF-16", QTextCodec::codecForName("UTF-16")->fromUnicode(QString("Host FW Boot=/h")),
+            "/h", loaded);
+        row("not UTF-8", QByteArray("\xff\xc0=\xfe\nHost FW Boot=/h"), "/h", loaded);
         row("NUL bytes", QByteArray("a\0b\nHost FW Boot = /h", 21), "/h",
             QStringList(malformed + QString::fromLatin1("a\0b", 3)) + loaded);
     }
@@ -186,18 +191,31 @@ private slots:
         row("pipe without a writer", "pipe");
         row("link in a circle", "circle");
         row("very long name", QString(5000, 'x'));
+        row("without permission", "locked");
     }
     void unreadableFiles()
     {
         QFETCH(QString, file);
         QCOMPARE(mkfifo(qPrintable(path("pipe")), 0600), 0);
         QFile::link(path("circle"), path("circle"));
+        QFile::setPermissions(writeFile(path("locked"), "a=b"), {});
+        const int user = setfsuid(65534); // Root may read whatever it likes.
         QVERIFY(!manager->loadConfigFromFile(path(file)));
         QVERIFY(!manager->validateXmlFile(path(file)));
+        setfsuid(uid_t(user));
         QCOMPARE(log->take(),
                  QStringList({"E Failed to open " + path(file) + " for reading",
                               "S Validating Legacy XML Data File " + path(file),
                               "E ERROR: Failed to open Legacy XML Data file!"}));
+    }
+
+    void fileThatVanishes()
+    {
+        const QString file = writeFile(path("x"), "<p PLENKITVersion='0.1'/>");
+        connect(manager.data(), &ExternalUnsignedZorvIngredientManager::statusMessage, this,
+                [file] { QFile::remove(file); });
+        QVERIFY(!manager->validateXmlFile(file));
+        QCOMPARE(log->take().mid(1), QStringList("E ERROR: Failed to open Legacy XML Data file!"));
     }
 
     void version_data()
@@ -289,12 +307,37 @@ private slots:
                      + verified("T%1", errors, nodeCount));
     }
 
+    void encodings()
+    {
+        const QString text = "<?xml version='1.0'%1?><p PLENKITVersion='0.1.0'>"
+                             "<header title='Übung'/></p>";
+        const QHash<QByteArray, QString> codecs{{"UTF-8", ""},
+                                                {"UTF-16", ""},
+                                                {"UTF-16LE", " encoding='UTF-16LE'"},
+                                                {"ISO-8859-1", " encoding='ISO-8859-1'"}};
+        for (auto it = codecs.begin(); it != codecs.end(); ++it) {
+            const QByteArray xml
+                = QTextCodec::codecForName(it.key())->fromUnicode(text.arg(it.value()));
+            QVERIFY2(manager->validateXmlFile(writeFile(path("x"), xml)), it.key());
+            QVERIFY2(log->take().contains("S  - Übung"), it.key());
+        }
+    }
+
     void unusableXml_data()
     {
         QTest::addColumn<QByteArray>("xml");
         row("empty", QByteArray());
         row("truncated", QByteArray("<p PLENKITVersion='0.1'><header>"));
         row("no XML", QByteArray("\0\xff\xfe<p/>", 8));
+        QByteArray bomb = "<!DOCTYPE p [<!ENTITY a0 'aaaaaaaaaa'>";
+        for (int i = 1; i < 20; ++i) {
+            const QByteArray earlier = "&a" + QByteArray::number(i - 1) + ";";
+            bomb += "<!ENTITY a" + QByteArray::number(i) + " '" + earlier.repeated(10) + "'>";
+        }
+        row("entity bomb", bomb + "]><p>&a19;</p>");
+        row("entity multiplied",
+            "<!DOCTYPE p [<!ENTITY a '" + QByteArray(4000, 'x') + "'>]><p>"
+                + QByteArray("&a;").repeated(1000) + "</p>");
         row("too deep, cut off", QByteArray("<a>").repeated(200000));
         row("too deep, well-formed",
             QByteArray("<a>").repeated(50000) + QByteArray("</a>").repeated(50000));

@@ -50,6 +50,7 @@ private slots:
     {
         QVERIFY(makeSample(samples.filePath("good")));
         QVERIFY(makeSample(samples.filePath("broken"), true));
+        writeFile(samples.filePath("deep.xml"), QByteArray("<a>").repeated(200000));
     }
     void init()
     {
@@ -96,6 +97,8 @@ private slots:
             "Validating .*Analyzed 2 nodes.*The file is sound.\n$", none);
         row("validate the broken one", "-q validate BROKEN/platform/veldmark-d1.xml", 1,
             "^The file is not sound.\n$", "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n$");
+        row("validate 200,000 levels", "-q validate DEEP", 1, "^The file is not sound.\n$",
+            "^ERROR: XML Document content could not be set!\n$");
         row("config alone on standard output", "-d GOOD config", 0,
             "^'This file was generated.*HostFW_1.4.2.bin\n.*Anchor", "Status bridge registered");
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
@@ -304,7 +307,9 @@ private:
     QStringList words(QString line) const
     {
         line.replace("GOOD", samples.filePath("good"))
-            .replace("BROKEN", samples.filePath("broken"));
+
+            .replace("BROKEN", samples.filePath("broken"))
+            .replace("DEEP", samples.filePath("deep.xml"));
         return line.split(' ', Qt::SkipEmptyParts);
     }
 

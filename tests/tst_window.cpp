@@ -13,28 +13,9 @@
 #include "row.h"
 
 #include <QAbstractItemModelTester>
-#include <QAbstractItemView>
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QDir>
-#include <QDropEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QMimeData>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSettings>
 #include <QSignalSpy>
-#include <QStandardItemModel>
-#include <QStyle>
-#include <QStyleFactory>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QToolButton>
-#include <QTreeView>
 #include <QtTest>
+#include <QtWidgets>
 
 namespace {
 
@@ -268,6 +249,16 @@ private slots:
             QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
             QTest::keyClick(view, Qt::Key_Space);
         }
+    }
+
+    void dataFileOf200000Levels()
+    {
+        const QString file = folder->filePath("deep.xml");
+        writeFile(file, QByteArray("<a>").repeated(200000) + QByteArray("</a>").repeated(200000));
+        drop(window.data(), {file});
+        QVERIFY(window->findChild<LogPane *>()->text().contains(
+            "ERROR: XML Document content could not be set!"));
+        QCOMPARE(pathOf("Legacy XML Data File").fileName, file);
     }
 
     void closingDuringABuild()

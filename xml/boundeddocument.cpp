@@ -4,6 +4,7 @@
 #include "xml/boundeddocument.h"
 
 #include <QDomDocument>
+#include <QIODevice>
 #include <QXmlInputSource>
 #include <QXmlSimpleReader>
 
@@ -16,11 +17,22 @@
 
 namespace {
 
-/// Hands every event on to the handler that builds the document and refuses the first element that
-/// lies too deep.
-class DepthLimiter : public QXmlContentHandler
+/// What entities may make of a source: this much for any, and so many times its length for a large
+/// one. Otherwise a hundred kilobytes could become gigabytes in the host's memory.
+const qint64 textLengthAlwaysGranted = 1024 * 1024;
+const qint64 textExpansionAtMost = 10;
+
+/// Hands every event on to the handler that builds the document, and refuses the first element that
+/// lies too deep and the first text that cannot have come from the source without being multiplied.
+class DocumentLimiter : public QXmlContentHandler
 {
 public:
+    /// @param sourceSize length of the source in bytes or characters
+    explicit DocumentLimiter(qint64 sourceSize)
+        : textLengthLeft(textLengthAlwaysGranted + sourceSize * textExpansionAtMost)
+    {
+    }
+
     void setTarget(QXmlContentHandler *handler)
     {
         target = handler;
@@ -30,9 +42,15 @@ public:
                       const QString &qualifiedName, const QXmlAttributes &attributes) override
     {
         if (++depth > maximumElementDepth) {
+            problem = "elements are nested too deeply";
             return false;
         }
-        return target->startElement(namespaceUri, localName, qualifiedName, attributes);
+        bool isGranted = grantText(qualifiedName);
+        for (int i = 0; isGranted && i < attributes.count(); ++i) {
+            isGranted = grantText(attributes.value(i));
+        }
+        return isGranted
+            && target->startElement(namespaceUri, localName, qualifiedName, attributes);
     }
 
     bool endElement(const QString &namespaceUri, const QString &localName,
@@ -44,10 +62,7 @@ public:
 
     QString errorString() const override
     {
-        if (depth > maximumElementDepth) {
-            return QLatin1String("elements are nested too deeply");
-        }
-        return target->errorString();
+        return problem ? QString(QLatin1String(problem)) : target->errorString();
     }
 
     void setDocumentLocator(QXmlLocator *locator) override
@@ -72,7 +87,7 @@ public:
     }
     bool characters(const QString &text) override
     {
-        return target->characters(text);
+        return grantText(text) && target->characters(text);
     }
     bool ignorableWhitespace(const QString &text) override
     {
@@ -88,15 +103,27 @@ public:
     }
 
 private:
+    bool grantText(const QString &text)
+    {
+        textLengthLeft -= text.length();
+        if (textLengthLeft < 0) {
+            problem = "entities stand for too much text";
+        }
+        return textLengthLeft >= 0;
+    }
+
     QXmlContentHandler *target = nullptr;
+    const char *problem = nullptr;
     int depth = 0;
+    qint64 textLengthLeft;
 };
 
 /// The reader of QDomDocument::setContent, with the limiter put before whatever handler it is given.
-class BoundedDepthReader : public QXmlSimpleReader
+class BoundedReader : public QXmlSimpleReader
 {
 public:
-    BoundedDepthReader()
+    explicit BoundedReader(qint64 sourceSize)
+        : limiter(sourceSize)
     {
         setFeature(QLatin1String("http://xml.org/sax/features/namespaces"), false);
         setFeature(QLatin1String("http://xml.org/sax/features/namespace-prefixes"), true);
@@ -112,7 +139,7 @@ public:
     }
 
 private:
-    DepthLimiter limiter;
+    DocumentLimiter limiter;
 };
 
 } // namespace
@@ -122,13 +149,13 @@ bool setBoundedContent(QDomDocument *document, const QString &text, QString *err
 {
     QXmlInputSource source;
     source.setData(text);
-    BoundedDepthReader reader;
+    BoundedReader reader(text.length());
     return document->setContent(&source, &reader, errorMessage, errorLine, errorColumn);
 }
 
 bool setBoundedContent(QDomDocument *document, QIODevice *device)
 {
     QXmlInputSource source(device);
-    BoundedDepthReader reader;
+    BoundedReader reader(device->size());
     return document->setContent(&source, &reader);
 }

@@ -17,7 +17,8 @@ class QIODevice;
 const int maximumElementDepth = 1000;
 
 /// Parses @p text into @p document with the parser that QDomDocument::setContent uses, but stops
-/// with a parse error where elements nest deeper than ::maximumElementDepth.
+/// with a parse error where elements nest deeper than ::maximumElementDepth, or where entities make
+/// more than ten times its length out of the source.
 ///
 /// @param document receives the content; on failure its content is of no use
 /// @param text the XML text itself, not a file name

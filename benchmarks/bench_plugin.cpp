@@ -1,0 +1,346 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "execution/externalunsignedzorvexecutionmanager.h"
+#include "inputs.h"
+#include "manager/externalunsignedzorvingredientmanager.h"
+#include "model/ingredientmodel.h"
+#include "plugin/iloomwrightplugin.h"
+#include "plugin/statusmanager.h"
+
+#include <QApplication>
+#include <QDirIterator>
+#include <QDomDocument>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QPluginLoader>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <benchmark/benchmark.h>
+#include <functional>
+
+// Each measurement has a rival: what the same work costs with Qt alone. Names are "work/ours" and
+// "work/rival", with the size of the input behind; bench.sh makes the ratios.
+
+namespace {
+
+using Manager = ExternalUnsignedZorvIngredientManager;
+
+// Filling from a directory.
+
+void fillFromDirectory(int size)
+{
+    Manager manager;
+    manager.generateConfigFromDirectory(inputs::directory(size));
+}
+
+void walkDirectory(int size)
+{
+    QDirIterator files(inputs::directory(size), QDir::Files | QDir::NoSymLinks,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        benchmark::DoNotOptimize(files.next());
+    }
+}
+
+// Validating a legacy data file.
+
+void validate(int size)
+{
+    Manager manager;
+    if (!manager.validateXmlFile(inputs::legacyFile(size))) {
+        qFatal("the input is not sound");
+    }
+}
+
+void parse(int size)
+{
+    QFile file(inputs::legacyFile(size));
+    QDomDocument document;
+    if (!file.open(QIODevice::ReadOnly) || !document.setContent(&file)) {
+        qFatal("the input is not well-formed");
+    }
+}
+
+// Loading a configuration.
+
+void loadConfiguration(int size)
+{
+    Manager manager;
+    if (!manager.loadConfigFromFile(inputs::configuration(size))) {
+        qFatal("nothing was loaded");
+    }
+}
+
+void splitConfiguration(int size)
+{
+    QFile file(inputs::configuration(size));
+    if (!file.open(QIODevice::ReadOnly)) {
+        qFatal("no input");
+    }
+    const QStringList lines = QTextStream(&file).readAll().split(QLatin1Char('\n'));
+    benchmark::DoNotOptimize(lines.count());
+}
+
+// Checking files.
+
+IngredientModel &modelOfFiles(int size)
+{
+    static QHash<int, IngredientModel *> models;
+    IngredientModel *&model = models[size];
+    if (!model) {
+        model = new IngredientModel(inputs::definition(size / 100, 100));
+        int next = 0;
+        const QStringList paths = inputs::files(size);
+        for (int group = 0; group < model->rowCount(); ++group) {
+            for (int row = 0; row < model->rowCount(model->index(group, 0)); ++row) {
+                model->setDataFromString(model->index(row, 1, model->index(group, 0)),
+                                         paths.at(next++));
+            }
+        }
+    }
+    return *model;
+}
+
+void checkFiles(int size)
+{
+    benchmark::DoNotOptimize(modelOfFiles(size).checkAllFiles().count());
+}
+
+void askFiles(int size)
+{
+    static QHash<int, QStringList> paths;
+    if (!paths.contains(size)) {
+        paths.insert(size, inputs::files(size));
+    }
+    qint64 sum = 0;
+    for (const QString &path : qAsConst(paths)[size]) {
+        const QFileInfo file(path);
+        sum += file.exists() ? file.size() : 0;
+    }
+    benchmark::DoNotOptimize(sum);
+}
+
+// Walking the tree.
+
+int traverse(const QAbstractItemModel &model, const QModelIndex &parent)
+{
+    int cells = 0;
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        for (int column = 0; column < model.columnCount(parent); ++column) {
+            const QModelIndex cell = model.index(row, column, parent);
+            benchmark::DoNotOptimize(model.parent(cell));
+            benchmark::DoNotOptimize(model.data(cell, Qt::DisplayRole));
+            benchmark::DoNotOptimize(model.flags(cell));
+            ++cells;
+        }
+        cells += traverse(model, model.index(row, 0, parent));
+    }
+    return cells;
+}
+
+void traverseTree(benchmark::State &state)
+{
+    const IngredientModel model(inputs::definition(int(state.range(0)) / 100, 100));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(traverse(model, {}));
+    }
+}
+
+// Looking up a value by name.
+
+void lookUpByName(benchmark::State &state)
+{
+    IngredientModel model(inputs::definition(int(state.range(0)) / 100, 100));
+    const QString name = QStringLiteral("I7.77");
+    const QString column = QStringLiteral("Value");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(model.getIngredient(name, column));
+    }
+}
+
+void lookUpInHash(benchmark::State &state)
+{
+    QHash<QString, QVariant> values;
+    for (int i = 0; i < state.range(0); ++i) {
+        values.insert(QStringLiteral("I%1.%2").arg(i / 100).arg(i % 100),
+                      QVariant::fromValue(FilePath()));
+    }
+    const QString name = QStringLiteral("I7.77");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(values.constFind(name)->value<FilePath>().fileName);
+    }
+}
+
+// Loading the library.
+
+void loadAndUnload(const QString &file, bool isGreeted)
+{
+    QPluginLoader loader(file);
+    QObject *root = loader.instance();
+    if (!root) {
+        qFatal("%s", qPrintable(loader.errorString()));
+    }
+    if (isGreeted) {
+        bool hasGreeted = false;
+        StatusManager relay;
+        QObject::connect(&relay, &StatusManager::statusMessage, [&] { hasGreeted = true; });
+        qobject_cast<ILoomwrightPlugin *>(root)->registerStatusManager(&relay);
+        if (!hasGreeted) {
+            qFatal("no greeting");
+        }
+    }
+    loader.unload();
+}
+
+void loadOurs(benchmark::State &state)
+{
+    for (auto _ : state) {
+        loadAndUnload(QStringLiteral(PLUGIN_LIBRARY), true);
+    }
+}
+
+void loadEmpty(benchmark::State &state)
+{
+    for (auto _ : state) {
+        loadAndUnload(QStringLiteral(EMPTY_PLUGIN), false);
+    }
+}
+
+// Relaying a child's output.
+
+void relayOutput(int megabytes)
+{
+    const QString file = inputs::textFile(qint64(megabytes) << 20);
+    static const QTemporaryDir folder;
+    QFile script(folder.filePath(QStringLiteral("tamblin-stitcher")));
+    if (!script.open(QIODevice::WriteOnly)) {
+        qFatal("no script");
+    }
+    script.write("#!/bin/sh\nexec cat " + QFile::encodeName(file) + "\n");
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    script.close();
+    qputenv("PATH", QFile::encodeName(folder.path()) + ":/usr/bin:/bin");
+
+    Manager ingredients;
+    ExternalUnsignedZorvExecutionManager execution(&ingredients);
+    qint64 left = qint64(megabytes) << 20;
+    QEventLoop loop;
+    bool hasStarted = false;
+    QObject::connect(&execution, &ExternalUnsignedZorvExecutionManager::statusMessage,
+                     [&](const QString &message) {
+                         left -= hasStarted ? message.size() : 0;
+                         if (left <= 0) {
+                             loop.quit();
+                         }
+                     });
+    execution.beginExecution();
+    hasStarted = true;
+    loop.exec();
+}
+
+void readOutput(int megabytes)
+{
+    const QString file = inputs::textFile(qint64(megabytes) << 20);
+    QProcess process;
+    qint64 left = qint64(megabytes) << 20;
+    QEventLoop loop;
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, [&] {
+        left -= process.readAllStandardOutput().size();
+        if (left <= 0) {
+            loop.quit();
+        }
+    });
+    process.start(QStringLiteral("cat"), {file});
+    loop.exec();
+    process.waitForFinished();
+}
+
+/// Work on an input of a size, which can also be done once for the memory that it takes.
+struct Work {
+    const char *name;
+    std::function<void(int)> run;
+    int size;
+};
+
+const QVector<Work> &sizedWork()
+{
+    static const QVector<Work> work{{"directory/ours", fillFromDirectory, 100000},
+                                    {"directory/rival", walkDirectory, 100000},
+                                    {"legacy/ours", validate, 400000},
+                                    {"legacy/rival", parse, 400000},
+                                    {"configuration/ours", loadConfiguration, 1000000},
+                                    {"configuration/rival", splitConfiguration, 1000000},
+                                    {"check/ours", checkFiles, 100000},
+                                    {"check/rival", askFiles, 100000},
+                                    {"relay/ours", relayOutput, 200},
+                                    {"relay/rival", readOutput, 200}};
+    return work;
+}
+
+/// The most memory that this process has used so far, in kilobytes.
+qint64 peakMemory()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const QByteArray text = status.readAll();
+    const int line = text.indexOf("VmHWM:");
+    return text.mid(line + 6, text.indexOf("kB", line) - line - 6).trimmed().toLongLong();
+}
+
+/// Makes the input in a process of its own, does the work once, and prints what it took.
+int printPeak(const QString &name)
+{
+    const QHash<QString, QString> files{
+        {QStringLiteral("legacy/ours"), inputs::legacyFile(400000)},
+        {QStringLiteral("configuration/ours"), inputs::configuration(1000000)}};
+    for (const Work &work : sizedWork()) {
+        if (name == QLatin1String(work.name) && files.contains(name)) {
+            const qint64 before = peakMemory();
+            work.run(work.size);
+            const double input = double(QFileInfo(files.value(name)).size());
+            printf("%.1f\n", double(peakMemory() - before) * 1024 / input);
+            return 0;
+        }
+    }
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "--peak") == 0) {
+        return printPeak(QString::fromLocal8Bit(argv[2]));
+    }
+
+    for (const Work &work : sizedWork()) {
+        auto registered = benchmark::RegisterBenchmark(work.name, [&work](benchmark::State &state) {
+            work.run(int(state.range(0))); // The input is made, and the disk cache warm.
+            for (auto _ : state) {
+                work.run(int(state.range(0)));
+            }
+        });
+        registered->Arg(work.size)
+            ->Arg(work.size / 10)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+    }
+    for (const int size : {100000, 10000}) {
+        benchmark::RegisterBenchmark("traversal/ours", traverseTree)->Arg(size);
+        benchmark::RegisterBenchmark("lookup/ours", lookUpByName)->Arg(size);
+        benchmark::RegisterBenchmark("lookup/rival", lookUpInHash)->Arg(size);
+    }
+    benchmark::RegisterBenchmark("load/ours", loadOurs)->Arg(1);
+    benchmark::RegisterBenchmark("load/rival", loadEmpty)->Arg(1);
+
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
