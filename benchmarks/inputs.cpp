@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -14,8 +13,8 @@ const int folderCount = 100;
 /// Where an input of that name lies; made by @p make when it is not there yet.
 template <typename Make> QString madeOnce(const QString &name, Make make)
 {
-    static const QTemporaryDir folder;
-    const QString path = folder.filePath(name);
+    const QString path = QDir(qEnvironmentVariable("LOOMWRIGHT_BENCH_INPUTS", QDir::tempPath()))
+                             .filePath(QStringLiteral("loomwright-") + name);
     if (!QFile::exists(path)) {
         make(path);
     }

@@ -5,7 +5,8 @@
 
 #include <QString>
 
-/// The inputs of the measurements, made in a temporary folder when they are first asked for. Each
+/// The inputs of the measurements, made when they are first asked for, in the folder that the
+/// environment variable LOOMWRIGHT_BENCH_INPUTS names or else in the one for temporary files. Each
 /// takes its size as a number, so that a tenth of it can be measured as well.
 namespace inputs {
 

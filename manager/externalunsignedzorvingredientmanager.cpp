@@ -6,6 +6,7 @@
 #include "gpio/externalunsignedzorvgpioview.h"
 #include "manager/simpleingredientmapper.h"
 #include "manager/standardlocations.h"
+#include "model/payload.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -188,14 +189,12 @@ void ExternalUnsignedZorvIngredientManager::processDataChange(QModelIndex topLef
     // The model reports one cell at a time.
     Q_UNUSED(bottomRight)
     const QVariant value = topLeft.data(Qt::DisplayRole);
-    if (!value.canConvert<FilePath>()) {
+    const FilePath *file = payloadIn<FilePath>(value);
+    if (!file || !file->broadcastChanges
+        || !file->broadcastName.contains(QLatin1String("xmlFileName"))) {
         return;
     }
-    const FilePath file = value.value<FilePath>();
-    if (!file.broadcastChanges || !file.broadcastName.contains(QLatin1String("xmlFileName"))) {
-        return;
-    }
-    if (loadDataFromXmlFile(file.fileName)) {
+    if (loadDataFromXmlFile(file->fileName)) {
         emit statusMessage(QLatin1String("XML file changed and data was loaded into memory."));
     } else {
         emit errorMessage(QLatin1String("XML file was changed but failed to load into memory."));

@@ -8,6 +8,7 @@
 
 #include <QDomNode>
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 
 class QFile;
@@ -70,8 +71,10 @@ public slots:
 
 private:
     QHash<QString, QString> modelAsConfig();
+    QSet<QString> modelKeys() const;
     bool verifyVersion(const QDomElement &root);
-    int verifyNode(const QDomElement &node, int statedOffset, int statedSize, qint64 runningOffset);
+    void reportOffset(const QString &name, int statedOffset, qint64 actualOffset);
+    void reportSize(const QString &name, int statedOffset, int statedSize, int characterCount);
     void deleteSupportedViews();
     static bool openForReading(QFile *file);
 

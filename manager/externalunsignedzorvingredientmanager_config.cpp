@@ -3,6 +3,8 @@
 
 #include "manager/externalunsignedzorvingredientmanager.h"
 
+#include "manager/configlines.h"
+
 #include <QDate>
 #include <QFile>
 #include <QTextStream>
@@ -128,29 +130,21 @@ bool ExternalUnsignedZorvIngredientManager::loadConfigFromFile(QString fileName)
                           + QLatin1String(" for reading"));
         return false;
     }
-    const QStringList lines = QTextStream(&file).readAll().split(QLatin1Char('\n'));
+    const QString text = QTextStream(&file).readAll();
     file.close();
 
+    // Only what the model has a place for is kept; the rest has no effect but its messages.
+    const QSet<QString> knownKeys = modelKeys();
     QHash<QString, QString> config;
-    for (const QString &rawLine : lines) {
-        if (rawLine.isEmpty()) {
-            continue;
+    for (const ConfigLine &line : readConfigLines(text)) {
+        if (!line.isWellFormed()) {
+            emit errorMessage(QLatin1String("Malformed config entry found: ") + line.text());
+        } else if (line.isRepeated()) {
+            emit errorMessage(QLatin1String("Config file contains duplicate key value: ")
+                              + line.text());
+        } else if (knownKeys.contains(line.key())) {
+            config.insert(line.key(), line.value());
         }
-        const QString line = rawLine.trimmed();
-        if (line.startsWith(QLatin1Char('\''))) {
-            continue;
-        }
-        const QStringList pieces = line.split(QLatin1Char('='));
-        if (pieces.count() != 2) {
-            emit errorMessage(QLatin1String("Malformed config entry found: ") + line);
-            continue;
-        }
-        const QString key = pieces.at(0).trimmed();
-        if (config.contains(key)) {
-            emit errorMessage(QLatin1String("Config file contains duplicate key value: ") + line);
-            continue;
-        }
-        config.insert(key, pieces.at(1).trimmed());
     }
 
     if (!updateModelFromConfig(config)) {
@@ -159,4 +153,18 @@ bool ExternalUnsignedZorvIngredientManager::loadConfigFromFile(QString fileName)
     }
     emit statusMessage(QLatin1String("Config file loaded!"));
     return true;
+}
+
+QSet<QString> ExternalUnsignedZorvIngredientManager::modelKeys() const
+{
+    QSet<QString> keys;
+    for (int groupRow = 0; ingredientModel && groupRow < ingredientModel->rowCount(); ++groupRow) {
+        const QModelIndex group = ingredientModel->index(groupRow, 0);
+        for (int row = 0; row < ingredientModel->rowCount(group); ++row) {
+            keys.insert(ingredientModel
+                            ->data(ingredientModel->index(row, IngredientModel::KeyColumn, group))
+                            .toString());
+        }
+    }
+    return keys;
 }

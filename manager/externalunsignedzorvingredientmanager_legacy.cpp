@@ -15,14 +15,14 @@ const int hexadecimal = 16;
 /// A signature node counts as this many characters, whatever its data holds.
 const int signatureCharacterCount = 8;
 
-/// The length of the node's data, two characters a byte.
-qint64 characterCountOf(const QDomElement &node)
-{
-    if (node.attribute(QLatin1String("name")).startsWith(QLatin1String("Signature"))) {
-        return signatureCharacterCount;
-    }
-    return node.firstChildElement(QLatin1String("data")).text().length();
-}
+/// What is read of a node, by names that are made once for a section, which may have a hundred
+/// thousand nodes.
+struct NodeNames {
+    const QString name = QLatin1String("name");
+    const QString offset = QLatin1String("offset");
+    const QString size = QLatin1String("byte_cnt");
+    const QString data = QLatin1String("data");
+};
 
 } // namespace
 
@@ -96,6 +96,7 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
     emit statusMessage(QLatin1String(" - Each offset equals the sum of all previous node sizes"));
     emit statusMessage(QLatin1String(" - Each stated size matches the actual data size"));
 
+    const NodeNames names;
     int nodeCount = 0;
     int errorCount = 0;
     qint64 runningOffset = 0;
@@ -107,15 +108,25 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
         }
         bool isOffsetRead = false;
         bool isSizeRead = false;
-        const int statedOffset
-            = element.attribute(QLatin1String("offset")).toInt(&isOffsetRead, hexadecimal);
-        const int statedSize = element.attribute(QLatin1String("byte_cnt")).toInt(&isSizeRead);
+        const int statedOffset = element.attribute(names.offset).toInt(&isOffsetRead, hexadecimal);
+        const int statedSize = element.attribute(names.size).toInt(&isSizeRead);
         if (!isOffsetRead || !isSizeRead) {
             emit errorMessage(QLatin1String("ERROR: Malformed node!  ") + element.nodeValue());
             ++errorCount;
             break;
         }
-        errorCount += verifyNode(element, statedOffset, statedSize, runningOffset);
+        const QString name = element.attribute(names.name);
+        const int characterCount = name.startsWith(QLatin1String("Signature"))
+            ? signatureCharacterCount
+            : element.firstChildElement(names.data).text().length();
+        if (runningOffset != statedOffset) {
+            reportOffset(name, statedOffset, runningOffset);
+            ++errorCount;
+        }
+        if (2 * qint64(statedSize) != characterCount) {
+            reportSize(name, statedOffset, statedSize, characterCount);
+            ++errorCount;
+        }
         // The stated size, so that one wrong size does not make every offset after it wrong.
         runningOffset += statedSize;
     }
@@ -126,28 +137,21 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
     return errorCount == 0;
 }
 
-/// Reports what is wrong with one node and returns how many errors that is, 0 to 2.
-int ExternalUnsignedZorvIngredientManager::verifyNode(const QDomElement &node, int statedOffset,
-                                                      int statedSize, qint64 runningOffset)
+void ExternalUnsignedZorvIngredientManager::reportOffset(const QString &name, int statedOffset,
+                                                         qint64 actualOffset)
 {
-    const QString name = node.attribute(QLatin1String("name"));
-    int errorCount = 0;
-    if (runningOffset != statedOffset) {
-        emit errorMessage(
-            QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  ")
-                .arg(statedOffset, 0, hexadecimal)
-            + QString::fromLatin1("Actual offset: %1  ").arg(runningOffset, 0, hexadecimal)
-            + QString::fromLatin1(" Name: %1  ").arg(name));
-        ++errorCount;
-    }
-    const qint64 characterCount = characterCountOf(node);
-    if (2 * qint64(statedSize) != characterCount) {
-        emit errorMessage(
-            QString::fromLatin1("ERROR: Size mismatch! Stated Size: %1 Bytes  ").arg(statedSize)
-            + QString::fromLatin1("Actual Size: %1  ").arg(double(characterCount) / 2)
-            + QString::fromLatin1("Stated Offset: %1  ").arg(statedOffset, 0, hexadecimal)
-            + QString::fromLatin1("Name: %1").arg(name));
-        ++errorCount;
-    }
-    return errorCount;
+    emit errorMessage(QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  ")
+                          .arg(statedOffset, 0, hexadecimal)
+                      + QString::fromLatin1("Actual offset: %1  ").arg(actualOffset, 0, hexadecimal)
+                      + QString::fromLatin1(" Name: %1  ").arg(name));
+}
+
+void ExternalUnsignedZorvIngredientManager::reportSize(const QString &name, int statedOffset,
+                                                       int statedSize, int characterCount)
+{
+    emit errorMessage(
+        QString::fromLatin1("ERROR: Size mismatch! Stated Size: %1 Bytes  ").arg(statedSize)
+        + QString::fromLatin1("Actual Size: %1  ").arg(double(characterCount) / 2)
+        + QString::fromLatin1("Stated Offset: %1  ").arg(statedOffset, 0, hexadecimal)
+        + QString::fromLatin1("Name: %1").arg(name));
 }

@@ -26,9 +26,8 @@ void SimpleIngredientMapper::setupIngredientMap(QDomDocument *document)
         const QDomElement rule = rules.at(i).toElement();
         if (rule.hasAttribute(QLatin1String("keyName"))
             && rule.hasAttribute(QLatin1String("fileNameRegex"))) {
-            ingredientMap.insert(
-                rule.attribute(QLatin1String("keyName")),
-                QRegExp(rule.attribute(QLatin1String("fileNameRegex")), Qt::CaseInsensitive));
+            ingredientMap.insert(rule.attribute(QLatin1String("keyName")),
+                                 FileNamePattern(rule.attribute(QLatin1String("fileNameRegex"))));
         }
     }
 }
@@ -55,9 +54,9 @@ QHash<QString, QString> SimpleIngredientMapper::findAllIngredients(const QString
 void SimpleIngredientMapper::addMatches(const QString &fileName, const QString &filePath,
                                         QHash<QString, QString> *found)
 {
-    for (QMap<QString, QRegExp>::const_iterator rule = ingredientMap.constBegin();
+    for (QMap<QString, FileNamePattern>::const_iterator rule = ingredientMap.constBegin();
          rule != ingredientMap.constEnd(); ++rule) {
-        if (!rule.value().exactMatch(fileName)) {
+        if (!rule.value().matches(fileName)) {
             continue;
         }
         const QString entry = rule.key() + QLatin1String(" = ") + filePath;

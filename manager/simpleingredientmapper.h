@@ -3,13 +3,13 @@
 
 #pragma once
 
+#include "manager/filenamepattern.h"
+
 #include <QHash>
 #include <QMap>
 #include <QObject>
-#include <QRegExp>
 
 class QDomDocument;
-class QFileInfo;
 
 /// Tells by file name which ingredient a file belongs to.
 ///
@@ -42,5 +42,5 @@ private:
     void addMatches(const QString &fileName, const QString &filePath,
                     QHash<QString, QString> *found);
 
-    QMap<QString, QRegExp> ingredientMap;
+    QMap<QString, FileNamePattern> ingredientMap;
 };

@@ -16,6 +16,7 @@ IngredientItem::~IngredientItem()
 
 void IngredientItem::appendChild(IngredientItem *item)
 {
+    item->rowInParent = childItems.count();
     childItems.append(item);
 }
 
@@ -55,7 +56,7 @@ IngredientItem *IngredientItem::parent() const
 
 int IngredientItem::row() const
 {
-    return parentItem ? parentItem->childItems.indexOf(const_cast<IngredientItem *>(this)) : 0;
+    return rowInParent;
 }
 
 bool IngredientItem::isVisible() const

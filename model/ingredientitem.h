@@ -41,4 +41,7 @@ private:
     QList<QVariant> itemData;
     IngredientItem *parentItem;
     bool visible = true;
+    /// Set when the parent takes this item over; rows never move afterwards. Looking it up among
+    /// the parent's children made a walk over a wide tree cost the square of its width.
+    int rowInParent = 0;
 };

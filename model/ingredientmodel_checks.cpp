@@ -5,6 +5,7 @@
 
 #include "model/ingredientcheck.h"
 #include "model/ingredientitem.h"
+#include "model/payload.h"
 
 QList<CheckResult> IngredientModel::checkAllFiles()
 {
@@ -27,10 +28,11 @@ QList<CheckResult> IngredientModel::checkIngredient(const IngredientItem &ingred
     const QString name = ingredient.data(0).toString();
     for (int column = 1; column < ingredient.columnCount(); ++column) {
         const QVariant value = ingredient.data(column);
-        if (!value.canConvert<FilePath>()) {
+        const FilePath *payload = payloadIn<FilePath>(value);
+        if (!payload) {
             continue;
         }
-        const FilePath file = value.value<FilePath>();
+        const FilePath &file = *payload;
         if (!file.isRequired && file.fileName.trimmed().isEmpty()) {
             continue;
         }

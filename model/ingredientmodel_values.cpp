@@ -4,6 +4,7 @@
 #include "model/ingredientmodel.h"
 
 #include "model/ingredientitem.h"
+#include "model/payload.h"
 
 void IngredientModel::clearIndexes()
 {
@@ -85,12 +86,11 @@ QModelIndex IngredientModel::cellIndex(const QString &ingredientName, const QStr
 QString IngredientModel::dataAsString(const QModelIndex &index) const
 {
     const QVariant value = data(index, Qt::DisplayRole);
-    if (value.canConvert<FilePath>()) {
-        return value.value<FilePath>().fileName;
+    if (const FilePath *filePath = payloadIn<FilePath>(value)) {
+        return filePath->fileName;
     }
-    if (value.canConvert<Choice>()) {
-        const Choice choice = value.value<Choice>();
-        return choice.choices.value(choice.selectedIndex);
+    if (const Choice *choice = payloadIn<Choice>(value)) {
+        return choice->choices.value(choice->selectedIndex);
     }
     return value.type() == QVariant::String ? value.toString() : QString();
 }
@@ -103,18 +103,17 @@ bool IngredientModel::setDataFromString(const QModelIndex &index, const QString 
     const QVariant current = data(index, Qt::DisplayRole);
     // Kept: a cell of no known kind becomes invalid and still counts as written.
     QVariant replacement;
-    if (current.canConvert<FilePath>()) {
-        FilePath filePath = current.value<FilePath>();
-        filePath.fileName = text;
-        replacement = QVariant::fromValue(filePath);
-    } else if (current.canConvert<Choice>()) {
-        Choice choice = current.value<Choice>();
-        const int position = choice.choices.lastIndexOf(text);
-        if (position < 0) {
+    if (const FilePath *filePath = payloadIn<FilePath>(current)) {
+        FilePath edited = *filePath;
+        edited.fileName = text;
+        replacement = QVariant::fromValue(edited);
+    } else if (const Choice *choice = payloadIn<Choice>(current)) {
+        Choice edited = *choice;
+        edited.selectedIndex = choice->choices.lastIndexOf(text);
+        if (edited.selectedIndex < 0) {
             return false;
         }
-        choice.selectedIndex = position;
-        replacement = QVariant::fromValue(choice);
+        replacement = QVariant::fromValue(edited);
     } else if (current.type() == QVariant::String) {
         replacement = text;
     }
@@ -148,8 +147,9 @@ QStringList IngredientModel::getAllVisibleFileNames(QString groupName)
             const IngredientItem *ingredient = group->child(ingredientRow);
             for (int column = 1; column < ingredient->columnCount(); ++column) {
                 const QVariant value = ingredient->data(column);
-                if (value.canConvert<FilePath>() && ingredient->isVisible()) {
-                    visibleFileNames.append(value.value<FilePath>().fileName);
+                const FilePath *filePath = payloadIn<FilePath>(value);
+                if (filePath && ingredient->isVisible()) {
+                    visibleFileNames.append(filePath->fileName);
                 }
             }
         }

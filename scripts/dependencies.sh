@@ -12,6 +12,8 @@ test_packages="xvfb xauth"
 check_packages="clang-format clang-tidy cppcheck shellcheck"
 # shellcheck disable=SC2034
 fuzz_packages="clang libclang-rt-14-dev"
+# shellcheck disable=SC2034
+bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

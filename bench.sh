@@ -1,0 +1,103 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+
+set -eu
+
+case ${1:-} in
+    '') ;;
+    -h | --help)
+        cat <<'EOF'
+Usage: ./bench.sh
+
+Installs what is missing (Debian 12, with apt), builds the benchmarks in release and prints one table:
+what the plug-in takes for a piece of work, as a ratio to what the same work takes with other means in
+the same run. It takes some minutes; keep the machine quiet meanwhile.
+
+  ratio   time of ours over time of the rival, medians
+  aim     the most that the ratio should be
+  memory  peak memory as a multiple of the input's size, where data is loaded
+  growth  how many times the work costs more with ten times the input
+EOF
+        exit 0
+        ;;
+    *)
+        echo "bench.sh takes no arguments (try --help)" >&2
+        exit 2
+        ;;
+esac
+
+cd "$(dirname "$0")"
+. scripts/dependencies.sh
+# shellcheck disable=SC2086 # lists of packages
+install_packages $build_packages $bench_packages
+build_preset bench
+
+LOOMWRIGHT_BENCH_INPUTS=$(mktemp -d)
+trap 'rm -rf "$LOOMWRIGHT_BENCH_INPUTS"' EXIT
+trap 'exit 1' HUP INT TERM
+export LOOMWRIGHT_BENCH_INPUTS LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
+processes=$LOOMWRIGHT_BENCH_INPUTS/processes.json
+memory=$LOOMWRIGHT_BENCH_INPUTS/memory.json
+bench=build-bench/benchmarks/bench_plugin
+
+# Each work in a process of its own, so that none meets the heap that another has left behind; inside
+# it interleaved, so that whatever else the machine does meets both sides of a ratio alike.
+for work in directory legacy load traversal lookup configuration check relay; do
+    "$bench" "--benchmark_filter=^$work/" --benchmark_repetitions=5 --benchmark_min_time=0.1 \
+        --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
+        "--benchmark_out=$LOOMWRIGHT_BENCH_INPUTS/results-$work.json" \
+        > "$LOOMWRIGHT_BENCH_INPUTS/log" 2>&1 || { tail -n 20 "$LOOMWRIGHT_BENCH_INPUTS/log" >&2; exit 1; }
+done
+
+# The same nine expressions as the plug-in's, on the whole path as find wants them.
+files=$LOOMWRIGHT_BENCH_INPUTS/loomwright-directory-100000
+expressions=
+for expression in 'Signed_lookaside.*.bin' 'Signed_anchor.*.bin' 'Signed_annex.*.bin' \
+    'Controller_Signed.bin' 'Signed.*CDX.*PACK.bin' 'HostFW_.*.bin' 'HostFWSupp.*.bin' \
+    '.*Probe.*.bin' '.*.xml'; do
+    expressions="$expressions${expressions:+ -o} -iregex '.*/$expression'"
+done
+data_file=$LOOMWRIGHT_BENCH_INPUTS/loomwright-legacy-400000.xml
+hyperfine --warmup 1 --runs 5 --ignore-failure --style none --export-json "$processes" \
+    "build-bench/loomwright -q -d $files ingredients" "find $files -type f \\( $expressions \\)" \
+    "build-bench/loomwright -q validate $data_file" "xmllint --noout --huge $data_file" \
+    > /dev/null 2>&1
+
+printf '{"legacy": %s, "configuration": %s}' \
+    "$("$bench" --peak legacy/ours 2> /dev/null)" \
+    "$("$bench" --peak configuration/ours 2> /dev/null)" > "$memory"
+
+{
+    echo "work|against|ratio|aim|memory|growth"
+    jq --raw-output --slurp --slurpfile processes "$processes" --slurpfile memory "$memory" '
+        # In nanoseconds, whatever unit a benchmark reports in.
+        def nanoseconds: .real_time * {ns: 1, us: 1e3, ms: 1e6, s: 1e9}[.time_unit];
+        (map(.benchmarks[]) | map(select(.aggregate_name == "median")
+            | {key: (.run_name | sub("/real_time"; "")), value: nanoseconds}) | from_entries) as $time
+        | ($processes[0].results | map(.median)) as $process
+        | def two: . * 100 | round / 100 | tostring;
+          def row(work; against; ratio; aim; memory; growth):
+              [work, against, (ratio | two), aim, memory, growth] | join("|");
+          def inside(work; against; name; size; aim; memory):
+              row(work; against; $time["\(name)/ours/\(size)"] / $time["\(name)/rival/\(size)"]; aim;
+                  memory; $time["\(name)/ours/\(size)"] / $time["\(name)/ours/\(size / 10)"] | two);
+          row("fill from 100,000 files, 1% fit"; "find -type f, nine -iregex";
+              $process[0] / $process[1]; "0.3"; "-"; "-"),
+          inside("the same"; "a bare QDirIterator"; "directory"; 100000; "3"; "-"),
+          inside("validate 40 MB of legacy XML"; "QDomDocument::setContent"; "legacy"; 400000; "1.4";
+              "\($memory[0].legacy)"),
+          row("the same"; "xmllint --noout"; $process[2] / $process[3]; "-"; "-"; "-"),
+          row("load the library to the greeting"; "an empty plug-in with a label";
+              $time["load/ours/1"] / $time["load/rival/1"]; "3"; "-"; "-"),
+          row("of which: Qt parses the two documents"; "the same";
+              $time["load/parsing/1"] / $time["load/rival/1"]; "-"; "-"; "-"),
+          row("traverse 1,000 groups of 100"; "a tree of a tenth";
+              $time["traversal/ours/100000"] / $time["traversal/ours/10000"]; "12"; "-"; "-"),
+          inside("look a value up by name"; "QHash and QVariant"; "lookup"; 100000; "5"; "-"),
+          inside("load 1,000,000 lines of configuration"; "QTextStream and split"; "configuration";
+              1000000; "3"; "\($memory[0].configuration)"),
+          inside("check 100,000 files"; "QFileInfo::exists and size"; "check"; 100000; "1.5"; "-"),
+          inside("relay 200 MB of output"; "cat into a bare QProcess"; "relay"; 200; "1.5"; "-")
+    ' "$LOOMWRIGHT_BENCH_INPUTS"/results-*.json
+} | column -t -s '|'

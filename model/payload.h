@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QVariant>
+
+/// The value of type @p Payload inside @p value, null when it holds another type. It points into
+/// @p value, which must outlive it: nothing is copied, which is what reading a cell would mostly be.
+template <typename Payload> const Payload *payloadIn(const QVariant &value)
+{
+    return value.userType() == qMetaTypeId<Payload>()
+        ? static_cast<const Payload *>(value.constData())
+        : nullptr;
+}
