@@ -13,6 +13,8 @@ check_packages="clang-format clang-tidy cppcheck shellcheck"
 # shellcheck disable=SC2034
 fuzz_packages="clang libclang-rt-14-dev"
 # shellcheck disable=SC2034
+memcheck_packages="valgrind libc6-dbg"
+# shellcheck disable=SC2034
 bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.

@@ -6,10 +6,6 @@
 #include "model/filepath.h"
 #include "plugin/statusmanager.h"
 
-#include <QAbstractItemModel>
-#include <QDir>
-#include <QPluginLoader>
-#include <QTemporaryDir>
 #include <QtTest>
 
 // Another host's view of the plug-in: it knows the interfaces by their identifiers and by the order
@@ -109,6 +105,8 @@ private slots:
     {
         QCOMPARE(root->targetName(), QString("Veldmark D1 Phone - Unsigned Zorv"));
         QCOMPARE(root->version(), QString("1.0.0"));
+        QCOMPARE(root->versions(), QStringList("1.0"));
+        QCOMPARE(root->author(), QString("Loomwright plug-in team <zorv@loomwright.invalid>"));
         QVERIFY(root->details());
         const QString sample = folder->filePath("sample");
         QVERIFY(makeSample(sample));
@@ -156,23 +154,6 @@ private slots:
         QCOMPARE(view->model()->rowCount(), 2);
         QVERIFY(!view->load({}));
         QVERIFY(view->parameters().isEmpty());
-    }
-
-    void brokenSample()
-    {
-        const QString sample = folder->filePath("broken");
-        QVERIFY(makeSample(sample, true));
-        root->ingredients()->loadData("/nope");
-        log->take();
-        QVERIFY(root->ingredients()->fillFromDirectory(sample));
-        const QString messages = log->take().join("\n");
-        for (const char *fault : {"Duplicate Ingredient found! Host FW Boot", "Offset mismatch!",
-                                  "Size mismatch!", "failed validation"}) {
-            QVERIFY2(messages.contains(fault), fault);
-        }
-        setOutput("image.bin");
-        QVERIFY(!root->execution()->verify());
-        QCOMPARE(root->execution()->summary().failed, 2);
     }
 
     void onceMoreAfterTheRootIsGone()

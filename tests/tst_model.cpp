@@ -9,9 +9,6 @@
 #include "row.h"
 
 #include <QAbstractItemModelTester>
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {

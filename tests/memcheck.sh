@@ -1,0 +1,16 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+#
+# Runs the end-to-end test, with the loaded library and a real child process, under valgrind's memcheck:
+# no error and no definite leak, but for what tests/valgrind.supp says of Qt. Needs a built release preset.
+
+set -eu
+
+cd "$(dirname "$0")/.."
+. scripts/dependencies.sh
+# shellcheck disable=SC2086 # a list of packages
+install_packages $memcheck_packages
+QT_QPA_PLATFORM=offscreen valgrind --quiet --error-exitcode=1 --leak-check=full \
+    --errors-for-leak-kinds=definite --show-leak-kinds=definite --suppressions=tests/valgrind.supp \
+    build/tests/tst_endtoend
