@@ -12,8 +12,9 @@ class ConfigLine
 {
 public:
     ConfigLine() = default;
-    /// The line of @p source from @p first up to @p last, without white space at its ends.
-    ConfigLine(const QString *source, int first, int last);
+    /// The line of @p sourceText from @p firstCharacter up to, without, @p endOfLine; no white space
+    /// may stand at its ends.
+    ConfigLine(const QString *sourceText, int firstCharacter, int endOfLine);
 
     /// Whether there is exactly one equals sign.
     bool isWellFormed() const;

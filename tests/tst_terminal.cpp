@@ -75,6 +75,7 @@ private slots:
         row("timeout past int", "build --timeout 1e9", 2, none, wrong);
         row("timeout elsewhere", "check --timeout 1", 2, none, wrong);
         row("twice", "-d a -d b info", 2, none, wrong);
+        row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
         row("info", "info", 0, "^   Status bridge.*Veldmark D1 Phone", none);
         row("ingredients", "-q ingredients", 0,
             "Binary Files +Host FW +Host FW Boot +input file, required, "

@@ -19,7 +19,7 @@ namespace {
 
 /// What entities may make of a source: this much for any, and so many times its length for a large
 /// one. Otherwise a hundred kilobytes could become gigabytes in the host's memory.
-const qint64 textLengthAlwaysGranted = 1024 * 1024;
+const qint64 textLengthAlwaysGranted = 1 << 20;
 const qint64 textExpansionAtMost = 10;
 
 /// Hands every event on to the handler that builds the document, and refuses the first element that

@@ -107,6 +107,18 @@ QString repeatedOption(const QCommandLineParser &parser)
     return {};
 }
 
+/// The first option that names a file with an empty text, as an unset variable of a script does.
+QString emptyOption(const QCommandLineParser &parser)
+{
+    for (const QString &option :
+         {pluginOption, configOption, directoryOption, fileOption, outputOption}) {
+        if (parser.values(option).contains(QString())) {
+            return option;
+        }
+    }
+    return {};
+}
+
 QString readSettings(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     const QStringList settings = parser.values(setOption);
@@ -171,6 +183,10 @@ QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
     const QString repeated = repeatedOption(parser);
     if (!repeated.isEmpty()) {
         return QStringLiteral("--%1 is given more than once.").arg(repeated);
+    }
+    const QString empty = emptyOption(parser);
+    if (!empty.isEmpty()) {
+        return QStringLiteral("--%1 wants a name, not an empty text.").arg(empty);
     }
     for (const auto &reader : {readCommand, readSettings, readTimeout}) {
         QString problem = reader(parser, commandLine);

@@ -15,7 +15,7 @@ IngredientViewModel::IngredientViewModel(QObject *parent)
 
 QVariant IngredientViewModel::data(const QModelIndex &index, int role) const
 {
-    const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
     const bool isFailed = index.column() == 0 && failuresByName.contains(value.toString());
     switch (role) {
     case Qt::DisplayRole:
