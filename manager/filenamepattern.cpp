@@ -3,6 +3,8 @@
 
 #include "manager/filenamepattern.h"
 
+#include <QRegExp>
+
 namespace {
 
 bool isPlain(QChar character)
@@ -56,8 +58,8 @@ bool hasAt(const QString &fileName, int position, const QString &text)
 
 } // namespace
 
-FileNamePattern::FileNamePattern(const QString &expression)
-    : pattern(expression, Qt::CaseInsensitive)
+FileNamePattern::FileNamePattern(const QString &regularExpression)
+    : expression(regularExpression)
 {
     // Alternatives have no common start or end.
     if (expression.contains(QLatin1Char('|'))) {
@@ -73,5 +75,6 @@ FileNamePattern::FileNamePattern(const QString &expression)
 bool FileNamePattern::matches(const QString &fileName) const
 {
     return hasAt(fileName, fileName.length() - plainEnd.length(), plainEnd)
-        && hasAt(fileName, 0, plainStart) && pattern.exactMatch(fileName);
+        && hasAt(fileName, 0, plainStart)
+        && QRegExp(expression, Qt::CaseInsensitive).exactMatch(fileName);
 }

@@ -3,23 +3,23 @@
 
 #pragma once
 
-#include <QRegExp>
 #include <QString>
 
 /// A regular expression for whole file names, in any case of letters.
 ///
 /// Most files of a large folder fit no pattern: they are turned away by the plain text with which
-/// the pattern begins and ends, at a fraction of what the expression costs.
+/// the pattern begins and ends, at a fraction of what the expression costs. It is compiled when a
+/// file first gets past that (Qt keeps it), and not while the host waits for the plug-in to load.
 class FileNamePattern
 {
 public:
     /// An expression that does not compile matches nothing.
-    explicit FileNamePattern(const QString &expression = QString());
+    explicit FileNamePattern(const QString &regularExpression = QString());
 
     bool matches(const QString &fileName) const;
 
 private:
-    QRegExp pattern;
+    QString expression;
     QString plainStart;
     QString plainEnd;
 };

@@ -270,6 +270,11 @@ private slots:
         const QStringList malformed("E ERROR: Malformed node!  ");
         row("malformed ends the section",
             node("a", "0", "4", four) + node("b", "4", "0x4", four) + "<n/>", malformed, 2);
+        QByteArray attributes;
+        for (int i = 0; i < 100000; ++i) {
+            attributes += " a" + QByteArray::number(i) + "=''";
+        }
+        row("a hundred thousand attributes", "<n" + attributes + "/>", malformed, 1);
         row("size past int", node("a", "0", "2147483648", ""), malformed, 1);
         row("sizes past int in sum",
             node("a", "0", "2147483647", "") + node("b", "7fffffff", "2147483647", "")

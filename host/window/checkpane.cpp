@@ -21,7 +21,7 @@ CheckPane::CheckPane(QWidget *parent)
 {
     auto title = new QLabel(tr("Chec&ks"), this);
     title->setBuddy(table);
-    auto failedFirst = new QPushButton(tr("Faile&d first"), this);
+    auto failedFirst = new QPushButton(tr("Failed fi&rst"), this);
     failedFirst->setCheckable(true);
     failedFirst->setObjectName(QStringLiteral("failedFirst"));
     failedFirst->setAccessibleName(tr("Show failed checks first"));
