@@ -3,20 +3,10 @@
 
 #include "host/window/checkviewmodel.h"
 
+#include "host/window/failurecolor.h"
+
 #include <QApplication>
-#include <QPalette>
 #include <QStyle>
-
-namespace {
-
-/// A red that can be read on the palette's background, dark or light.
-QColor failureColor()
-{
-    const bool isDark = QApplication::palette().color(QPalette::Base).lightness() < 128;
-    return isDark ? QColor(255, 138, 128) : QColor(176, 0, 32);
-}
-
-} // namespace
 
 CheckViewModel::CheckViewModel(QObject *parent)
     : QSortFilterProxyModel(parent)
@@ -35,7 +25,7 @@ QVariant CheckViewModel::data(const QModelIndex &index, int role) const
                                                             : QStyle::SP_MessageBoxCritical);
     }
     if (role == Qt::ForegroundRole && !isPassed) {
-        return failureColor();
+        return failureColor(QApplication::palette());
     }
     return QSortFilterProxyModel::data(index, role);
 }

@@ -3,7 +3,8 @@
 
 #include "host/window/logpane.h"
 
-#include <QAction>
+#include "host/window/failurecolor.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
@@ -14,7 +15,6 @@
 #include <QPushButton>
 #include <QSaveFile>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <QTime>
 
@@ -35,12 +35,6 @@ QString inShortLines(const QString &text)
         } while (start < line.size());
     }
     return lines.join(QLatin1Char('\n'));
-}
-
-QColor errorColor(const QPalette &palette)
-{
-    const bool isDark = palette.color(QPalette::Base).lightness() < 128;
-    return isDark ? QColor(255, 138, 128) : QColor(176, 0, 32);
 }
 
 } // namespace
@@ -119,7 +113,7 @@ void LogPane::showPending()
     for (const Entry &entry : std::exchange(pending, {})) {
         QTextCharFormat format;
         if (entry.isError) {
-            format.setForeground(errorColor(palette()));
+            format.setForeground(failureColor(palette()));
         }
         if (!view->document()->isEmpty()) {
             end.insertBlock();
