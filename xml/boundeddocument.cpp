@@ -9,8 +9,8 @@
 #include <QXmlSimpleReader>
 
 // The SAX classes are deprecated in Qt 5.15, yet its QDomDocument::setContent still runs on them,
-// and they are the only ones that Qt 4 has: limiting the depth at this place accepts exactly the
-// documents that setContent accepts, in one pass.
+// and they are the only ones that Qt 4 has: with the limits at this place, every other document is
+// accepted or refused just as setContent does it, in one pass.
 #if defined(__GNUC__)
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #endif
