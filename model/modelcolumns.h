@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <Qt>
+
+/// The columns of the ingredient tree with the shipped definition.
+namespace IngredientColumn {
+enum Column {
+    Name,  ///< Display name of the group or ingredient.
+    Value, ///< Path, text or choice; visible and editable.
+    Key,   ///< Name in the stitcher's configuration; hidden.
+    Count
+};
+} // namespace IngredientColumn
+
+/// The columns of the check table.
+namespace CheckColumn {
+enum Column {
+    Passed,     ///< Whether the check passed, as a boolean.
+    Ingredient, ///< Display name of the ingredient.
+    Details,    ///< What was found, in words.
+    Count
+};
+} // namespace CheckColumn
+
+/// The role under which the ingredient tree gives a row's visibility, as "visible" or "hidden"; it
+/// takes a boolean.
+const int VisibilityRole = Qt::UserRole;
