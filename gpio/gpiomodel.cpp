@@ -4,7 +4,7 @@
 #include "gpio/gpiomodel.h"
 
 #include "gpio/gpiobittoggle.h"
-#include "xml/boundeddocument.h"
+#include "xml/xmlparser.h"
 
 #include <QDomDocument>
 
@@ -111,7 +111,7 @@ void GpioModel::initializeFromXml(const QString &xml)
     pins.clear();
 
     QDomDocument document;
-    if (!setBoundedContent(&document, xml)) {
+    if (!parseXml(&document, xml)) {
         Gpio failure;
         failure.name = QLatin1String("Failed to initialize from XML");
         failure.aon = true;

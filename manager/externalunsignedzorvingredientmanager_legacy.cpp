@@ -3,7 +3,8 @@
 
 #include "manager/externalunsignedzorvingredientmanager.h"
 
-#include "xml/boundeddocument.h"
+#include "manager/fileaccess.h"
+#include "xml/xmlparser.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -36,7 +37,7 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
         return false;
     }
     QDomDocument document;
-    const bool isParsed = setBoundedContent(&document, &file);
+    const bool isParsed = parseXml(&document, &file);
     file.close();
     if (!isParsed) {
         emit errorMessage(QLatin1String("ERROR: XML Document content could not be set!"));

@@ -3,7 +3,7 @@
 
 #include "manager/simpleingredientmapper.h"
 
-#include "xml/boundeddocument.h"
+#include "xml/xmlparser.h"
 
 #include <QDirIterator>
 #include <QDomDocument>
@@ -13,7 +13,7 @@ SimpleIngredientMapper::SimpleIngredientMapper(const QString &mapXml, QObject *p
     : QObject(parent)
 {
     QDomDocument document;
-    if (setBoundedContent(&document, mapXml)) {
+    if (parseXml(&document, mapXml)) {
         setupIngredientMap(&document);
     }
 }

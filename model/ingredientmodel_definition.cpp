@@ -4,7 +4,7 @@
 #include "model/ingredientmodel.h"
 
 #include "model/ingredientitem.h"
-#include "xml/boundeddocument.h"
+#include "xml/xmlparser.h"
 
 #include <QDomDocument>
 
@@ -62,7 +62,7 @@ IngredientModel::IngredientModel(const QString &definition, QObject *parent)
     QString parserMessage;
     int line = 0;
     int column = 0;
-    if (setBoundedContent(&document, definition, &parserMessage, &line, &column)) {
+    if (parseXml(&document, definition, &parserMessage, &line, &column)) {
         setupModelData(document);
     } else {
         setupParseErrorData(parserMessage, line);
