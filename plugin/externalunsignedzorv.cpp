@@ -7,6 +7,12 @@
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "plugin/externalunsignedzorvtargetdetails.h"
 
+namespace {
+
+const QLatin1String targetName("Veldmark D1 Phone - Unsigned Zorv");
+
+} // namespace
+
 ExternalUnsignedZorv::ExternalUnsignedZorv(QObject *parent)
     : QObject(parent)
     , targetAPIVersions(QLatin1String("1.0"))
@@ -28,6 +34,7 @@ ExternalUnsignedZorv::ExternalUnsignedZorv(QObject *parent)
 
 ExternalUnsignedZorv::~ExternalUnsignedZorv()
 {
+    targetAPIVersions.clear();
     // In this order: the execution manager does not use the other one while it is destroyed.
     delete ingredientManager;
     delete executionManager;
@@ -61,7 +68,7 @@ QWidget *ExternalUnsignedZorv::getTargetDetailsWidget()
 
 QString ExternalUnsignedZorv::getTargetName()
 {
-    return QLatin1String("Veldmark D1 Phone - Unsigned Zorv");
+    return targetName;
 }
 
 QString ExternalUnsignedZorv::getPluginVersion()
@@ -72,8 +79,7 @@ QString ExternalUnsignedZorv::getPluginVersion()
 void ExternalUnsignedZorv::registerStatusManager(StatusManager *manager)
 {
     statusManager = manager;
-    statusMessage(
-        QLatin1String("   Status bridge registered for Veldmark D1 Phone - Unsigned Zorv!"));
+    statusMessage(QString::fromLatin1("   Status bridge registered for %1!").arg(targetName));
 }
 
 void ExternalUnsignedZorv::statusMessage(const QString &message)

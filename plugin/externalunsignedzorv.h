@@ -46,5 +46,6 @@ private:
     QStringList targetAPIVersions;
     ExternalUnsignedZorvIngredientManager *ingredientManager;
     IExecutionManager *executionManager;
-    ExternalUnsignedZorvTargetDetails *targetDetailsWidget;
+    /// Guarded: a host may give the page to a window of its own, which then deletes it.
+    QPointer<ExternalUnsignedZorvTargetDetails> targetDetailsWidget;
 };
