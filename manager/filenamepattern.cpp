@@ -12,8 +12,8 @@ bool isPlain(QChar character)
     return character.isLetterOrNumber() || character == QLatin1Char('_');
 }
 
-/// The text that every match begins with: what stands before the first special character, less a
-/// last character that is repeated or optional.
+/// The text that every match begins with: what precedes the first special character, without a last
+/// character that is repeated or optional.
 QString plainStartOf(const QString &expression)
 {
     int length = 0;
@@ -22,11 +22,11 @@ QString plainStartOf(const QString &expression)
     }
     const bool isQuantified = length < expression.length()
         && QString::fromLatin1("*+?{").contains(expression.at(length));
-    return expression.left(isQuantified ? length - 1 : length);
+    return expression.left(isQuantified ? qMax(0, length - 1) : length);
 }
 
-/// The text that every match ends with: what stands behind the last special character, unless that
-/// one gives the text another meaning.
+/// The text that every match ends with: what follows the last special character, unless that one
+/// gives the text another meaning.
 QString plainEndOf(const QString &expression)
 {
     int start = expression.length();
