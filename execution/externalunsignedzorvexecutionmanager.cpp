@@ -6,6 +6,7 @@
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "manager/standardlocations.h"
 #include "model/ingredientmodel.h"
+#include "model/ingredientnames.h"
 
 #include <QDir>
 
@@ -79,8 +80,7 @@ void ExternalUnsignedZorvExecutionManager::beginExecution()
     if (!model) {
         return;
     }
-    const QString legacyDataFile
-        = model->getIngredient(QLatin1String("Legacy XML Data File"), QLatin1String("Value"));
+    const QString legacyDataFile = model->getIngredient(legacyDataFileIngredient, valueColumnTitle);
     emit statusMessage(QString::fromLatin1("Platform XML file returned from getIngredient is %1")
                            .arg(legacyDataFile));
 

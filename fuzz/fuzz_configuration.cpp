@@ -12,7 +12,7 @@ QStringList valuesOf(const IngredientModel &model)
     for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
         const QModelIndex group = model.index(groupRow, 0);
         for (int row = 0; row < model.rowCount(group); ++row) {
-            values << model.dataAsString(model.index(row, IngredientModel::ValueColumn, group));
+            values << model.dataAsString(model.index(row, IngredientColumn::Value, group));
         }
     }
     return values;

@@ -6,6 +6,8 @@
 #include "gpio/externalunsignedzorvgpioview.h"
 #include "manager/simpleingredientmapper.h"
 #include "manager/standardlocations.h"
+#include "model/ingredientnames.h"
+#include "model/modelcolumns.h"
 #include "model/payload.h"
 
 #include <QFile>
@@ -43,7 +45,7 @@ ExternalUnsignedZorvIngredientManager::ExternalUnsignedZorvIngredientManager()
                 SLOT(processDataChange(QModelIndex, QModelIndex)));
         connect(ingredientModel, SIGNAL(statusMessage(QString)), SIGNAL(statusMessage(QString)));
         connect(ingredientModel, SIGNAL(errorMessage(QString)), SIGNAL(errorMessage(QString)));
-        ingredientModel->setIngredient(QLatin1String("Output file name"), QLatin1String("Value"),
+        ingredientModel->setIngredient(outputFileIngredient, valueColumnTitle,
                                        documentsLocation() + QLatin1String("/unsigned-zorv.bin"));
     }
     if (readResource(":/files/externalunsignedzorvingredientmap.xml", &text)) {
@@ -99,22 +101,13 @@ bool ExternalUnsignedZorvIngredientManager::updateModelFromConfig(
     if (!ingredientModel) {
         return false;
     }
-    bool isChanged = false;
-    for (int groupRow = 0; groupRow < ingredientModel->rowCount(); ++groupRow) {
-        const QModelIndex group = ingredientModel->index(groupRow, 0);
-        for (int row = 0; row < ingredientModel->rowCount(group); ++row) {
-            const QModelIndex keyCell
-                = ingredientModel->index(row, IngredientModel::KeyColumn, group);
-            const QHash<QString, QString>::const_iterator entry
-                = config.constFind(ingredientModel->data(keyCell).toString());
-            if (entry == config.constEnd()) {
-                continue;
-            }
-            const QModelIndex valueCell
-                = ingredientModel->index(row, IngredientModel::ValueColumn, group);
-            if (ingredientModel->setDataFromString(valueCell, entry.value())) {
-                isChanged = true;
-            }
+    bool changed = false;
+    const QModelIndexList cells = ingredientModel->ingredientCells();
+    for (const QModelIndex &cell : cells) {
+        const QString key = cell.sibling(cell.row(), IngredientColumn::Key).data().toString();
+        if (config.contains(key)) {
+            const QModelIndex valueCell = cell.sibling(cell.row(), IngredientColumn::Value);
+            changed = ingredientModel->setDataFromString(valueCell, config.value(key)) || changed;
         }
     }
     return isChanged;
@@ -169,8 +162,8 @@ bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &f
     const QString ingredientName = QLatin1String("Legacy XML Data File");
     const QString columnName = QLatin1String("Value");
     IngredientModel *model = getIngredients();
-    if (model && model->getIngredient(ingredientName, columnName) != path) {
-        model->setIngredient(ingredientName, columnName, path);
+    if (model && model->getIngredient(legacyDataFileIngredient, valueColumnTitle) != path) {
+        model->setIngredient(legacyDataFileIngredient, valueColumnTitle, path);
     }
 
     emit dataFileLoaded();

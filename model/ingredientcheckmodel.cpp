@@ -3,6 +3,8 @@
 
 #include "model/ingredientcheckmodel.h"
 
+#include "model/modelcolumns.h"
+
 IngredientCheckModel::IngredientCheckModel(QObject *parent)
     : QAbstractTableModel(parent)
     , headers(QStringList() << QLatin1String("") << QLatin1String("Ingredient")
@@ -30,9 +32,9 @@ QVariant IngredientCheckModel::data(const QModelIndex &index, int role) const
     }
     const CheckResult &result = results.at(index.row());
     switch (index.column()) {
-    case 0:
+    case CheckColumn::Passed:
         return result.passed;
-    case 1:
+    case CheckColumn::Ingredient:
         return result.ingredientName;
     default:
         return result.details;

@@ -3,8 +3,14 @@
 
 #pragma once
 
-/// Where a group or an ingredient stands in the ingredient tree.
+/// Position of a group or an ingredient in the ingredient tree.
 struct IngredientIndex {
-    int groupRow = 0;      ///< Row of the group under the root.
-    int ingredientRow = 0; ///< Row of the ingredient under its group; 0 in a group's own record.
+    explicit IngredientIndex(int group, int ingredient = 0)
+        : groupRow(group)
+        , ingredientRow(ingredient)
+    {
+    }
+
+    int groupRow;      ///< Row of the group under the root.
+    int ingredientRow; ///< Row of the ingredient under its group; 0 in a group's own record.
 };

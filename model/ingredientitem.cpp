@@ -3,7 +3,7 @@
 
 #include "model/ingredientitem.h"
 
-IngredientItem::IngredientItem(const QList<QVariant> &data, IngredientItem *parent)
+IngredientItem::IngredientItem(const QVector<QVariant> &data, IngredientItem *parent)
     : itemData(data)
     , parentItem(parent)
 {

@@ -5,14 +5,15 @@
 
 #include <QList>
 #include <QVariant>
+#include <QVector>
 
 /// One node of the ingredient tree: the root, a group or an ingredient.
 class IngredientItem
 {
 public:
-    /// Creates a visible node that holds @p data, one value a column. It does not become a child of
+    /// Creates a visible node that holds @p data, one value per column. It does not become a child of
     /// @p parent by itself: see appendChild().
-    explicit IngredientItem(const QList<QVariant> &data, IngredientItem *parent = nullptr);
+    explicit IngredientItem(const QVector<QVariant> &data, IngredientItem *parent = nullptr);
     /// Deletes all children.
     ~IngredientItem();
 
@@ -38,7 +39,7 @@ private:
     Q_DISABLE_COPY(IngredientItem)
 
     QList<IngredientItem *> childItems;
-    QList<QVariant> itemData;
+    QVector<QVariant> itemData;
     IngredientItem *parentItem;
     bool visible = true;
     /// Set when the parent takes this item over; rows never move afterwards. Looking it up among

@@ -71,7 +71,7 @@ QVariant IngredientModel::data(const QModelIndex &index, int role) const
     if (role == Qt::DisplayRole) {
         return item->data(index.column());
     }
-    if (role == Qt::UserRole) {
+    if (role == VisibilityRole) {
         return QString(QLatin1String(item->isVisible() ? "visible" : "hidden"));
     }
     return QVariant();
@@ -87,7 +87,7 @@ bool IngredientModel::setData(const QModelIndex &index, const QVariant &value, i
             || !itemFor(index)->setData(index.column(), value)) {
             return false;
         }
-    } else if (role == Qt::UserRole) {
+    } else if (role == VisibilityRole) {
         itemFor(index)->setIsVisible(value.toBool());
     } else {
         return false;
@@ -128,23 +128,35 @@ bool IngredientModel::getGroupVisible(const QString &groupName) const
 
 void IngredientModel::setGroupVisible(const QString &groupName, bool visible)
 {
-    const QModelIndex group = groupIndex(groupName);
+    const QModelIndex group = groupCell(groupName);
     if (group.isValid()) {
-        setData(group, visible, Qt::UserRole);
+        setData(group, visible, VisibilityRole);
     }
 }
 
 bool IngredientModel::getIngredientVisible(const QString &ingredientName)
 {
-    const QModelIndex ingredient = ingredientIndex(ingredientName, 0);
-    // Kept: the host relies on this answer, and as a boolean the text "hidden" counts as true.
-    return ingredient.isValid() && data(ingredient, Qt::UserRole).toBool();
+    const QModelIndex ingredient = ingredientCell(ingredientName);
+    // Compat: "hidden" converts to true as well.
+    return ingredient.isValid() && data(ingredient, VisibilityRole).toBool();
 }
 
 void IngredientModel::setIngredientVisible(const QString &ingredientName, bool visible)
 {
-    const QModelIndex ingredient = ingredientIndex(ingredientName, 0);
+    const QModelIndex ingredient = ingredientCell(ingredientName);
     if (ingredient.isValid()) {
-        setData(ingredient, visible, Qt::UserRole);
+        setData(ingredient, visible, VisibilityRole);
     }
+}
+
+QModelIndexList IngredientModel::ingredientCells() const
+{
+    QModelIndexList cells;
+    for (int groupRow = 0; groupRow < rowCount(); ++groupRow) {
+        const QModelIndex group = index(groupRow, IngredientColumn::Name);
+        for (int row = 0; row < rowCount(group); ++row) {
+            cells.append(index(row, IngredientColumn::Name, group));
+        }
+    }
+    return cells;
 }

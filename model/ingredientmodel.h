@@ -7,6 +7,7 @@
 #include "model/choice.h"
 #include "model/filepath.h"
 #include "model/ingredientindex.h"
+#include "model/modelcolumns.h"
 
 #include <QAbstractItemModel>
 #include <QHash>
@@ -17,22 +18,15 @@ class QDomDocument;
 class QDomElement;
 class QDomNode;
 
-/// The store of all ingredient values: a tree root, groups, ingredients, built once from a
-/// definition document and never given or taken a row afterwards.
+/// The store of all ingredient values: a tree of root, groups and ingredients, built once from a
+/// definition document. Rows are never added or removed.
 ///
-/// Look-ups by name report what they do not find through errorMessage().
+/// Lookups by name report what they do not find through errorMessage().
 class IngredientModel : public QAbstractItemModel
 {
     Q_OBJECT
 
 public:
-    /// The columns of the shipped definition.
-    enum Column {
-        NameColumn,  ///< Display name of the group or ingredient.
-        ValueColumn, ///< Path, text or choice; visible and editable.
-        KeyColumn    ///< Name in the stitcher's configuration; hidden.
-    };
-
     /// Builds the tree from @p definition, the XML text of a definition document. A text that cannot
     /// be parsed gives a tree that shows the parser's message instead; nothing else is reported.
     explicit IngredientModel(const QString &definition, QObject *parent = nullptr);
@@ -43,10 +37,11 @@ public:
     QModelIndex parent(const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
-    /// Qt::DisplayRole gives the cell, Qt::UserRole the row's visibility as "visible" or "hidden";
-    /// every other role, Qt::EditRole included, gives an invalid value.
+    /// Qt::DisplayRole gives the cell, ::VisibilityRole the row's visibility as "visible" or
+    /// "hidden"; every other role, Qt::EditRole included, gives an invalid value.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// Qt::EditRole replaces an editable cell, Qt::UserRole sets the row's visibility from a boolean.
+    /// Qt::EditRole replaces an editable cell, ::VisibilityRole sets the row's visibility from a
+    /// boolean.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
@@ -54,15 +49,18 @@ public:
 
     /// Whether a view should show @p column; false for a column that the definition does not name.
     bool shouldColumnBeVisible(int column) const;
-    /// Always true: groups are shown whatever was set (the rows' Qt::UserRole tells the flag).
+    /// Always true, whatever was set; ::VisibilityRole gives the flag.
     bool getGroupVisible(const QString &groupName) const;
     void setGroupVisible(const QString &groupName, bool visible);
-    /// True for every ingredient there is, hidden ones too: compare Qt::UserRole with "hidden" to
-    /// learn the flag. False, with an error message, for an unknown name.
+    /// True for every ingredient, hidden ones too; ::VisibilityRole gives the flag. False, with an
+    /// error message, for an unknown name.
     bool getIngredientVisible(const QString &ingredientName);
     void setIngredientVisible(const QString &ingredientName, bool visible);
-    /// Rebuilds the look-up tables by name; of several equal names the first one counts.
+    /// Rebuilds the lookup tables by name; of several equal names the first wins.
     void generateIndexes();
+
+    /// The name cells of all ingredients, in tree order.
+    QModelIndexList ingredientCells() const;
 
     /// The text of the cell: a path, the picked entry or the string; empty for any other kind.
     QString dataAsString(const QModelIndex &index) const;
@@ -91,23 +89,28 @@ signals:
 private:
     void setupModelData(const QDomDocument &document);
     void setupParseErrorData(const QString &parserMessage, int line);
-    void processColumnHeaders(const QDomNode &columnsNode, QList<QVariant> *headers);
+    void processColumnHeaders(const QDomNode &columnsNode, QVector<QVariant> *headers);
     void addIngredientGroup(const QDomElement &groupElement, int columnCount);
     static void addIngredients(const QDomNode &groupNode, IngredientItem *group, int columnCount);
-    static void addIngredientColumns(const QDomNode &ingredientNode, QList<QVariant> *values);
+    static void addIngredientColumns(const QDomNode &ingredientNode, QVector<QVariant> *values);
     static FilePath processFileField(const QDomElement &element);
     static Choice processChoiceField(const QDomElement &element);
     static QString processTextField(const QDomElement &element);
-    static void fillEmptyColumns(QList<QVariant> *values, int columnCount);
+    static void fillEmptyColumns(QVector<QVariant> *values, int columnCount);
 
     IngredientItem *itemFor(const QModelIndex &index) const;
     bool isOwnIndex(const QModelIndex &index) const;
     void clearIndexes();
-    QModelIndex groupIndex(const QString &groupName);
-    QModelIndex ingredientIndex(const QString &ingredientName, int column);
-    QModelIndex checkedIndex(int row, int column, IngredientItem *item);
-    QModelIndex cellIndex(const QString &ingredientName, const QString &columnName);
-    static QList<CheckResult> checkIngredient(const IngredientItem &ingredient);
+    const IngredientIndex *findGroup(const QString &groupName);
+    const IngredientIndex *findIngredient(const QString &ingredientName);
+    int findColumn(const QString &columnName);
+    QModelIndex groupCell(const QString &groupName);
+    QModelIndex ingredientCell(const QString &ingredientName);
+    QModelIndex ingredientCell(const QString &ingredientName, const QString &columnName);
+    QModelIndex cellAt(const IngredientIndex &position, int column);
+    QModelIndex checkedCell(int row, int column, IngredientItem *item);
+    static QList<FilePath> filesOf(const IngredientItem &ingredient);
+    static QList<CheckResult> checkFile(const QString &ingredientName, const FilePath &file);
 
     QStringList visibleFileNames;
     QHash<int, bool> columnEditable;

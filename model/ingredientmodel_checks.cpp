@@ -5,45 +5,39 @@
 
 #include "model/ingredientcheck.h"
 #include "model/ingredientitem.h"
-#include "model/payload.h"
 
 QList<CheckResult> IngredientModel::checkAllFiles()
 {
     checkResults.clear();
-    for (int groupRow = 0; groupRow < rootItem->childCount(); ++groupRow) {
-        const IngredientItem *group = rootItem->child(groupRow);
-        for (int ingredientRow = 0; ingredientRow < group->childCount(); ++ingredientRow) {
-            checkResults += checkIngredient(*group->child(ingredientRow));
+    const QModelIndexList cells = ingredientCells();
+    for (const QModelIndex &cell : cells) {
+        const IngredientItem *ingredient = itemFor(cell);
+        if (!ingredient->isVisible()) {
+            continue;
+        }
+        const QString name = cell.data().toString();
+        const QList<FilePath> files = filesOf(*ingredient);
+        for (const FilePath &file : files) {
+            checkResults += checkFile(name, file);
         }
     }
     return checkResults;
 }
 
-QList<CheckResult> IngredientModel::checkIngredient(const IngredientItem &ingredient)
+QList<CheckResult> IngredientModel::checkFile(const QString &ingredientName, const FilePath &file)
 {
     QList<CheckResult> results;
-    if (!ingredient.isVisible()) {
+    if (!file.isRequired && file.fileName.trimmed().isEmpty()) {
         return results;
     }
-    const QString name = ingredient.data(0).toString();
-    for (int column = 1; column < ingredient.columnCount(); ++column) {
-        const QVariant value = ingredient.data(column);
-        const FilePath *payload = payloadIn<FilePath>(value);
-        if (!payload) {
-            continue;
-        }
-        const FilePath &file = *payload;
-        if (!file.isRequired && file.fileName.trimmed().isEmpty()) {
-            continue;
-        }
-        if (!file.isInput) {
-            results.append(IngredientCheck::directoryForFileExists(name, file.fileName));
-            continue;
-        }
-        results.append(IngredientCheck::fileExists(name, file.fileName));
-        if (file.expectedSize >= 1 && file.expectedSize == file.exactSize) {
-            results.append(IngredientCheck::exactFileSize(name, file.fileName, file.expectedSize));
-        }
+    if (!file.isInput) {
+        results.append(IngredientCheck::directoryForFileExists(ingredientName, file.fileName));
+        return results;
+    }
+    results.append(IngredientCheck::fileExists(ingredientName, file.fileName));
+    if (file.expectedSize >= 1 && file.expectedSize == file.exactSize) {
+        results.append(
+            IngredientCheck::exactFileSize(ingredientName, file.fileName, file.expectedSize));
     }
     return results;
 }

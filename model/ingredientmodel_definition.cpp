@@ -69,13 +69,14 @@ IngredientModel::IngredientModel(const QString &definition, QObject *parent)
     }
 }
 
-/// Shows the fault in the view itself, for want of anybody who listens yet.
+/// Shows the error in the view itself: nothing is connected to the model's signals yet.
 void IngredientModel::setupParseErrorData(const QString &parserMessage, int line)
 {
-    rootItem = new IngredientItem(QList<QVariant>()
+    rootItem = new IngredientItem(QVector<QVariant>()
                                   << QLatin1String("Error") << QLatin1String("Details"));
     rootItem->appendChild(new IngredientItem(
-        QList<QVariant>() << parserMessage << QString::fromLatin1("Line: %1").arg(line), rootItem));
+        QVector<QVariant>() << parserMessage << QString::fromLatin1("Line: %1").arg(line),
+        rootItem));
 }
 
 void IngredientModel::setupModelData(const QDomDocument &document)
@@ -83,11 +84,11 @@ void IngredientModel::setupModelData(const QDomDocument &document)
     const QDomNodeList columnsNodes
         = document.elementsByTagName(QLatin1String("ingredient_column"));
     if (columnsNodes.isEmpty()) {
-        // Kept: these two words are how a definition without columns is recognised.
-        rootItem = new IngredientItem(QList<QVariant>()
+        // Compat: hosts recognise a definition without columns by these two words.
+        rootItem = new IngredientItem(QVector<QVariant>()
                                       << QLatin1String("Epic") << QLatin1String("Fail"));
     } else {
-        QList<QVariant> headers;
+        QVector<QVariant> headers;
         processColumnHeaders(columnsNodes.at(0), &headers);
         rootItem = new IngredientItem(headers);
 
@@ -107,14 +108,15 @@ void IngredientModel::setupModelData(const QDomDocument &document)
     }
 }
 
-void IngredientModel::processColumnHeaders(const QDomNode &columnsNode, QList<QVariant> *headers)
+void IngredientModel::processColumnHeaders(const QDomNode &columnsNode, QVector<QVariant> *headers)
 {
     headers->append(QLatin1String("Ingredient"));
-    columnEditable.insert(0, false);
-    columnVisible.insert(0, true);
+    columnEditable.insert(IngredientColumn::Name, false);
+    columnVisible.insert(IngredientColumn::Name, true);
 
-    // Kept: a child without a name has no header and yet counts as a column.
-    int column = 0;
+    // Compat: a child without a name has no header but counts as a column, which shifts the flags of
+    // the columns after it.
+    int column = IngredientColumn::Name;
     for (QDomNode child = columnsNode.firstChild(); !child.isNull(); child = child.nextSibling()) {
         ++column;
         if (!hasAttribute(child, "name")) {
@@ -131,7 +133,7 @@ void IngredientModel::addIngredientGroup(const QDomElement &groupElement, int co
     if (!hasAttribute(groupElement, "name")) {
         return;
     }
-    QList<QVariant> values;
+    QVector<QVariant> values;
     values.append(attributeOf(groupElement, "name"));
     fillEmptyColumns(&values, columnCount);
     IngredientItem *group = new IngredientItem(values, rootItem);
@@ -146,7 +148,7 @@ void IngredientModel::addIngredients(const QDomNode &groupNode, IngredientItem *
         if (!hasAttribute(child, "name")) {
             continue;
         }
-        QList<QVariant> values;
+        QVector<QVariant> values;
         values.append(attributeOf(child, "name"));
         addIngredientColumns(child, &values);
         fillEmptyColumns(&values, columnCount);
@@ -154,7 +156,8 @@ void IngredientModel::addIngredients(const QDomNode &groupNode, IngredientItem *
     }
 }
 
-void IngredientModel::addIngredientColumns(const QDomNode &ingredientNode, QList<QVariant> *values)
+void IngredientModel::addIngredientColumns(const QDomNode &ingredientNode,
+                                           QVector<QVariant> *values)
 {
     for (QDomElement field = ingredientNode.firstChildElement(); !field.isNull();
          field = field.nextSiblingElement()) {
@@ -173,7 +176,7 @@ void IngredientModel::addIngredientColumns(const QDomNode &ingredientNode, QList
 FilePath IngredientModel::processFileField(const QDomElement &element)
 {
     FilePath filePath;
-    // Kept: without a template none of the other attributes counts.
+    // Compat: without a template, the other attributes are ignored.
     if (!hasAttribute(element, "template")) {
         return filePath;
     }
@@ -183,7 +186,7 @@ FilePath IngredientModel::processFileField(const QDomElement &element)
         filePath.broadcastName = attributeOf(element, "broadcastName");
     }
     if (hasAttribute(element, "required")) {
-        // Kept: unlike the flags above, this one wants exactly "true".
+        // Compat: unlike the flags above, this one must be exactly "true".
         filePath.isRequired = attributeOf(element, "required") == QLatin1String("true");
     }
     filePath.isInput = attributeOf(element, "browseAs") != QLatin1String("output");
@@ -211,8 +214,8 @@ QString IngredientModel::processTextField(const QDomElement &element)
     return attributeOf(element, "value");
 }
 
-/// Pads a row. Kept: a padding cell holds a blank, which is what the view shows for a group.
-void IngredientModel::fillEmptyColumns(QList<QVariant> *values, int columnCount)
+/// Pads a row. Compat: a padding cell holds a space, which the view shows for a group.
+void IngredientModel::fillEmptyColumns(QVector<QVariant> *values, int columnCount)
 {
     while (values->count() < columnCount) {
         values->append(QLatin1String(" "));

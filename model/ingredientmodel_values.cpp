@@ -17,70 +17,89 @@ void IngredientModel::clearIndexes()
 void IngredientModel::generateIndexes()
 {
     clearIndexes();
-    for (int groupRow = 0; groupRow < rootItem->childCount(); ++groupRow) {
-        const IngredientItem *group = rootItem->child(groupRow);
-        const QString groupName = group->data(0).toString();
-        if (!groupIndexes.contains(groupName)) {
-            IngredientIndex *position = new IngredientIndex;
-            position->groupRow = groupRow;
-            groupIndexes.insert(groupName, position);
+    for (int row = 0; row < rootItem->childCount(); ++row) {
+        const QString name = rootItem->child(row)->data(IngredientColumn::Name).toString();
+        if (!groupIndexes.contains(name)) {
+            groupIndexes.insert(name, new IngredientIndex(row));
         }
-        for (int ingredientRow = 0; ingredientRow < group->childCount(); ++ingredientRow) {
-            const QString ingredientName = group->child(ingredientRow)->data(0).toString();
-            if (!ingredientIndexes.contains(ingredientName)) {
-                IngredientIndex *position = new IngredientIndex;
-                position->groupRow = groupRow;
-                position->ingredientRow = ingredientRow;
-                ingredientIndexes.insert(ingredientName, position);
-            }
+    }
+    const QModelIndexList cells = ingredientCells();
+    for (const QModelIndex &cell : cells) {
+        const QString name = cell.data().toString();
+        if (!ingredientIndexes.contains(name)) {
+            ingredientIndexes.insert(name, new IngredientIndex(cell.parent().row(), cell.row()));
         }
     }
 }
 
-/// The index of a group's name cell; invalid, with an error message, when there is no such group.
-QModelIndex IngredientModel::groupIndex(const QString &groupName)
+/// The position of a group; null, with an error message, when there is no such group.
+const IngredientIndex *IngredientModel::findGroup(const QString &groupName)
 {
     const IngredientIndex *position = groupIndexes.value(groupName);
     if (!position) {
         emit errorMessage(QString::fromLatin1("Could not find group named: %1").arg(groupName));
-        return QModelIndex();
     }
-    return checkedIndex(position->groupRow, 0, rootItem->child(position->groupRow));
+    return position;
 }
 
-/// The index of an ingredient's cell; invalid, with an error message, when there is none.
-QModelIndex IngredientModel::ingredientIndex(const QString &ingredientName, int column)
+/// The position of an ingredient; null, with an error message, when there is no such ingredient.
+const IngredientIndex *IngredientModel::findIngredient(const QString &ingredientName)
 {
     const IngredientIndex *position = ingredientIndexes.value(ingredientName);
     if (!position) {
         emit errorMessage(
             QString::fromLatin1("Could not find ingredient named: %1").arg(ingredientName));
-        return QModelIndex();
     }
-    IngredientItem *group = rootItem->child(position->groupRow);
-    return checkedIndex(position->ingredientRow, column, group->child(position->ingredientRow));
+    return position;
 }
 
-QModelIndex IngredientModel::checkedIndex(int row, int column, IngredientItem *item)
+/// The number of a column; negative, with an error message, when there is no such column.
+int IngredientModel::findColumn(const QString &columnName)
+{
+    const int column = columnIndexes.value(columnName, -1);
+    if (column < 0) {
+        emit errorMessage(QString::fromLatin1("Could not find column named: %1").arg(columnName));
+    }
+    return column;
+}
+
+// Each of the following gives an invalid index where a name is unknown, which is reported.
+
+QModelIndex IngredientModel::groupCell(const QString &groupName)
+{
+    const IngredientIndex *position = findGroup(groupName);
+    return position ? checkedCell(position->groupRow, IngredientColumn::Name,
+                                  rootItem->child(position->groupRow))
+                    : QModelIndex();
+}
+
+QModelIndex IngredientModel::ingredientCell(const QString &ingredientName)
+{
+    const IngredientIndex *position = findIngredient(ingredientName);
+    return position ? cellAt(*position, IngredientColumn::Name) : QModelIndex();
+}
+
+QModelIndex IngredientModel::ingredientCell(const QString &ingredientName,
+                                            const QString &columnName)
+{
+    const IngredientIndex *position = findIngredient(ingredientName);
+    const int column = findColumn(columnName);
+    return position && column >= 0 ? cellAt(*position, column) : QModelIndex();
+}
+
+QModelIndex IngredientModel::cellAt(const IngredientIndex &position, int column)
+{
+    const IngredientItem *group = rootItem->child(position.groupRow);
+    return checkedCell(position.ingredientRow, column, group->child(position.ingredientRow));
+}
+
+QModelIndex IngredientModel::checkedCell(int row, int column, IngredientItem *item)
 {
     const QModelIndex cell = createIndex(row, column, item);
     if (!cell.isValid()) {
         emit errorMessage(QLatin1String("Requested index is invalid"));
     }
     return cell;
-}
-
-/// Finds a cell by names; invalid when a name is unknown. Each unknown name is reported, the
-/// ingredient's first.
-QModelIndex IngredientModel::cellIndex(const QString &ingredientName, const QString &columnName)
-{
-    const int column = columnIndexes.value(columnName, -1);
-    if (column >= 0) {
-        return ingredientIndex(ingredientName, column);
-    }
-    ingredientIndex(ingredientName, 0);
-    emit errorMessage(QString::fromLatin1("Could not find column named: %1").arg(columnName));
-    return QModelIndex();
 }
 
 QString IngredientModel::dataAsString(const QModelIndex &index) const
@@ -101,7 +120,7 @@ bool IngredientModel::setDataFromString(const QModelIndex &index, const QString 
         return false;
     }
     const QVariant current = data(index, Qt::DisplayRole);
-    // Kept: a cell of no known kind becomes invalid and still counts as written.
+    // Compat: a cell of no known kind becomes invalid and still counts as written.
     QVariant replacement;
     if (const FilePath *filePath = payloadIn<FilePath>(current)) {
         FilePath edited = *filePath;
@@ -126,33 +145,41 @@ bool IngredientModel::setDataFromString(const QModelIndex &index, const QString 
 
 QString IngredientModel::getIngredient(const QString &ingredientName, const QString &columnName)
 {
-    return dataAsString(cellIndex(ingredientName, columnName));
+    return dataAsString(ingredientCell(ingredientName, columnName));
 }
 
 void IngredientModel::setIngredient(const QString &ingredientName, const QString &columnName,
                                     const QString &text)
 {
-    setDataFromString(cellIndex(ingredientName, columnName), text);
+    setDataFromString(ingredientCell(ingredientName, columnName), text);
 }
 
 QStringList IngredientModel::getAllVisibleFileNames(QString groupName)
 {
     visibleFileNames.clear();
-    for (int groupRow = 0; groupRow < rootItem->childCount(); ++groupRow) {
-        const IngredientItem *group = rootItem->child(groupRow);
-        if (group->data(0).toString() != groupName) {
+    const QModelIndexList cells = ingredientCells();
+    for (const QModelIndex &cell : cells) {
+        const IngredientItem *ingredient = itemFor(cell);
+        if (cell.parent().data().toString() != groupName || !ingredient->isVisible()) {
             continue;
         }
-        for (int ingredientRow = 0; ingredientRow < group->childCount(); ++ingredientRow) {
-            const IngredientItem *ingredient = group->child(ingredientRow);
-            for (int column = 1; column < ingredient->columnCount(); ++column) {
-                const QVariant value = ingredient->data(column);
-                const FilePath *filePath = payloadIn<FilePath>(value);
-                if (filePath && ingredient->isVisible()) {
-                    visibleFileNames.append(filePath->fileName);
-                }
-            }
+        const QList<FilePath> files = filesOf(*ingredient);
+        for (const FilePath &file : files) {
+            visibleFileNames.append(file.fileName);
         }
     }
     return visibleFileNames;
+}
+
+/// The values of all file cells of an ingredient, in column order.
+QList<FilePath> IngredientModel::filesOf(const IngredientItem &ingredient)
+{
+    QList<FilePath> files;
+    for (int column = IngredientColumn::Name + 1; column < ingredient.columnCount(); ++column) {
+        const QVariant value = ingredient.data(column);
+        if (const FilePath *file = payloadIn<FilePath>(value)) {
+            files.append(*file);
+        }
+    }
+    return files;
 }

@@ -6,7 +6,7 @@
 #include <QVariant>
 
 /// The value of type @p Payload inside @p value, null when it holds another type. It points into
-/// @p value, which must outlive it: nothing is copied, which is what reading a cell would mostly be.
+/// @p value, which must outlive it: this avoids a copy, the main cost of reading a cell.
 template <typename Payload> const Payload *payloadIn(const QVariant &value)
 {
     return value.userType() == qMetaTypeId<Payload>()

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// Names of the shipped definition by which the plug-in reaches single cells of the ingredient tree.
+
+const QLatin1String outputFileIngredient("Output file name");
+const QLatin1String legacyDataFileIngredient("Legacy XML Data File");
+/// Title of the column that holds an ingredient's path, text or choice.
+const QLatin1String valueColumnTitle("Value");
