@@ -11,7 +11,6 @@
 #include "model/payload.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QTextStream>
 
 namespace {
@@ -64,7 +63,7 @@ ExternalUnsignedZorvIngredientManager::~ExternalUnsignedZorvIngredientManager()
 
 void ExternalUnsignedZorvIngredientManager::deleteSupportedViews()
 {
-    // Emptied first: whoever watches a view go may ask for the list.
+    // Cleared first: a slot on destroyed() may call getSupportedViews().
     const QList<IDataView *> views = supportedViews;
     supportedViews.clear();
     qDeleteAll(views);
@@ -110,7 +109,7 @@ bool ExternalUnsignedZorvIngredientManager::updateModelFromConfig(
             changed = ingredientModel->setDataFromString(valueCell, config.value(key)) || changed;
         }
     }
-    return isChanged;
+    return changed;
 }
 
 bool ExternalUnsignedZorvIngredientManager::loadIngredientFile(QString fileName)
@@ -143,7 +142,7 @@ bool ExternalUnsignedZorvIngredientManager::generateConfigFromDirectory(const QS
 
 bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &fileName)
 {
-    // A copy: a receiver of the messages below may change the string that the reference names.
+    // A copy: a slot on the messages below may change the string that the reference names.
     const QString path = fileName; // NOLINT(performance-unnecessary-copy-initialization)
 
     deleteSupportedViews();
@@ -157,10 +156,8 @@ bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &f
         emit errorMessage(QLatin1String("Legacy XML Data file failed validation checks"));
     }
 
-    // Writing the path loads the file once more, through processDataChange(); the comparison is
-    // what ends that.
-    const QString ingredientName = QLatin1String("Legacy XML Data File");
-    const QString columnName = QLatin1String("Value");
+    // Writing the path loads the file a second time, through processDataChange(); the comparison
+    // ends that recursion.
     IngredientModel *model = getIngredients();
     if (model && model->getIngredient(legacyDataFileIngredient, valueColumnTitle) != path) {
         model->setIngredient(legacyDataFileIngredient, valueColumnTitle, path);
@@ -192,11 +189,4 @@ void ExternalUnsignedZorvIngredientManager::processDataChange(QModelIndex topLef
     } else {
         emit errorMessage(QLatin1String("XML file was changed but failed to load into memory."));
     }
-}
-
-/// Opens an existing file for reading. Pipes and devices are refused: reading one could keep the
-/// host waiting for ever.
-bool ExternalUnsignedZorvIngredientManager::openForReading(QFile *file)
-{
-    return QFileInfo(*file).isFile() && file->open(QIODevice::ReadOnly);
 }

@@ -8,10 +8,8 @@
 
 #include <QDomNode>
 #include <QHash>
-#include <QSet>
 #include <QStringList>
 
-class QFile;
 class SimpleIngredientMapper;
 
 /// Owns the ingredient model, fills it from outside and writes it out, and loads the legacy data
@@ -71,12 +69,9 @@ public slots:
 
 private:
     QHash<QString, QString> modelAsConfig();
-    QSet<QString> modelKeys() const;
+    QHash<QString, QString> readConfig(const QString &text);
     bool verifyVersion(const QDomElement &root);
-    void reportOffset(const QString &name, int statedOffset, qint64 actualOffset);
-    void reportSize(const QString &name, int statedOffset, int statedSize, int characterCount);
     void deleteSupportedViews();
-    static bool openForReading(QFile *file);
 
     bool isDataLoaded = false;
     QString legacyDataFile;

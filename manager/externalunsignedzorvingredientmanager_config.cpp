@@ -3,39 +3,39 @@
 
 #include "manager/externalunsignedzorvingredientmanager.h"
 
-#include "manager/configlines.h"
+#include "manager/fileaccess.h"
+#include "model/modelcolumns.h"
 
 #include <QDate>
 #include <QFile>
 #include <QTextStream>
 #include <QTime>
 
+#include <unistd.h>
+
 bool ExternalUnsignedZorvIngredientManager::saveConfigToFile(QString fileName)
 {
     return writeConfigToFile(fileName, modelAsConfig());
 }
 
-/// The text of every ingredient under its key; of several ingredients with a key the first counts.
+/// The text of every ingredient under its key; of several ingredients with one key the first wins.
 QHash<QString, QString> ExternalUnsignedZorvIngredientManager::modelAsConfig()
 {
     QHash<QString, QString> config;
     if (!ingredientModel) {
         return config;
     }
-    for (int groupRow = 0; groupRow < ingredientModel->rowCount(); ++groupRow) {
-        const QModelIndex group = ingredientModel->index(groupRow, 0);
-        for (int row = 0; row < ingredientModel->rowCount(group); ++row) {
-            const QString key = ingredientModel->dataAsString(
-                ingredientModel->index(row, IngredientModel::KeyColumn, group));
-            const QString value = ingredientModel->dataAsString(
-                ingredientModel->index(row, IngredientModel::ValueColumn, group));
-            if (config.contains(key)) {
-                emit errorMessage(QLatin1String(
-                    "Model contains duplicate key value, config may not reflect model state"));
-            } else {
-                config.insert(key, value);
-            }
+    const QModelIndexList cells = ingredientModel->ingredientCells();
+    for (const QModelIndex &cell : cells) {
+        const QString key
+            = ingredientModel->dataAsString(cell.sibling(cell.row(), IngredientColumn::Key));
+        if (config.contains(key)) {
+            emit errorMessage(QLatin1String(
+                "Model contains duplicate key value, config may not reflect model state"));
+            continue;
         }
+        config.insert(
+            key, ingredientModel->dataAsString(cell.sibling(cell.row(), IngredientColumn::Value)));
     }
     return config;
 }
@@ -52,8 +52,9 @@ bool ExternalUnsignedZorvIngredientManager::writeConfigToFile(const QString &fil
     writeConfigForUnsignedIngredients(lines, config);
     writeConfigForPresignedIngredients(lines, config);
 
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
+    const int descriptor = openForWriting(fileName);
+    QFile file;
+    if (descriptor < 0 || !file.open(descriptor, QIODevice::WriteOnly)) {
         emit errorMessage(QLatin1String("Failed to open ") + fileName
                           + QLatin1String(" for writing"));
         return false;
@@ -61,10 +62,11 @@ bool ExternalUnsignedZorvIngredientManager::writeConfigToFile(const QString &fil
     QTextStream stream(&file);
     stream << lines.join(QLatin1String("\n")) << QLatin1Char('\n');
     stream.flush();
-    const bool isWritten = file.error() == QFile::NoError;
+    const bool flushed = file.error() == QFile::NoError;
     file.close();
-    if (!isWritten) {
-        // A configuration cut short would stitch an image without some of its files.
+    const bool closed = close(descriptor) == 0;
+    if (!flushed || !closed) {
+        // A truncated configuration would stitch an image without some of its files.
         emit errorMessage(QLatin1String("Failed to write ") + fileName);
         return false;
     }
@@ -82,7 +84,7 @@ void ExternalUnsignedZorvIngredientManager::writeConfigForOutputSettings(
         lines << QLatin1String("ImageName = ") + imageName.value();
         return;
     }
-    // Kept: both names are written, and readers take the first.
+    // Compat: both names are written; readers take the first.
     lines << QLatin1String("\n'Image name not specified, using default\n"
                            "ImageName = unsigned-zorv.bin")
           << QLatin1String("ImageName = unsigned-mip.bin");
@@ -133,21 +135,7 @@ bool ExternalUnsignedZorvIngredientManager::loadConfigFromFile(QString fileName)
     const QString text = QTextStream(&file).readAll();
     file.close();
 
-    // Only what the model has a place for is kept; the rest has no effect but its messages.
-    const QSet<QString> knownKeys = modelKeys();
-    QHash<QString, QString> config;
-    for (const ConfigLine &line : readConfigLines(text)) {
-        if (!line.isWellFormed()) {
-            emit errorMessage(QLatin1String("Malformed config entry found: ") + line.text());
-        } else if (line.isRepeated()) {
-            emit errorMessage(QLatin1String("Config file contains duplicate key value: ")
-                              + line.text());
-        } else if (knownKeys.contains(line.key())) {
-            config.insert(line.key(), line.value());
-        }
-    }
-
-    if (!updateModelFromConfig(config)) {
+    if (!updateModelFromConfig(readConfig(text))) {
         emit errorMessage(QLatin1String("Nothing to update from config file"));
         return false;
     }
@@ -155,16 +143,27 @@ bool ExternalUnsignedZorvIngredientManager::loadConfigFromFile(QString fileName)
     return true;
 }
 
-QSet<QString> ExternalUnsignedZorvIngredientManager::modelKeys() const
+/// The entries of a configuration; invalid lines and repeated keys are reported and skipped.
+QHash<QString, QString> ExternalUnsignedZorvIngredientManager::readConfig(const QString &text)
 {
-    QSet<QString> keys;
-    for (int groupRow = 0; ingredientModel && groupRow < ingredientModel->rowCount(); ++groupRow) {
-        const QModelIndex group = ingredientModel->index(groupRow, 0);
-        for (int row = 0; row < ingredientModel->rowCount(group); ++row) {
-            keys.insert(ingredientModel
-                            ->data(ingredientModel->index(row, IngredientModel::KeyColumn, group))
-                            .toString());
+    QHash<QString, QString> config;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &rawLine : lines) {
+        const QString line = rawLine.trimmed();
+        if (rawLine.isEmpty() || line.startsWith(QLatin1Char('\''))) {
+            continue;
         }
+        const QStringList pieces = line.split(QLatin1Char('='));
+        if (pieces.count() != 2) {
+            emit errorMessage(QLatin1String("Malformed config entry found: ") + line);
+            continue;
+        }
+        const QString key = pieces.at(0).trimmed();
+        if (config.contains(key)) {
+            emit errorMessage(QLatin1String("Config file contains duplicate key value: ") + line);
+            continue;
+        }
+        config.insert(key, pieces.at(1).trimmed());
     }
-    return keys;
+    return config;
 }

@@ -58,8 +58,8 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
 
     emit statusMessage(QLatin1String("\nVerifying integrity of header sections"));
     bool isEveryHeaderSound = true;
-    // Kept: the sections of earlier files are verified again. A copy of the list, since a receiver
-    // of the messages may have another file validated meanwhile.
+    // Compat: the sections of earlier files are verified again. A copy of the list, since a slot on
+    // the messages may validate another file meanwhile.
     const QList<QDomNode> sections = headerSections;
     for (const QDomNode &section : sections) {
         isEveryHeaderSound = verifyHeader(section) && isEveryHeaderSound;
@@ -67,15 +67,14 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
     return isEveryHeaderSound && isVersionSupported;
 }
 
-/// Whether the document states a version that this target takes. Kept: without a version nothing
-/// is said.
+/// Whether the document states a supported version. Compat: a missing version is not reported.
 bool ExternalUnsignedZorvIngredientManager::verifyVersion(const QDomElement &root)
 {
     if (!root.hasAttribute(QLatin1String("PLENKITVersion"))) {
         return false;
     }
     const QString version = root.attribute(QLatin1String("PLENKITVersion"));
-    // Kept: the dot stands for any character.
+    // Compat: the dot matches any character.
     if (QRegExp(QLatin1String("^0.1")).indexIn(version) < 0) {
         emit errorMessage(
             QString::fromLatin1(
@@ -121,11 +120,21 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
             ? signatureCharacterCount
             : element.firstChildElement(names.data).text().length();
         if (runningOffset != statedOffset) {
-            reportOffset(name, statedOffset, runningOffset);
+            emit errorMessage(QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  "
+                                                  "Actual offset: %2   Name: %3  ")
+                                  .arg(statedOffset, 0, hexadecimal)
+                                  .arg(runningOffset, 0, hexadecimal)
+                                  .arg(name));
             ++errorCount;
         }
         if (2 * qint64(statedSize) != characterCount) {
-            reportSize(name, statedOffset, statedSize, characterCount);
+            emit errorMessage(
+                QString::fromLatin1("ERROR: Size mismatch! Stated Size: %1 Bytes  Actual Size: %2  "
+                                    "Stated Offset: %3  Name: %4")
+                    .arg(statedSize)
+                    .arg(double(characterCount) / 2)
+                    .arg(statedOffset, 0, hexadecimal)
+                    .arg(name));
             ++errorCount;
         }
         // The stated size, so that one wrong size does not make every offset after it wrong.
@@ -136,23 +145,4 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
                            .arg(nodeCount)
                            .arg(errorCount));
     return errorCount == 0;
-}
-
-void ExternalUnsignedZorvIngredientManager::reportOffset(const QString &name, int statedOffset,
-                                                         qint64 actualOffset)
-{
-    emit errorMessage(QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  ")
-                          .arg(statedOffset, 0, hexadecimal)
-                      + QString::fromLatin1("Actual offset: %1  ").arg(actualOffset, 0, hexadecimal)
-                      + QString::fromLatin1(" Name: %1  ").arg(name));
-}
-
-void ExternalUnsignedZorvIngredientManager::reportSize(const QString &name, int statedOffset,
-                                                       int statedSize, int characterCount)
-{
-    emit errorMessage(
-        QString::fromLatin1("ERROR: Size mismatch! Stated Size: %1 Bytes  ").arg(statedSize)
-        + QString::fromLatin1("Actual Size: %1  ").arg(double(characterCount) / 2)
-        + QString::fromLatin1("Stated Offset: %1  ").arg(statedOffset, 0, hexadecimal)
-        + QString::fromLatin1("Name: %1").arg(name));
 }
