@@ -32,6 +32,16 @@ if(LOOMWRIGHT_FUZZ)
     target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Release builds are hardened as Debian's packages are.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+target_compile_options(loomwright-settings INTERFACE
+    $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong>)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
+    target_compile_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:-fcf-protection>)
+endif()
+target_link_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
