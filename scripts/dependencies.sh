@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 #
