@@ -11,7 +11,7 @@ Usage: fuzz/run.sh MINUTES [READER...]
 
 Installs what is missing (Debian 12, with apt), builds the fuzzers with clang and both sanitizers,
 replays the committed corpus and fuzzes every reader for so many minutes (0.5 will do), all of them side
-by side. READER is one of: definition map configuration legacy gpio. What is found goes into the
+by side. READER is one of: definition map configuration legacy gpio xml. What is found goes into the
 folder build-fuzz/findings/; the exit status is 1 when anything was.
 EOF
         exit 0
@@ -32,16 +32,20 @@ build_preset fuzz
 export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS=print_stacktrace=1
 export LC_ALL=C.UTF-8
-readers=${*:-definition map configuration legacy gpio}
+readers=${*:-definition map configuration legacy gpio xml}
 work=build-fuzz/work
 findings=build-fuzz/findings
 mkdir -p "$findings"
 
 for reader in $readers; do
     mkdir -p "$work/$reader" "$findings/$reader"
+    seeds=fuzz/corpus/$reader
+    # The parser takes what every other reader takes.
+    [ "$reader" != xml ] || seeds=$(echo fuzz/corpus/*)
+    # shellcheck disable=SC2086 # a list of directories
     "build-fuzz/fuzz/fuzz_$reader" "-artifact_prefix=$findings/$reader/" -max_len=65536 \
         -timeout=20 -rss_limit_mb=3000 "-max_total_time=$seconds" -print_final_stats=1 \
-        "$work/$reader" "fuzz/corpus/$reader" > "$work/$reader.log" 2>&1 &
+        "$work/$reader" $seeds > "$work/$reader.log" 2>&1 &
     eval "pid_$reader=$!"
 done
 

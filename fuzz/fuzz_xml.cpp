@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "promise.h"
+#include "xml/xmlparser.h"
+
+#include <QBuffer>
+#include <QDomDocument>
+
+namespace {
+
+struct Outcome {
+    bool parsed = false;
+    QString error;
+    int line = 0;
+    int column = 0;
+    QDomDocument document;
+};
+
+bool isLimit(const QString &error)
+{
+    return error.startsWith(QLatin1String("elements are nested"))
+        || error.startsWith(QLatin1String("an entity stands for"))
+        || error.startsWith(QLatin1String("entities stand for"));
+}
+
+bool areSame(const QDomNode &left, const QDomNode &right)
+{
+    if (left.nodeType() != right.nodeType() || left.nodeName() != right.nodeName()
+        || left.nodeValue() != right.nodeValue()
+        || left.attributes().count() != right.attributes().count()
+        || left.childNodes().count() != right.childNodes().count()) {
+        return false;
+    }
+    for (int i = 0; i < left.attributes().count(); ++i) {
+        const QDomAttr attribute = left.attributes().item(i).toAttr();
+        if (right.toElement().attribute(attribute.name()) != attribute.value()) {
+            return false;
+        }
+    }
+    QDomNode other = right.firstChild();
+    for (QDomNode child = left.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        if (!areSame(child, other)) {
+            return false;
+        }
+        other = other.nextSibling();
+    }
+    return true;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    const QString text = textOf(data, size);
+    Outcome ours;
+    ours.parsed = parseXml(&ours.document, text, &ours.error, &ours.line, &ours.column);
+    if (isLimit(ours.error)) {
+        return 0;
+    }
+    Outcome plain;
+    plain.parsed = plain.document.setContent(text, &plain.error, &plain.line, &plain.column);
+    promise(ours.parsed == plain.parsed, "within the limits a document parses as with Qt alone");
+    promise(ours.error == plain.error && ours.line == plain.line && ours.column == plain.column,
+            "within the limits an error is Qt's own");
+    promise(!ours.parsed || areSame(ours.document, plain.document),
+            "within the limits the document is the one of Qt alone");
+
+    QByteArray bytes(reinterpret_cast<const char *>(data), int(size));
+    QBuffer device(&bytes);
+    device.open(QIODevice::ReadOnly);
+    QDomDocument fromDevice;
+    if (parseXml(&fromDevice, &device)) {
+        QDomDocument plainFromDevice;
+        promise(plainFromDevice.setContent(bytes) && areSame(fromDevice, plainFromDevice),
+                "within the limits a file gives the document of Qt alone");
+    }
+    return 0;
+}
