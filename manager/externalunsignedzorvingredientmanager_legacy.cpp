@@ -16,15 +16,6 @@ const int hexadecimal = 16;
 /// A signature node counts as this many characters, whatever its data holds.
 const int signatureCharacterCount = 8;
 
-/// What is read of a node, by names that are made once for a section, which may have a hundred
-/// thousand nodes.
-struct NodeNames {
-    const QString name = QLatin1String("name");
-    const QString offset = QLatin1String("offset");
-    const QString size = QLatin1String("byte_cnt");
-    const QString data = QLatin1String("data");
-};
-
 } // namespace
 
 bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileName)
@@ -96,7 +87,6 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
     emit statusMessage(QLatin1String(" - Each offset equals the sum of all previous node sizes"));
     emit statusMessage(QLatin1String(" - Each stated size matches the actual data size"));
 
-    const NodeNames names;
     int nodeCount = 0;
     int errorCount = 0;
     qint64 runningOffset = 0;
@@ -108,17 +98,18 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
         }
         bool isOffsetRead = false;
         bool isSizeRead = false;
-        const int statedOffset = element.attribute(names.offset).toInt(&isOffsetRead, hexadecimal);
-        const int statedSize = element.attribute(names.size).toInt(&isSizeRead);
+        const int statedOffset
+            = element.attribute(QLatin1String("offset")).toInt(&isOffsetRead, hexadecimal);
+        const int statedSize = element.attribute(QLatin1String("byte_cnt")).toInt(&isSizeRead);
         if (!isOffsetRead || !isSizeRead) {
             emit errorMessage(QLatin1String("ERROR: Malformed node!  ") + element.nodeValue());
             ++errorCount;
             break;
         }
-        const QString name = element.attribute(names.name);
+        const QString name = element.attribute(QLatin1String("name"));
         const int characterCount = name.startsWith(QLatin1String("Signature"))
             ? signatureCharacterCount
-            : element.firstChildElement(names.data).text().length();
+            : element.firstChildElement(QLatin1String("data")).text().length();
         if (runningOffset != statedOffset) {
             emit errorMessage(QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  "
                                                   "Actual offset: %2   Name: %3  ")
