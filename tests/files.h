@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -31,12 +32,30 @@ inline void writeStitcher(const QString &folder, const QByteArray &body)
     QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-/// Makes the sample platform directory, sound or broken, at @p folder.
+/// Makes the sample platform directory, valid or broken, at @p folder.
 inline bool makeSample(const QString &folder, bool isBroken = false)
 {
-    QStringList arguments{folder};
+    QStringList arguments(folder);
     if (isBroken) {
         arguments.prepend("--broken");
     }
     return QProcess::execute(EXAMPLES_FOLDER "/make-sample.sh", arguments) == 0;
 }
+
+/// Makes another directory the current one as long as it lives.
+class CurrentDirectory
+{
+public:
+    explicit CurrentDirectory(const QString &path)
+        : before(QDir::currentPath())
+    {
+        QDir::setCurrent(path);
+    }
+    ~CurrentDirectory()
+    {
+        QDir::setCurrent(before);
+    }
+
+private:
+    QString before;
+};

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include <QIdentityProxyModel>
+#include <QSortFilterProxyModel>
 
-/// Hides from the model tester what the tables do otherwise on purpose: their counts ignore the
-/// parent, and a cell may show a value that is no text.
-class FlatProxy : public QIdentityProxyModel
+/// Hides from the model tester what the tables do differently on purpose: their counts ignore the
+/// parent, and a cell may hold a value that is not text.
+class FlatProxy : public QSortFilterProxyModel
 {
     Q_OBJECT
 
@@ -18,15 +18,15 @@ public:
     }
     int rowCount(const QModelIndex &parent) const override
     {
-        return parent.isValid() ? 0 : QIdentityProxyModel::rowCount(parent);
+        return parent.isValid() ? 0 : QSortFilterProxyModel::rowCount(parent);
     }
     int columnCount(const QModelIndex &parent) const override
     {
-        return parent.isValid() ? 0 : QIdentityProxyModel::columnCount(parent);
+        return parent.isValid() ? 0 : QSortFilterProxyModel::columnCount(parent);
     }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        const QVariant value = QIdentityProxyModel::data(index, role);
+        const QVariant value = QSortFilterProxyModel::data(index, role);
         return value.canConvert<QString>() ? value : QVariant();
     }
 };

@@ -24,10 +24,12 @@ public:
         }
     }
 
-    /// What was recorded since the last call.
-    QStringList take()
+    /// What was recorded since the last call, without the first @p skipped messages.
+    QStringList take(int skipped = 0)
     {
-        return std::exchange(lines, {});
+        const QStringList taken = lines.mid(skipped);
+        lines.clear();
+        return taken;
     }
 
 public slots:

@@ -9,5 +9,6 @@
 template <typename... Values> void row(const char *name, const Values &...values)
 {
     QTestData &data = QTest::newRow(name);
-    (data << ... << values);
+    const int inOrder[] = {(static_cast<void>(data << values), 0)...};
+    Q_UNUSED(inOrder)
 }

@@ -5,9 +5,8 @@
 #include "files.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "messagelog.h"
+#include "qtcompat.h"
 #include "row.h"
-
-#include <QtTest>
 
 class TestExecution : public QObject
 {
@@ -21,10 +20,12 @@ private slots:
         ingredients.reset(new ExternalUnsignedZorvIngredientManager);
         manager.reset(new ExternalUnsignedZorvExecutionManager(ingredients.data()));
         log.reset(new MessageLog(manager.data()));
+        output.clear();
     }
     void cleanup()
     {
-        // The order of the root object, which an end of the manager must bear.
+        qputenv("TMPDIR", temporaryDirectory);
+        // The order of the root object, which the manager's destructor must survive.
         ingredients.reset();
         manager.reset();
     }
@@ -33,10 +34,25 @@ private slots:
     {
         QTest::addColumn<int>("error");
         QTest::addColumn<QStringList>("messages");
-        row("the last", 5,
+        row("failed to start", int(QProcess::FailedToStart),
+            QStringList("E The process failed to start. Either the invoked program is missing, or "
+                        "you may have insufficient permissions to invoke the program."));
+        row("crashed", int(QProcess::Crashed),
+            QStringList("E The process crashed some time after starting successfully."));
+        row("timed out", int(QProcess::Timedout),
+            QStringList("E The last waitFor...() function timed out. The state of QProcess is "
+                        "unchanged, and you can try calling waitFor...() again."));
+        row("read error", int(QProcess::ReadError),
+            QStringList("E An error occurred when attempting to read from the process. For "
+                        "example, the process may not be running."));
+        row("write error", int(QProcess::WriteError),
+            QStringList("E An error occurred when attempting to write to the process. For "
+                        "example, the process may not be running, or it may have closed its input "
+                        "channel."));
+        row("unknown error", int(QProcess::UnknownError),
             QStringList(
                 "E An unknown error occurred. This is the default return value of error()."));
-        row("past the last", 6, QStringList());
+        row("past the last", QProcess::UnknownError + 1, QStringList());
         row("negative", -1, QStringList());
     }
     void errorTexts()
@@ -53,12 +69,10 @@ private slots:
         QVERIFY(!manager->verifyInputs());
         QCOMPARE(table->rowCount(), 1 + 1 + 8 + 4);
         QCOMPARE(manager->getIngredientCheckSummary().checkCount, table->rowCount());
-        IngredientModel &model = *ingredients->getIngredients();
-        for (int group = 0; group < model.rowCount(); ++group) {
-            for (int row = 0; row < model.rowCount(model.index(group, 0)); ++row) {
-                model.setIngredientVisible(
-                    model.index(row, 0, model.index(group, 0)).data().toString(), false);
-            }
+        IngredientModel *model = ingredients->getIngredients();
+        const QModelIndexList cells = model->ingredientCells();
+        for (const QModelIndex &cell : cells) {
+            model->setData(cell, false, VisibilityRole);
         }
         QVERIFY(manager->verifyInputs()); // No check at all is no failure.
         QCOMPARE(table->rowCount(), 0);
@@ -68,27 +82,26 @@ private slots:
     void run()
     {
         writeStitcher(folder->path(), "for a; do printf '<%s>' \"$a\"; done; pwd >&2; cat $4");
-        ingredients->updateModelFromConfig({{"XML Data File", "a b%1.xml"}});
+        setDataFile("a b%1.xml");
         manager->setWorkingDirectory("/nowhere");
         QCOMPARE(manager->getWorkingDirectory(), QString("/nowhere"));
         manager->beginExecution();
-        const QString config = temporary() + "/config.txt";
+        const QString config = QDir::tempPath() + "/config.txt";
         QCOMPARE(log->take(),
-                 QStringList({"S Platform XML file returned from getIngredient is a b%1.xml",
-                              "S Saved Config file to " + config,
-                              "S Running command line stitcher next.",
-                              "S Command Line: " + QDir::currentPath()
-                                  + "/tamblin-stitcher -k a b%1.xml -c " + config + " -A"}));
-        QCOMPARE(manager->getWorkingDirectory(), temporary());
-        QStringList output = outputUntil("E " + temporary() + "\n");
-        output += outputUntil("'Secure_Anchor_Blob = ?\n", output);
-        const QString standardOutput
-            = QStringList(output.filter(QRegularExpression("^S "))).join("");
+                 QStringList() << "S Platform XML file returned from getIngredient is a b%1.xml"
+                               << "S Saved Config file to " + config
+                               << "S Running command line stitcher next."
+                               << "S Command Line: " + QDir::currentPath()
+                         + "/tamblin-stitcher -k a b%1.xml -c " + config + " -A");
+        QCOMPARE(manager->getWorkingDirectory(), QDir::tempPath());
+        QVERIFY(waitForOutput("E " + QDir::tempPath() + "\n"));
+        QVERIFY(waitForOutput("'Secure_Anchor_Blob = ?\n"));
+        const QString standardOutput = output.filter(QRegExp("^S ")).join("");
         QVERIFY(standardOutput.startsWith("S <-k><a b%1.xml><-c><" + config + "><-A>"));
         QVERIFY(standardOutput.contains("PlatformType = VKMD1"));
     }
 
-    void chunks()
+    void outputIsRelayedInChunks()
     {
         const QString go = folder->filePath("go");
         writeStitcher(folder->path(),
@@ -96,9 +109,10 @@ private slots:
                           + " ]; do sleep 0.01; done; printf 'three\\0four'");
         manager->beginExecution();
         log->take();
-        QCOMPARE(outputUntil("two"), QStringList("S  one\n\ntwo"));
+        QVERIFY(waitForOutput("two"));
+        QCOMPARE(output, QStringList("S  one\n\ntwo"));
 
-        // A second start is refused and cancelling only talks: the run goes on to its end.
+        // A second start is refused and cancelling only reports: the run goes on to its end.
         QTest::ignoreMessage(QtWarningMsg, "QProcess::start: Process is already running");
         manager->beginExecution();
         log->take();
@@ -106,68 +120,83 @@ private slots:
         QCOMPARE(log->take(),
                  QStringList("S Inside ExternalUnsignedZorvExecutionManager::cancelExecution()"));
         writeFile(go, "");
-        QCOMPARE(outputUntil("three"), QStringList("S three")); // Nothing after the NUL byte.
+        QVERIFY(waitForOutput("three"));
+        QCOMPARE(output.last(), QString("S three")); // Nothing after the NUL byte.
+    }
+
+    void outputIsLocal8Bit()
+    {
+        QTextCodec *before = QTextCodec::codecForLocale();
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        writeStitcher(folder->path(), "printf 'M\\374ll'");
+        manager->beginExecution();
+        const bool found = waitForOutput(QString::fromLatin1("S M\374ll"));
+        QTextCodec::setCodecForLocale(before);
+        QVERIFY(found);
     }
 
     void failures_data()
     {
         QTest::addColumn<QByteArray>("stitcher");
+        QTest::addColumn<bool>("executable");
         QTest::addColumn<QString>("expected");
-        row("missing", QByteArray(), "E The process failed to start.");
-        row("no program", QByteArray("-"), "E The process failed to start.");
-        row("crash", QByteArray("kill -SEGV $$"), "E The process crashed");
+        row("missing", QByteArray(), false, "E The process failed to start.");
+        row("not executable", QByteArray("exit 0"), false, "E The process failed to start.");
+        row("crash", QByteArray("kill -SEGV $$"), true, "E The process crashed");
     }
     void failures()
     {
         QFETCH(QByteArray, stitcher);
+        QFETCH(bool, executable);
         QFETCH(QString, expected);
-        if (stitcher == "-") {
-            writeFile(folder->filePath("tamblin-stitcher"), "not executable");
-        } else if (!stitcher.isEmpty()) {
+        if (!stitcher.isEmpty()) {
             writeStitcher(folder->path(), stitcher);
         }
+        if (!stitcher.isEmpty() && !executable) {
+            QFile::setPermissions(folder->filePath("tamblin-stitcher"), QFile::ReadOwner);
+        }
         for (int round = 0; round < 2; ++round) { // The manager stays usable.
+            output.clear();
             manager->beginExecution();
-            QVERIFY(!outputUntil(expected).isEmpty());
+            QVERIFY(waitForOutput(expected));
         }
     }
 
-    void configNotSaved()
+    void unsavedConfigurationStartsNothing()
     {
-        const QString wrong = folder->filePath("file");
-        writeFile(wrong, "");
-        const QByteArray before = qgetenv("TMPDIR");
-        qputenv("TMPDIR", QFile::encodeName(wrong));
+        const QString file = writeFile(folder->filePath("file"), "");
+        qputenv("TMPDIR", QFile::encodeName(file));
+        manager->setWorkingDirectory("/before");
         manager->beginExecution();
-        qputenv("TMPDIR", before);
-        QCOMPARE(log->take().mid(1),
-                 QStringList("E Failed to save Config file to " + wrong + "/config.txt"));
+        QCOMPARE(log->take(1),
+                 QStringList("E Failed to save Config file to " + file + "/config.txt"));
+        QCOMPARE(manager->getWorkingDirectory(), QString("/before"));
     }
 
 private:
-    static QString temporary()
+    void setDataFile(const QString &path)
     {
-        return QDir::tempPath();
+        QHash<QString, QString> config;
+        config.insert("XML Data File", path);
+        ingredients->updateModelFromConfig(config);
     }
-    /// The messages after @p earlier up to the one that contains @p text; none when it is in there.
-    QStringList outputUntil(const QString &text, const QStringList &earlier = {})
+
+    /// Waits until a message contains @p text; all messages so far are kept in output.
+    bool waitForOutput(const QString &text)
     {
-        if (!earlier.filter(text).isEmpty()) {
-            return {};
-        }
-        QStringList output;
-        const bool isFound = QTest::qWaitFor([&] {
+        return QTest::qWaitFor([&] {
             output += log->take();
             return !output.filter(text).isEmpty();
         });
-        return isFound ? output : QStringList();
     }
 
     const QByteArray systemPath = qgetenv("PATH");
+    const QByteArray temporaryDirectory = qgetenv("TMPDIR");
     QScopedPointer<QTemporaryDir> folder;
     QScopedPointer<ExternalUnsignedZorvIngredientManager> ingredients;
     QScopedPointer<ExternalUnsignedZorvExecutionManager> manager;
     QScopedPointer<MessageLog> log;
+    QStringList output;
 };
 
 QTEST_GUILESS_MAIN(TestExecution)
