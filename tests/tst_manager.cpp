@@ -239,7 +239,7 @@ private slots:
         row("padded", QByteArray("  Host FW Boot \t=  /h  \n\n"), "/h", loaded);
         row("cleared", QByteArray("Host FW Boot ="), "", loaded);
         row("comment", QByteArray("'Host FW Boot = ?\n"), "/old", nothing);
-        row("indented comment", QByteArray(" \t'Host FW Boot = ?\n"), "/old", nothing);
+        row("indented comment", QByteArray(" \t'words\n"), "/old", nothing);
         row("unknown keys",
             QByteArray("PlatformType = VKMD1\nImageType = FWUSB\nhost fw boot = x\n"), "/old",
             nothing);
@@ -624,6 +624,7 @@ private slots:
         row("whole name", "abc", "abc", true);
         row("not the start", "abc", "xabc", false);
         row("not the end", "abc", "abcx", false);
+        row("not a part", "[ab]", "xax", false);
         row("invalid", "(abc", "abc", false);
         row("first of two", "abc|xyz", "abc", true);
         row("second of two", "^abc|xyz$", "xyz", true);
