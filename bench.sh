@@ -10,7 +10,7 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./bench.sh
 
-Installs what is missing (Debian 12, with apt), builds the benchmarks in release and prints one table:
+Installs missing packages (Debian 12, with apt), builds the benchmarks in release and prints one table:
 the time that the plug-in takes for a piece of work, as a ratio to a reference in the same run. It takes
 some minutes; keep the machine idle meanwhile.
 
@@ -40,8 +40,8 @@ export LOOMWRIGHT_BENCH_INPUTS LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 processes=$LOOMWRIGHT_BENCH_INPUTS/processes.json
 bench=build-bench/benchmarks/bench_plugin
 
-# Each work in a process of its own, so that none meets the heap that another has left behind; inside
-# it interleaved, so that whatever else the machine does meets both sides of a ratio alike.
+# Each work runs in its own process, so that no other work has fragmented its heap. Inside, ours and the
+# reference are interleaved, so that other load on the machine affects both.
 for work in directory legacy traversal lookup configuration check relay; do
     "$bench" "--benchmark_filter=^$work/" --benchmark_repetitions=5 --benchmark_min_time=0.1 \
         --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
@@ -68,7 +68,7 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
 {
     echo "work|reference|ratio|target|memory|slowdown"
     jq --raw-output --slurp --slurpfile processes "$processes" --arg memory "$legacy_memory" '
-        # In nanoseconds, whatever unit a benchmark reports in.
+        # In nanoseconds, whatever the unit of the benchmark.
         def nanoseconds: .real_time * {ns: 1, us: 1e3, ms: 1e6, s: 1e9}[.time_unit];
         (map(.benchmarks[]) | map(select(.aggregate_name == "median")
             | {key: (.run_name | sub("/real_time"; "")), value: nanoseconds}) | from_entries) as $time

@@ -21,8 +21,8 @@
 #include <benchmark/benchmark.h>
 #include <functional>
 
-// Each measurement has a reference: what the same work costs with Qt alone. Names are "work/ours" and
-// "work/reference", with the size of the input behind; bench.sh makes the ratios.
+// Each measurement has a reference: the cost of the same work with Qt alone. Benchmarks are named
+// "work/ours" and "work/reference", followed by the size of the input; bench.sh computes the ratios.
 
 namespace {
 
@@ -51,7 +51,7 @@ void validate(int size)
 {
     Manager manager;
     if (!manager.validateXmlFile(inputs::legacyFile(size))) {
-        qFatal("the input is not sound");
+        qFatal("the input is not valid");
     }
 }
 
@@ -234,7 +234,7 @@ void relayOutput(int megabytes)
     execution.beginExecution();
     hasStarted = true;
     loop.exec();
-    // The stitcher's end is not announced; a moment later it has ended and been noticed.
+    // The stitcher's end is not announced; it has been processed a moment later.
     QTimer::singleShot(1, &loop, &QEventLoop::quit);
     loop.exec();
 }
@@ -278,7 +278,7 @@ const QVector<Work> &sizedWork()
     return work;
 }
 
-/// The most memory that this process has used so far, in kilobytes.
+/// Peak memory of this process so far, in kilobytes.
 qint64 peakMemory()
 {
     QFile status(QStringLiteral("/proc/self/status"));

@@ -10,7 +10,7 @@ namespace {
 
 const int folderCount = 100;
 
-/// Where an input of that name lies; made by @p make when it is not there yet.
+/// The path of an input; @p make creates it if it does not exist yet.
 template <typename Make> QString madeOnce(const QString &name, Make make)
 {
     const QString path = QDir(qEnvironmentVariable("LOOMWRIGHT_BENCH_INPUTS", QDir::tempPath()))

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# Qt 4's headers and generated code are older than today's compilers: there a warning is no error.
+# Qt 4's headers and generated code are older than today's compilers: warnings are not errors there.
 if(ZORV_QT EQUAL 5)
     option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
 else()
@@ -11,7 +11,7 @@ option(LOOMWRIGHT_SANITIZE "Build with the address and undefined behaviour sanit
 
 option(LOOMWRIGHT_FUZZ "Instrument for the fuzzers (with clang)" OFF)
 
-# Every target of ours links this: warnings, sanitizers, and headers found from the top folder.
+# Every target links this: warnings, sanitizers, and headers relative to the top directory.
 add_library(loomwright-settings INTERFACE)
 target_include_directories(loomwright-settings INTERFACE
     ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# Finds the Qt line that ZORV_QT names and offers it as one target, zorv-qt.
+# Finds the Qt version that ZORV_QT names and provides it as one target, zorv-qt.
 
 add_library(zorv-qt INTERFACE)
 if(ZORV_QT EQUAL 5)
@@ -10,7 +10,7 @@ if(ZORV_QT EQUAL 5)
     # Qt 4 takes text without a named encoding for Latin-1 and Qt 5 for UTF-8, and foreach leaves its
     # loop early with Qt 4 and today's compilers: neither may be used.
     set(ZORV_QT_DEFINITIONS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
-    # Qt 4's resource compiler writes this format; both lines read it.
+    # Qt 4's resource compiler writes this format; both versions read it.
     set(ZORV_RCC_OPTIONS --format-version 1)
 elseif(ZORV_QT EQUAL 4)
     find_package(Qt4 4.6 REQUIRED COMPONENTS QtCore QtGui QtXml)

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 #
-# Makes a platform directory as a firmware drop has it: the files of an image in subfolders, under
-# names that the plug-in maps, with made-up contents.
+# Creates a platform directory like a firmware drop: the files of an image in subdirectories, under names
+# that the plug-in maps, with made-up contents.
 
 set -eu
 
@@ -11,7 +11,7 @@ usage() {
     cat <<'EOF'
 Usage: make-sample.sh [--broken] DIRECTORY
 
-Fills DIRECTORY (made anew, must not exist or be empty) with a sample of every kind of input file.
+Creates DIRECTORY, which must not exist or be empty, with a sample of every kind of input file.
   --broken  with a wrong size, a missing file, two candidates for one ingredient, and a legacy XML
             data file with an offset error and a size error
 EOF
@@ -29,11 +29,11 @@ for argument in "$@"; do
         --broken) broken=true ;;
         -h | --help) usage && exit 0 ;;
         -*) fail "unknown option $argument" ;;
-        *) [ -z "$directory" ] || fail "only one directory can be made"
+        *) [ -z "$directory" ] || fail "more than one directory given"
            directory=$argument ;;
     esac
 done
-[ -n "$directory" ] || fail "no directory is named (try --help)"
+[ -n "$directory" ] || fail "no directory given (try --help)"
 [ ! -e "$directory" ] || rmdir "$directory" 2>/dev/null || fail "$directory is not empty"
 
 # file PATH SIZE: a file of SIZE bytes that says what it is.

@@ -28,19 +28,19 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const QStringList before = valuesOf(model);
     const bool isLoaded = manager.loadConfigFromFile(file.path());
     const QStringList after = valuesOf(model);
-    promise(isLoaded || after == before, "a refused configuration leaves the model as it was");
+    require(isLoaded || after == before, "a refused configuration leaves the model as it was");
 
-    // What was written reads back, but for what cannot be said in the format.
+    // What was written reads back, except values that the format cannot hold.
     const MemoryFile saved(nullptr, 0);
-    promise(manager.saveConfigToFile(saved.path()), "a configuration can be written");
+    require(manager.saveConfigToFile(saved.path()), "a configuration can be written");
     ExternalUnsignedZorvIngredientManager reader;
     reader.loadConfigFromFile(saved.path());
     const QStringList read = valuesOf(*reader.getIngredients());
     for (int i = 2; i < after.count(); ++i) {
-        const bool isSayable = !after.at(i).contains(QLatin1Char('='))
+        const bool canBeWritten = !after.at(i).contains(QLatin1Char('='))
             && !after.at(i).contains(QChar::ReplacementCharacter)
             && QString::fromLocal8Bit(after.at(i).toLocal8Bit()) == after.at(i);
-        promise(!isSayable || read.at(i) == after.at(i), "what was written reads back");
+        require(!canBeWritten || read.at(i) == after.at(i), "what was written reads back");
     }
     return 0;
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "model/ingredientmodel.h"
-#include "promise.h"
+#include "require.h"
 
 #include <QAbstractItemModelTester>
 
@@ -40,14 +40,14 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
                 const bool isEditable = cell.flags() & Qt::ItemIsEditable;
                 const QString before = model.dataAsString(cell);
                 const bool isSet = model.setDataFromString(cell, QStringLiteral("x"));
-                promise(isEditable || !isSet, "only editable cells are written");
-                promise(isSet || model.dataAsString(cell) == before,
+                require(isEditable || !isSet, "only editable cells are written");
+                require(isSet || model.dataAsString(cell) == before,
                         "a refused text changes nothing");
             }
             model.setIngredientVisible(model.index(row, 0, group).data().toString(), row % 2 == 0);
         }
     }
     model.checkAllFiles();
-    promise(shapeOf(model) == shape, "rows and names never change after construction");
+    require(shapeOf(model) == shape, "rows and names never change after construction");
     return 0;
 }

@@ -3,7 +3,7 @@
 
 #include "gpio/gpiobittoggle.h"
 #include "gpio/gpiomodel.h"
-#include "promise.h"
+#include "require.h"
 #include "tests/flatproxy.h"
 
 #include <QAbstractItemModelTester>
@@ -18,11 +18,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column < model.columnCount(); ++column) {
             const QModelIndex cell = model.index(row, column);
-            promise(cell.data().value<GpioBitToggle>().value == 0, "pins start with no bit set");
-            promise(model.setData(cell, 1), "every bit can be set");
-            promise(cell.data().value<GpioBitToggle>().value == 1, "a bit that was set is set");
+            require(cell.data().value<GpioBitToggle>().value == 0, "pins start with no bit set");
+            require(model.setData(cell, 1), "every bit can be set");
+            require(cell.data().value<GpioBitToggle>().value == 1, "a bit that was set is set");
         }
     }
-    promise(model.rowCount() == rows, "edits change no rows");
+    require(model.rowCount() == rows, "edits change no rows");
     return 0;
 }

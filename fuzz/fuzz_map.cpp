@@ -3,7 +3,7 @@
 
 #include "manager/filenamepattern.h"
 #include "manager/simpleingredientmapper.h"
-#include "promise.h"
+#include "require.h"
 
 #include <QRegExp>
 
@@ -32,7 +32,7 @@ void comparePatterns(const QString &text)
     const FileNamePattern pattern(expression);
     const QRegExp reference(expression, Qt::CaseInsensitive);
     for (const QString &name : lines.mid(1)) {
-        promise(name.length() > maxNameLength
+        require(name.length() > maxNameLength
                     || pattern.matches(name) == reference.exactMatch(name),
                 "a pattern matches what its expression matches");
     }
@@ -48,9 +48,9 @@ void mapFiles(const QString &text)
     for (const char *name : {"HostFW_1.bin", "Signed_annex_CDX_PACK.bin", "a", ""}) {
         const QString path = QLatin1String("/x/%1/") + QLatin1String(name);
         const QHash<QString, QString> found = mapper.mapIngredient(path);
-        promise(mapper.mapIngredient(path) == found, "nothing is remembered between calls");
+        require(mapper.mapIngredient(path) == found, "nothing is remembered between calls");
         for (const QString &file : found) {
-            promise(file == path, "what is mapped is the file that was given");
+            require(file == path, "what is mapped is the file that was given");
         }
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "promise.h"
+#include "require.h"
 #include "xml/xmlparser.h"
 
 #include <QBuffer>
@@ -60,10 +60,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     }
     Outcome plain;
     plain.parsed = plain.document.setContent(text, &plain.error, &plain.line, &plain.column);
-    promise(ours.parsed == plain.parsed, "within the limits a document parses as with Qt alone");
-    promise(ours.error == plain.error && ours.line == plain.line && ours.column == plain.column,
+    require(ours.parsed == plain.parsed, "within the limits a document parses as with Qt alone");
+    require(ours.error == plain.error && ours.line == plain.line && ours.column == plain.column,
             "within the limits an error is Qt's own");
-    promise(!ours.parsed || areSame(ours.document, plain.document),
+    require(!ours.parsed || areSame(ours.document, plain.document),
             "within the limits the document is the one of Qt alone");
 
     QByteArray bytes(reinterpret_cast<const char *>(data), int(size));
@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     QDomDocument fromDevice;
     if (parseXml(&fromDevice, &device)) {
         QDomDocument plainFromDevice;
-        promise(plainFromDevice.setContent(bytes) && areSame(fromDevice, plainFromDevice),
+        require(plainFromDevice.setContent(bytes) && areSame(fromDevice, plainFromDevice),
                 "within the limits a file gives the document of Qt alone");
     }
     return 0;

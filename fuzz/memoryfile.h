@@ -3,32 +3,33 @@
 
 #pragma once
 
-#include "promise.h"
+#include "require.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// A file that holds the input, without a disk.
+/// A file in memory that holds the input.
 class MemoryFile
 {
 public:
     MemoryFile(const unsigned char *data, std::size_t size)
-        : handle(memfd_create("input", MFD_CLOEXEC))
+        : descriptor(memfd_create("input", MFD_CLOEXEC))
     {
-        promise(handle >= 0 && write(handle, data, size) == ssize_t(size), "there is memory");
+        require(descriptor >= 0 && write(descriptor, data, size) == ssize_t(size),
+                "there is memory");
     }
     ~MemoryFile()
     {
-        close(handle);
+        close(descriptor);
     }
     MemoryFile(const MemoryFile &) = delete;
     MemoryFile &operator=(const MemoryFile &) = delete;
 
     QString path() const
     {
-        return QStringLiteral("/proc/self/fd/%1").arg(handle);
+        return QStringLiteral("/proc/self/fd/%1").arg(descriptor);
     }
 
 private:
-    int handle;
+    int descriptor;
 };

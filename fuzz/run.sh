@@ -9,10 +9,10 @@ case ${1:-} in
         cat <<'EOF'
 Usage: fuzz/run.sh MINUTES [READER...]
 
-Installs what is missing (Debian 12, with apt), builds the fuzzers with clang and both sanitizers,
-replays the committed corpus and fuzzes every reader for so many minutes (0.5 will do), all of them side
-by side. READER is one of: definition map configuration legacy gpio xml. What is found goes into the
-folder build-fuzz/findings/; the exit status is 1 when anything was.
+Installs missing packages (Debian 12, with apt), builds the fuzzers with clang and both sanitizers,
+replays the committed corpus and fuzzes every READER for MINUTES (fractions are allowed), all of them in
+parallel. READER is one of: definition map configuration legacy gpio xml. Findings are stored in
+build-fuzz/findings/; the exit status is 1 when there are any.
 EOF
         exit 0
         ;;
@@ -28,7 +28,7 @@ install_packages $build_packages $fuzz_packages
 cmake --preset fuzz > /dev/null
 build_preset fuzz
 
-# Qt leaves static data behind on purpose; what a reader leaks would grow with every run.
+# Qt keeps static data until the end of the process; a leak of a reader would grow with every run.
 export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS=print_stacktrace=1
 export LC_ALL=C.UTF-8
@@ -40,7 +40,7 @@ mkdir -p "$findings"
 for reader in $readers; do
     mkdir -p "$work/$reader" "$findings/$reader"
     seeds=fuzz/corpus/$reader
-    # The parser takes what every other reader takes.
+    # The parser reads the documents of all other readers.
     [ "$reader" != xml ] || seeds=$(echo fuzz/corpus/*)
     # shellcheck disable=SC2086 # a list of directories
     "build-fuzz/fuzz/fuzz_$reader" "-artifact_prefix=$findings/$reader/" -max_len=65536 \

@@ -28,7 +28,7 @@ ExternalUnsignedZorvGpioView::ExternalUnsignedZorvGpioView(QObject *parent)
 
 ExternalUnsignedZorvGpioView::~ExternalUnsignedZorvGpioView()
 {
-    // Before the names go: a view of the host that watches the model may still ask for them.
+    // Deleted while the names still exist: a slot on the model's destroyed() may ask for them.
     delete model;
 }
 

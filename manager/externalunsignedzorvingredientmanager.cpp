@@ -26,7 +26,7 @@ bool readResource(const char *path, QString *text)
     // Not the locale's codec: the resources are UTF-8 wherever the host runs.
     stream.setCodec("UTF-8");
     *text = stream.readAll();
-    // Qt's releases differ in whether the codec takes the mark off, and no parser accepts it.
+    // Some Qt releases keep the byte-order mark, which no parser accepts.
     if (text->startsWith(QChar(QChar::ByteOrderMark))) {
         text->remove(0, 1);
     }

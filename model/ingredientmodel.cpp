@@ -17,7 +17,7 @@ bool IngredientModel::isOwnIndex(const QModelIndex &index) const
 }
 
 /// The item behind an index of this model, the root for an invalid index, null for an index of
-/// another model, whose pointer must not be followed.
+/// another model, whose pointer must not be dereferenced.
 IngredientItem *IngredientModel::itemFor(const QModelIndex &index) const
 {
     if (!index.isValid()) {

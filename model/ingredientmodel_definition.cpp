@@ -20,7 +20,7 @@ bool hasAttribute(const QDomNode &node, const char *name)
     return node.toElement().hasAttribute(QLatin1String(name));
 }
 
-/// The lenient reading of a flag: any text that contains "true" sets it.
+/// Flags are read leniently: any text that contains "true" sets one.
 bool containsTrue(const QString &text)
 {
     return text.contains(QLatin1String("true"));
@@ -43,7 +43,7 @@ QString fileFilterFor(const QString &fileTemplate)
     return QString();
 }
 
-/// The number of bytes in a text such as "31120 bytes"; 0 for every other shape of text.
+/// The number of bytes in a text such as "31120 bytes"; 0 for any other text.
 int byteCountIn(const QString &text)
 {
     const QStringList pieces = text.split(QLatin1Char(' '));

@@ -35,7 +35,7 @@ ExternalUnsignedZorv::ExternalUnsignedZorv(QObject *parent)
 ExternalUnsignedZorv::~ExternalUnsignedZorv()
 {
     targetAPIVersions.clear();
-    // In this order: the execution manager does not use the other one while it is destroyed.
+    // In this order: the execution manager's destructor does not use the ingredient manager.
     delete ingredientManager;
     delete executionManager;
     delete targetDetailsWidget;

@@ -5,8 +5,8 @@
 
 #include <QtPlugin>
 
-// The two Qt lines export a plug-in in different ways: Qt 5 through metadata inside the root class,
-// Qt 4 through a macro in one source file. Each macro below is empty for the other line.
+// Qt 5 exports a plug-in through metadata inside the root class, Qt 4 through a macro in one source
+// file. Each macro below is empty for the other version.
 #if QT_VERSION >= 0x050000
 #define ZORV_PLUGIN_METADATA(identifier) Q_PLUGIN_METADATA(IID identifier)
 #define ZORV_EXPORT_PLUGIN(library, rootClass)

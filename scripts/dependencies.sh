@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 #
-# Sourced by the scripts of the top folder and by the checks.
+# Sourced by the other scripts.
 
-# The packages of Debian 12 that each kind of work needs.
+# The Debian 12 packages that each task needs.
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
@@ -18,7 +18,7 @@ memcheck_packages="valgrind libc6-dbg"
 # shellcheck disable=SC2034
 bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils"
 
-# install_packages PACKAGE...: installs those that are missing, and says which.
+# install_packages PACKAGE...: installs the missing ones and prints their names.
 install_packages() {
     missing=
     for package in "$@"; do
@@ -42,7 +42,7 @@ install_packages() {
     rm -f "$install_log"
 }
 
-# build_preset PRESET: configures and builds, quiet unless something goes wrong.
+# build_preset PRESET: configures and builds; prints output only on failure.
 build_preset() {
     build_log=$(mktemp)
     if ! { cmake --preset "$1" && cmake --build --preset "$1"; } > "$build_log" 2>&1; then

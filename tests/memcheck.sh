@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 #
-# Runs the end-to-end test, with the loaded library and a real child process, under valgrind's memcheck:
-# no error and no definite leak, but for what tests/valgrind.supp says of Qt. Needs a built release preset.
+# Runs the end-to-end test, with the loaded library and a real child process, under valgrind's memcheck.
+# Fails on any error or definite leak that tests/valgrind.supp does not list. Needs a built release preset.
 
 set -eu
 

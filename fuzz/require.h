@@ -8,11 +8,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the fuzzer with @p text when a reader breaks its word.
-inline void promise(bool isKept, const char *text)
+/// Ends the fuzzer with @p rule unless @p holds.
+inline void require(bool holds, const char *rule)
 {
-    if (!isKept) {
-        std::fprintf(stderr, "broken promise: %s\n", text);
+    if (!holds) {
+        std::fprintf(stderr, "violated: %s\n", rule);
         std::abort();
     }
 }
