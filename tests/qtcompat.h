@@ -10,6 +10,17 @@
 
 #include <sys/stat.h>
 
+/// A list of texts; Qt 4.6 takes no initializer list.
+template <typename... Texts> QStringList listOf(const Texts &...texts)
+{
+    const QString inOrder[] = {QString(texts)...};
+    QStringList list;
+    for (const QString &text : inOrder) {
+        list << text;
+    }
+    return list;
+}
+
 #if QT_VERSION >= 0x050000
 
 #include <QAbstractItemModelTester>
@@ -68,10 +79,13 @@ template <typename Condition> bool qWaitFor(Condition condition, int timeoutMs =
 {
     QTime elapsed;
     elapsed.start();
-    while (!condition() && elapsed.elapsed() < timeoutMs) {
+    while (!condition()) {
+        if (elapsed.elapsed() > timeoutMs) {
+            return false;
+        }
         qWait(10);
     }
-    return condition();
+    return true;
 }
 
 } // namespace QTest

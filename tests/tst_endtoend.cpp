@@ -3,26 +3,54 @@
 
 #include "files.h"
 #include "messagelog.h"
-#include "model/filepath.h"
 #include "plugin/statusmanager.h"
+#include "plugin/vendorprefix.h"
+#include "qtcompat.h"
 
+#include <QAbstractItemModel>
+#include <QLabel>
+#include <QLayout>
+#include <QPluginLoader>
 #include <QtTest>
 
-// Another host's view of the plug-in: it knows the interfaces by their identifiers and by the order
-// of their operations, and shares no declaration with the plug-in.
-namespace stranger {
+// Another host's declarations. It shares none with the plug-in: what must agree is the order of the
+// operations, the fields of the values, and the names of the classes, by which both dynamic_cast and
+// Qt's meta-types recognise them.
 
-struct Summary {
+struct FilePath {
+    QString fileName;
+    QString fileFilter;
+    bool broadcastChanges;
+    QString broadcastName;
+    bool isRequired;
+    int exactSize;
+    int expectedSize;
+    bool isInput;
+};
+Q_DECLARE_METATYPE(FilePath)
+
+struct Choice {
+    int selectedIndex;
+    QStringList choices;
+};
+Q_DECLARE_METATYPE(Choice)
+
+struct GpioBitToggle {
+    unsigned char bitPosition;
+    unsigned char value;
+    bool enabled;
+};
+Q_DECLARE_METATYPE(GpioBitToggle)
+
+struct CheckResultSummary {
     int checks;
     int passed;
     int failed;
 };
 
-class DataView
-{
-public:
-    virtual ~DataView() { }
-    virtual QVector<unsigned char> slot1() = 0;
+struct IDataView {
+    virtual ~IDataView() { }
+    virtual QVector<unsigned char> exported() = 0;
     virtual QAbstractItemModel *model() = 0;
     virtual QString displayName() = 0;
     virtual QHash<QString, QVariant> parameters() = 0;
@@ -30,14 +58,12 @@ public:
     virtual bool load(const QVector<unsigned char> &data) = 0;
 };
 
-class Ingredients
-{
-public:
-    virtual ~Ingredients() { }
+struct IIngredientManager {
+    virtual ~IIngredientManager() { }
     virtual bool isDataLoaded() = 0;
     virtual bool fillFromDirectory(const QString &directory) = 0;
     virtual QAbstractItemModel *model() = 0;
-    virtual QList<DataView *> views() = 0;
+    virtual QList<IDataView *> views() = 0;
     virtual bool isColumnVisible(int column) = 0;
     virtual bool loadConfig(QString file) = 0;
     virtual bool loadData(const QString &file) = 0;
@@ -47,26 +73,22 @@ public:
     virtual bool validate(const QString &file) = 0;
 };
 
-class Execution
-{
-public:
-    virtual ~Execution() { }
+struct IExecutionManager {
+    virtual ~IExecutionManager() { }
     virtual void begin() = 0;
     virtual void cancel() = 0;
     virtual QAbstractItemModel *checks() = 0;
-    virtual Summary summary() = 0;
+    virtual CheckResultSummary summary() = 0;
     virtual QString workingDirectory() = 0;
     virtual void setWorkingDirectory(const QString &directory) = 0;
     virtual bool verify() = 0;
 };
 
-class Root
-{
-public:
-    virtual ~Root() { }
+struct ILoomwrightPlugin {
+    virtual ~ILoomwrightPlugin() { }
     virtual QString author() = 0;
-    virtual Ingredients *ingredients() = 0;
-    virtual Execution *execution() = 0;
+    virtual IIngredientManager *ingredients() = 0;
+    virtual IExecutionManager *execution() = 0;
     virtual QStringList versions() = 0;
     virtual QWidget *details() = 0;
     virtual QString targetName() = 0;
@@ -74,112 +96,496 @@ public:
     virtual void registerRelay(StatusManager *relay) = 0;
 };
 
-} // namespace stranger
+namespace {
+
+const char greeting[] = "S    Status bridge registered for Veldmark D1 Phone - Unsigned Zorv!";
+const Qt::ItemFlags readOnly = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+const Qt::ItemFlags editable = readOnly | Qt::ItemIsEditable;
+
+QByteArray identifierOf(const QByteArray &interfaceName)
+{
+    return LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin." + interfaceName + "/1.0";
+}
+
+/// The class has these own signals and slots, in meta-object order and written as
+/// "signal name(type) parameter".
+void verifyMetaObject(const QObject *object, const char *className, const QStringList &methods)
+{
+    const QMetaObject *metaObject = object->metaObject();
+    QCOMPARE(metaObject->className(), className);
+    QCOMPARE(metaObject->propertyCount(), metaObject->superClass()->propertyCount());
+    QStringList found;
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        QByteArray text = method.methodType() == QMetaMethod::Signal ? "signal "
+            : method.access() == QMetaMethod::Public                 ? "slot "
+                                                                     : "hidden ";
+        text += signatureOf(method);
+        const QList<QByteArray> names = method.parameterNames();
+        for (const QByteArray &name : names) {
+            text += ' ' + name;
+        }
+        found << text;
+    }
+    QCOMPARE(found, methods);
+}
+
+template <typename Interface> void verifyCasts(Interface *interface, const QByteArray &name)
+{
+    QObject *object = dynamic_cast<QObject *>(interface);
+    QVERIFY2(object, name);
+    QCOMPARE(object->qt_metacast(object->metaObject()->className()), static_cast<void *>(object));
+    QCOMPARE(object->qt_metacast(name), static_cast<void *>(interface));
+    QCOMPARE(object->qt_metacast(identifierOf(name)), static_cast<void *>(interface));
+    QVERIFY(!object->qt_metacast("another.vendor.plugin.tamblin." + name + "/1.0"));
+    QVERIFY(!object->qt_metacast(identifierOf("IAnother")));
+    QVERIFY(!object->qt_metacast(identifierOf(name).replace("/1.0", "/1.1")));
+}
+
+void verifyFile(const QVariant &value, const FilePath &expected)
+{
+    QCOMPARE(value.typeName(), "FilePath");
+    const FilePath file = value.value<FilePath>();
+    QCOMPARE(file.fileName, expected.fileName);
+    QCOMPARE(file.fileFilter, expected.fileFilter);
+    QCOMPARE(file.broadcastChanges, expected.broadcastChanges);
+    QCOMPARE(file.broadcastName, expected.broadcastName);
+    QCOMPARE(file.isRequired, expected.isRequired);
+    QCOMPARE(file.exactSize, expected.exactSize);
+    QCOMPARE(file.expectedSize, expected.expectedSize);
+    QCOMPARE(file.isInput, expected.isInput);
+}
+
+/// The messages about the sample's data file. Each load also verifies the sections of the loads
+/// before it.
+QStringList loadReport(const QString &file, int load)
+{
+    QStringList report = listOf(
+        "S Validating Legacy XML Data File " + file, "S \nLegacy XML PLENKITVersion is 0.1.0",
+        "S Found the following Header Sections:", "S  - Boot", "S  - Vectors", "S  - Trust",
+        "S \nVerifying integrity of header sections");
+    const int nodeCounts[] = {3, 2, 2};
+    for (int i = 0; i < 3 * load; ++i) {
+        report += listOf("S \nVerify header \"" + report.at(3 + i % 3).mid(5) + "\"",
+                         "S Checking the following rules: ",
+                         "S  - Each offset equals the sum of all previous node sizes",
+                         "S  - Each stated size matches the actual data size",
+                         QString("S Analyzed %1 nodes and found 0 errors").arg(nodeCounts[i % 3]));
+    }
+    return report += listOf("S Legacy XML Data file passed validation checks ", "D");
+}
+
+QStringList columnOf(const QAbstractItemModel *model, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        texts << model->index(row, column).data().toString();
+    }
+    return texts;
+}
+
+QStringList titlesOf(const QAbstractItemModel *model, Qt::Orientation orientation)
+{
+    QStringList titles;
+    while (model->headerData(titles.count(), orientation).isValid()) {
+        titles << model->headerData(titles.count(), orientation).toString();
+    }
+    return titles;
+}
+
+} // namespace
 
 class TestEndToEnd : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        // Without the user's own choice of folders, documents are in "Documents".
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(QDir::tempPath() + "/none"));
+        qRegisterMetaType<QModelIndex>("QModelIndex");
+        loader.setFileName(PLUGIN_LIBRARY);
+        QVERIFY2(loader.load(), qPrintable(loader.errorString()));
+    }
     void init()
     {
         folder.reset(new QTemporaryDir);
-        loader.reset(new QPluginLoader(PLUGIN_LIBRARY));
-        loader->setLoadHints(QLibrary::PreventUnloadHint);
-        QVERIFY2(loader->load(), qPrintable(loader->errorString()));
-        QObject *object = loader->instance();
-        QCOMPARE(object, loader->instance());
-        root = static_cast<stranger::Root *>(
-            object->qt_metacast("com.loomwright.plugin.tamblin.ILoomwrightPlugin/1.0"));
+        missing = folder->filePath("none/file");
+        rootObject = loader.instance();
+        QVERIFY(rootObject);
+        root = dynamic_cast<ILoomwrightPlugin *>(rootObject.data());
         QVERIFY(root);
         relay.reset(new StatusManager);
         log.reset(new MessageLog(relay.data()));
         root->registerRelay(relay.data());
+        QCOMPARE(log->take(), QStringList(greeting));
+        ingredients = root->ingredients();
+        model = ingredients->model();
+        execution = root->execution();
     }
     void cleanup()
     {
-        loader->unload();
+        delete rootObject;
     }
 
-    void sampleToImage()
+    void identityAndDetailsPage()
     {
+        QCOMPARE(root->author(), QString("Loomwright plug-in team <zorv@loomwright.invalid>"));
+        QCOMPARE(root->versions(), QStringList("1.0"));
         QCOMPARE(root->targetName(), QString("Veldmark D1 Phone - Unsigned Zorv"));
         QCOMPARE(root->version(), QString("1.0.0"));
-        QCOMPARE(root->versions(), QStringList("1.0"));
-        QCOMPARE(root->author(), QString("Loomwright plug-in team <zorv@loomwright.invalid>"));
-        QVERIFY(root->details());
-        const QString sample = folder->filePath("sample");
-        QVERIFY(makeSample(sample));
 
-        stranger::Ingredients *ingredients = root->ingredients();
-        QVERIFY(!ingredients->isDataLoaded());
-        QVERIFY(ingredients->fillFromDirectory(sample));
-        QCOMPARE(log->take().filter(QRegularExpression("^E")), QStringList());
-        QVERIFY(ingredients->isDataLoaded());
-        QVERIFY(ingredients->isColumnVisible(1));
-        QVERIFY(!ingredients->isColumnVisible(2));
-        QVERIFY(ingredients->validate(sample + "/platform/veldmark-d1.xml"));
-        QVERIFY(!ingredients->saveData(folder->filePath("x")));
-
-        const QString image = setOutput("image.bin");
-        stranger::Execution *execution = root->execution();
-        QVERIFY(execution->verify());
-        const stranger::Summary summary = execution->summary();
-        QCOMPARE(summary.checks, 14);
-        QCOMPARE(summary.passed, 14);
-        QCOMPARE(summary.failed, 0);
-        QCOMPARE(execution->checks()->rowCount(), 14);
-
-        const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", EXAMPLES_FOLDER ":" + path);
-        execution->begin();
-        qputenv("PATH", path);
-        QCOMPARE(execution->workingDirectory(), QDir::tempPath());
-        QStringList messages;
-        QTRY_VERIFY(!(messages += log->take()).filter("wrote " + image).isEmpty());
-        QVERIFY(!messages.filter("E This image is for looking at").isEmpty());
-        const QList<QByteArray> lines = readFile(image).split('\n');
-        QCOMPARE(lines.at(0), QByteArray("TAMBLIN STAND-IN IMAGE"));
-        QVERIFY(lines.at(3).startsWith("Host FW Boot | 4096 | 102400 | "));
-        QVERIFY(lines.at(10).startsWith("Secure_Anchor_Blob | "));
-
-        // What was saved reads back, and a second data file replaces the view.
-        QVERIFY(ingredients->saveConfig(folder->filePath("c")));
-        QVERIFY(ingredients->loadConfig(folder->filePath("c")));
-        QVERIFY(ingredients->loadFile(sample + "/platform/veldmark-d1.xml"));
-        QCOMPARE(ingredients->views().count(), 1);
-        stranger::DataView *view = ingredients->views().first();
-        QCOMPARE(view->displayName(), QString("GPIO Settings"));
-        QCOMPARE(view->targetName(), QString("GPIO"));
-        QCOMPARE(view->model()->rowCount(), 2);
-        QVERIFY(!view->load({}));
-        QVERIFY(view->parameters().isEmpty());
+        const QWidget *page = root->details();
+        QCOMPARE(page->objectName(), QString("ExternalUnsignedZorvTargetDetails"));
+        QCOMPARE(page->windowTitle(), QString("Form"));
+        QCOMPARE(page->size(), QSize(640, 480));
+        QCOMPARE(page->layout()->objectName(), QString("gridLayout"));
+        const QLabel *label = page->findChild<QLabel *>("label");
+        QVERIFY(label);
+        QCOMPARE(label->text(),
+                 QString("No additional details needed, \ncontinue to load ingredients tab"));
+        QCOMPARE(label->alignment(), Qt::Alignment(Qt::AlignCenter));
+        QCOMPARE(label->font().pointSize(), 12);
+        QVERIFY(label->font().bold());
     }
 
-    void onceMoreAfterTheRootIsGone()
+    void classes()
     {
-        QPointer<QObject> object = loader->instance();
-        delete object;
-        QVERIFY(loader->instance());
-        root = nullptr;
+        ingredients->loadData(missing);
+        IDataView *view = ingredients->views().first();
+        verifyCasts(root, "ILoomwrightPlugin");
+        verifyCasts(ingredients, "IIngredientManager");
+        verifyCasts(execution, "IExecutionManager");
+        verifyCasts(view, "IDataView");
+
+        const QString status = "signal statusMessage(QString) message";
+        const QString error = "signal errorMessage(QString) message";
+        verifyMetaObject(
+            relay.data(), "StatusManager",
+            listOf(error, status, "signal targetDetailsChanged()", "signal dataFileChanged()"));
+        verifyMetaObject(rootObject, "ExternalUnsignedZorv",
+                         listOf("slot statusMessage(QString) message",
+                                "slot errorMessage(QString) message", "slot dataFileChanged()"));
+        verifyMetaObject(root->details(), "ExternalUnsignedZorvTargetDetails", QStringList());
+        verifyMetaObject(
+            dynamic_cast<QObject *>(ingredients), "ExternalUnsignedZorvIngredientManager",
+            listOf(status, error, "signal dataFileLoaded()",
+                   "slot processDataChange(QModelIndex,QModelIndex) topLeft bottomRight"));
+        verifyMetaObject(dynamic_cast<QObject *>(execution), "ExternalUnsignedZorvExecutionManager",
+                         listOf(status, error, "signal executionFinished()",
+                                "slot processStandardOut()", "slot processStandardError()",
+                                "slot processCommandLineError(QProcess::ProcessError) error"));
+        verifyMetaObject(
+            model, "IngredientModel",
+            listOf("signal changeOccured(QString,QString) broadcastName value", status, error));
+        verifyMetaObject(execution->checks(), "IngredientCheckModel", QStringList());
+        verifyMetaObject(dynamic_cast<QObject *>(view), "ExternalUnsignedZorvGpioView",
+                         QStringList());
+        verifyMetaObject(view->model(), "GpioModel", QStringList());
+    }
+
+    void ingredientTree()
+    {
+        QCOMPARE(titlesOf(model, Qt::Horizontal), listOf("Ingredient", "Value", "Key"));
+        QCOMPARE(titlesOf(model, Qt::Vertical), QStringList());
+        QVERIFY(ingredients->isColumnVisible(0));
+        QVERIFY(ingredients->isColumnVisible(1));
+        QVERIFY(!ingredients->isColumnVisible(2));
+        QCOMPARE(columnOf(model, 0), listOf("Ingredient Options", "Data Files", "Binary Files"));
+
+        const QModelIndex group = model->index(2, 0);
+        QCOMPARE(model->rowCount(group), 8);
+        const QModelIndex name = model->index(1, 0, group);
+        const QModelIndex key = model->index(1, 2, group);
+        QCOMPARE(model->flags(model->index(2, 1)), readOnly);
+        QCOMPARE(model->flags(name), readOnly);
+        QCOMPARE(model->flags(valueCell(2, 1)), editable);
+        QCOMPARE(model->flags(key), readOnly);
+        QVERIFY(!model->setData(key, "x"));
+        QVERIFY(!name.data(Qt::EditRole).isValid());
+        QSignalSpy changes(model, SIGNAL(dataChanged(QModelIndex, QModelIndex)));
+        QCOMPARE(name.data(Qt::UserRole).toString(), QString("visible"));
+        QVERIFY(model->setData(name, false, Qt::UserRole));
+        QCOMPARE(name.data(Qt::UserRole).toString(), QString("hidden"));
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void files()
+    {
+        const QString documents = QDir::homePath() + "/Documents";
+        const QString binary = "Binary File (*.bin);;All Files (*.*)";
+        const QString xml = "Legacy XML Data File (*.xml);;All Files (*.*)";
+        verifyFile(valueCell(0, 0).data(),
+                   {documents + "/unsigned-zorv.bin", binary, false, "", true, 0, 0, false});
+        verifyFile(valueCell(1, 0).data(), {"", xml, true, "xmlFileName", true, 0, 0, true});
+        const int sizes[] = {31120, 102400, 32768, 95232, 0, 0, 0, 0};
+        for (int i = 0; i < 8; ++i) {
+            verifyFile(valueCell(2, i).data(),
+                       {"", binary, false, "", true, sizes[i], sizes[i], true});
+        }
+
+        const FilePath own = {"image", "any", true, "my xmlFileName", false, 3, 4, false};
+        QVERIFY(model->setData(valueCell(0, 0), QVariant::fromValue(own)));
+        verifyFile(valueCell(0, 0).data(), own);
+        QCOMPARE(log->take().value(0), QString("S Validating Legacy XML Data File image"));
+        QVERIFY(ingredients->loadFile("a/HostFW_2.bin"));
+        verifyFile(valueCell(2, 1).data(),
+                   {"a/HostFW_2.bin", binary, false, "", true, 102400, 102400, true});
+    }
+
+    void choices()
+    {
+        const QString file = folder->filePath("config");
+        const Choice choice = {1, listOf("slow", "fast")};
+        QVERIFY(model->setData(valueCell(2, 1), QVariant::fromValue(choice)));
+        QVERIFY(ingredients->saveConfig(file));
+        QVERIFY(configurationIn(file).contains("Host FW Boot = fast"));
+        writeFile(file, "Host FW Boot = slow\nHost FW Boot = fast\nfast\n'fast\n");
+        QVERIFY(ingredients->loadConfig(file));
+        QCOMPARE(log->take().join("\n"),
+                 QString("E Config file contains duplicate key value: Host FW Boot = fast\n"
+                         "E Malformed config entry found: fast\nS Config file loaded!"));
+        QCOMPARE(valueCell(2, 1).data().typeName(), "Choice");
+        QCOMPARE(valueCell(2, 1).data().value<Choice>().selectedIndex, 0);
+        QCOMPARE(valueCell(2, 1).data().value<Choice>().choices, choice.choices);
+    }
+
+    void failures()
+    {
+        QVERIFY(!ingredients->isDataLoaded());
+        QCOMPARE(ingredients->views().count(), 0);
+        QVERIFY(!ingredients->fillFromDirectory(missing));
+        QVERIFY(!ingredients->loadConfig(missing));
+        QVERIFY(!ingredients->loadConfig("/dev/null"));
+        QVERIFY(!ingredients->loadFile(missing));
+        QVERIFY(!ingredients->saveConfig(missing));
+        QVERIFY(!ingredients->saveData(folder->filePath("data")));
+        QVERIFY(!QFile::exists(folder->filePath("data")));
+        QCOMPARE(log->take(),
+                 listOf("E No ingredients were found",
+                        "E Failed to open " + missing + " for reading",
+                        "E Failed to open /dev/null for reading",
+                        "E " + missing + " did not map to any ingredients!",
+                        "E Failed to open " + missing + " for writing"));
+
+        const QStringList validation = listOf("S Validating Legacy XML Data File " + missing,
+                                              "E ERROR: Failed to open Legacy XML Data file!");
+        QVERIFY(!ingredients->validate(missing));
+        QCOMPARE(log->take(), validation);
+        QVERIFY(!ingredients->isDataLoaded());
+        // A load writes the path into the tree, which loads it once more.
+        QVERIFY(ingredients->loadData(missing));
+        const QString failed = "E Legacy XML Data file failed validation checks";
+        const QString changed = "S XML file changed and data was loaded into memory.";
+        QCOMPARE(log->take(),
+                 validation + QStringList(failed) + validation + listOf(failed, "D", changed, "D"));
+        QVERIFY(ingredients->isDataLoaded());
+    }
+
+    void session()
+    {
+        const QString sample = folder->filePath("sample");
+        QVERIFY(makeSample(sample));
+        const QString dataFile = sample + "/platform/veldmark-d1.xml";
+        const QStringList entries = listOf(
+            "Host FW Boot = " + sample + "/firmware/host/HostFW_1.4.2.bin",
+            "Flash-Layer = " + sample + "/firmware/host/HostFWSupp_1.4.2.bin",
+            "Probe Block = " + sample + "/firmware/probe/D1_ProbeSet.bin",
+            "Vendor Signed FW = " + sample + "/presigned/Controller_Signed.bin",
+            "SIGNED_CODEC_FW = " + sample + "/presigned/codec/Signed_D1_CDX_PACK.bin",
+            "Secure_Annex_FW = " + sample + "/presigned/secure/Signed_annex_07.bin",
+            "Secure_Lookaside_Blob = " + sample + "/presigned/secure/Signed_lookaside_07.bin",
+            "Secure_Anchor_Blob = " + sample + "/presigned/secure/Signed_anchor_07.bin");
+        const QString found = "S  - Ingredient found: ";
+
+        // The walk finds the files in the order of the file system.
+        QVERIFY(ingredients->fillFromDirectory(sample));
+        const QStringList messages = log->take();
+        QStringList mapped = messages.mid(0, 9);
+        mapped.sort();
+        QStringList expected = QStringList(entries) << "XML Data File = " + dataFile;
+        expected.replaceInStrings(QRegExp("^"), found).sort();
+        QCOMPARE(mapped, expected);
+        QCOMPARE(QStringList(messages.mid(9)),
+                 loadReport(dataFile, 1)
+                     + listOf("S XML file changed and data was loaded into memory.",
+                              "S All ingredients found have been updated!"));
+        QVERIFY(ingredients->loadData(dataFile));
+        QCOMPARE(log->take(), loadReport(dataFile, 2));
+
+        const QString image = setFile(valueCell(0, 0), folder->filePath("image.bin"));
+        const QString saved = folder->filePath("saved");
+        QVERIFY(execution->verify());
+        QVERIFY(ingredients->saveConfig(saved));
+        QVERIFY(ingredients->loadConfig(saved));
+        QVERIFY(ingredients->loadFile(sample + "/firmware/host/HostFW_1.4.2.bin"));
+        QCOMPARE(log->take(),
+                 listOf("S Config file loaded!", found + entries.first(),
+                        "S File successfully mapped to ingredient"));
+        QCOMPARE(configurationIn(saved),
+                 listOf("'This file was generated by the Veldmark Unsigned Zorv plugin for Tamblin "
+                        "Workbench",
+                        "'Date: today", "'Time: now", "", "'----- Output Settings -----",
+                        "PlatformType = VKMD1", "ImageType = FWUSB", "ImageName = " + image, "",
+                        "'----- Unsigned Ingredients -----")
+                     << entries.mid(0, 3) << ""
+                     << "'----- Presigned Ingredients -----" << entries.mid(3) << "");
+    }
+
+    void checks()
+    {
+        QAbstractItemModel *table = execution->checks();
+        QCOMPARE(columnOf(table, 0), listOf("false"));
+        QCOMPARE(execution->summary().checks, 0);
+        const QString sized = writeFile(folder->filePath("sized"), QByteArray(32768, ' '));
+        setFile(valueCell(0, 0), sized);
+        setFile(valueCell(2, 1), sized);
+        setFile(valueCell(2, 2), sized);
+        QVERIFY(!execution->verify());
+        QCOMPARE(execution->summary().checks, 14);
+        QCOMPARE(execution->summary().passed, 4);
+        QCOMPARE(execution->summary().failed, 10);
+        QCOMPARE(titlesOf(table, Qt::Horizontal), listOf("", "Ingredient", "Details"));
+        QCOMPARE(titlesOf(table, Qt::Vertical), QStringList());
+        QCOMPARE(table->index(0, 0).data(), QVariant(true));
+        QCOMPARE(table->flags(table->index(0, 0)), readOnly);
+        QVERIFY(!table->index(0, 0).data(Qt::DecorationRole).isValid());
+        QCOMPARE(columnOf(table, 1),
+                 listOf("Output file name", "Legacy XML Data File", "Probe Set", "Probe Set",
+                        "Host FW", "Host FW", "Host FW Supplemental", "Host FW Supplemental",
+                        "Presigned Controller FW", "Presigned Controller FW",
+                        "Presigned Secure Annex", "Presigned Secure Lookaside",
+                        "Presigned Secure Anchor", "Presigned Codec FW"));
+        QCOMPARE(QStringList(columnOf(table, 0).mid(4, 5)),
+                 listOf("true", "false", "true", "true", "false"));
+        QCOMPARE(QStringList(columnOf(table, 2).mid(4, 5)),
+                 listOf("File path exists", "File size is incorrect", "File path exists",
+                        "Exact file size is correct", "File path is empty"));
+    }
+
+    void stitcherRun()
+    {
+        const QString config = QDir::tempPath() + "/config.txt";
+        QSignalSpy finished(dynamic_cast<QObject *>(execution), SIGNAL(executionFinished()));
+        setFile(valueCell(2, 0), "probe");
+        execution->setWorkingDirectory("/");
+        QCOMPARE(execution->workingDirectory(), QString("/"));
+        setFile(valueCell(1, 0), "data file");
+        log->take();
+        beginWithPath(folder->path());
+        QCOMPARE(execution->workingDirectory(), QDir::tempPath());
+        const QString error = "E The process failed to start. Either the invoked program is "
+                              "missing, or you may have insufficient permissions to invoke the "
+                              "program.";
+        QVERIFY(QTest::qWaitFor([&] { return log->take().contains(error); }));
+
+        writeStitcher(folder->path(), "printf '%s\\n' \"$PWD\" \"$@\"; echo done >&2");
+        beginWithPath(folder->path());
+        execution->cancel();
+        const QStringList arguments = listOf("-k", "data file", "-c", config, "-A");
+        QCOMPARE(log->take(),
+                 listOf("S Platform XML file returned from getIngredient is data file",
+                        "S Saved Config file to " + config, "S Running command line stitcher next.",
+                        "S Command Line: " + QDir::currentPath() + "/tamblin-stitcher "
+                            + arguments.join(" "),
+                        "S Inside ExternalUnsignedZorvExecutionManager::cancelExecution()"));
+        QStringList output;
+        QVERIFY(QTest::qWaitFor([&] { return (output += log->take()).count() == 2; }));
+        output.sort(); // Standard output and standard error arrive in any order.
+        QCOMPARE(output,
+                 listOf("E done\n", "S " + QDir::tempPath() + "\n" + arguments.join("\n") + "\n"));
+        QVERIFY(configurationIn(config).contains("Probe Block = probe"));
+        QVERIFY(configurationIn(config).contains("'Flash-Layer = ?"));
+        QCOMPARE(finished.count(), 0);
+    }
+
+    void dataView()
+    {
+        ingredients->loadData(missing);
+        QCOMPARE(ingredients->views().count(), 1);
+        IDataView *view = ingredients->views().first();
+        QCOMPARE(view->exported(), QVector<unsigned char>());
+        QCOMPARE(view->displayName(), QString("GPIO Settings"));
+        QVERIFY(view->parameters().isEmpty());
+        QCOMPARE(view->targetName(), QString("GPIO"));
+        QVERIFY(!view->load(QVector<unsigned char>(2, 1)));
+
+        QAbstractItemModel *table = view->model();
+        QCOMPARE(titlesOf(table, Qt::Horizontal),
+                 listOf("No Connect\nIndication", "Open Drain\nEnable", "Direction",
+                        "Stand-by Level", "Wake Mask or\nHold Output State", "Pull Direction",
+                        "Pull Strength"));
+        QCOMPARE(titlesOf(table, Qt::Vertical), listOf("i2s_2_clk", "i2s_2_fs"));
+        QCOMPARE(table->rowCount(), 2);
+        QCOMPARE(table->columnCount(), 7);
+        for (int pin = 0; pin < 2; ++pin) {
+            for (int column = 0; column < table->columnCount(); ++column) {
+                const QModelIndex cell = table->index(pin, column);
+                QCOMPARE(cell.data().typeName(), "GpioBitToggle");
+                QCOMPARE(int(cell.data().value<GpioBitToggle>().bitPosition), 7 - column);
+                QCOMPARE(int(cell.data().value<GpioBitToggle>().value), pin);
+                QVERIFY(cell.data().value<GpioBitToggle>().enabled);
+                QCOMPARE(table->flags(cell), editable);
+                QVERIFY(!cell.data(Qt::EditRole).isValid());
+                QVERIFY(table->setData(cell, 1 - pin));
+                QCOMPARE(int(cell.data().value<GpioBitToggle>().value), 1 - pin);
+            }
+        }
+    }
+
+    void rootWithoutRelayAndAfterDeletion()
+    {
+        root->registerRelay(nullptr);
+        ingredients->loadData(missing);
+        QCOMPARE(log->take(), QStringList());
+        QCOMPARE(loader.instance(), rootObject.data());
+        delete rootObject;
+        rootObject = loader.instance();
+        root = dynamic_cast<ILoomwrightPlugin *>(rootObject.data());
+        QVERIFY(root && !root->ingredients()->isDataLoaded());
     }
 
 private:
-    /// Names the output file, as an editor of a host does, and returns its path.
-    QString setOutput(const QString &name)
+    QModelIndex valueCell(int group, int ingredient) const
     {
-        QAbstractItemModel *model = root->ingredients()->model();
-        const QModelIndex output = model->index(0, 1, model->index(0, 0));
-        auto file = output.data().value<FilePath>();
-        file.fileName = folder->filePath(name);
-        return model->setData(output, QVariant::fromValue(file)) ? file.fileName : QString();
+        return model->index(ingredient, 1, model->index(group, 0));
+    }
+    /// Writes a path into a file cell, as an editor of a host does.
+    QString setFile(const QModelIndex &cell, const QString &path)
+    {
+        FilePath file = cell.data().value<FilePath>();
+        file.fileName = path;
+        model->setData(cell, QVariant::fromValue(file));
+        return path;
+    }
+    /// Begins the execution with a stitcher that is looked for in @p directory alone.
+    void beginWithPath(const QString &directory)
+    {
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(directory));
+        execution->begin();
+        qputenv("PATH", path);
+    }
+    /// The lines of a configuration file, without its date and time.
+    static QStringList configurationIn(const QString &file)
+    {
+        QString text = QString::fromUtf8(readFile(file));
+        text.replace(QRegExp("'Date: \\S+ \\S+ \\d+ \\d\\d\\d\\d\n"), "'Date: today\n");
+        text.replace(QRegExp("'Time: \\d\\d:\\d\\d:\\d\\d\n"), "'Time: now\n");
+        return text.split('\n');
     }
 
     QScopedPointer<QTemporaryDir> folder;
-    QScopedPointer<QPluginLoader> loader;
+    QString missing; ///< A path that nothing can be read from or written to.
+    QPluginLoader loader;
     QScopedPointer<StatusManager> relay;
     QScopedPointer<MessageLog> log;
-    stranger::Root *root = nullptr;
+    QPointer<QObject> rootObject;
+    ILoomwrightPlugin *root = nullptr;
+    IIngredientManager *ingredients = nullptr;
+    IExecutionManager *execution = nullptr;
+    QAbstractItemModel *model = nullptr;
 };
 
 QTEST_MAIN(TestEndToEnd)
