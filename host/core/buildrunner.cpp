@@ -3,59 +3,50 @@
 
 #include "host/core/buildrunner.h"
 
+#include "host/core/filehasher.h"
+#include "host/core/imageguard.h"
 #include "host/core/ingredients.h"
 #include "host/core/pluginsession.h"
-#include "host/core/stitcherwatch.h"
+#include "host/core/stitcherrun.h"
+#include "model/filepath.h"
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 
 #include <QAbstractItemModel>
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
-#include <sys/stat.h>
+#include <cerrno>
+#include <cstring>
 
 namespace {
 
-// The plug-in tells of these two ends in words only.
-const char failedToStartText[]
-    = "The process failed to start. Either the invoked program is missing, or you may have "
-      "insufficient permissions to invoke the program.";
-const char crashedText[] = "The process crashed some time after starting successfully.";
+/// How long after stop() the stitcher may take to go. The runner needs two seconds for one that
+/// ignores SIGTERM.
+const int giveUpMs = 10000;
 
-/// How long a killed stitcher may take to go.
-const int giveUpMs = 5000;
+/// The file in the work directory that the plug-in writes.
+const char configurationFile[] = "config.txt";
 
-qint64 nanoseconds(const timespec &time)
+/// Two texts of one or more sentences each, or none, as one.
+QString joined(const QString &first, const QString &second)
 {
-    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
+    return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char(' ') + second;
 }
 
-QByteArray sha256Of(const QString &fileName)
+QByteArray contentOf(const QString &fileName)
 {
     QFile file(fileName);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
-        return {};
-    }
-    return hash.result().toHex();
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
 
-bool BuildRunner::FileState::operator==(const FileState &other) const
-{
-    return exists == other.exists && inode == other.inode && size == other.size
-        && modified == other.modified && changed == other.changed;
-}
-
 BuildRunner::BuildRunner(PluginSession *pluginSession, QObject *parent)
     : QObject(parent)
     , session(pluginSession)
-    , watch(std::make_unique<StitcherWatch>())
 {
-    connect(watch.get(), &StitcherWatch::ended, this, &BuildRunner::conclude);
     connect(pluginSession->statusManager(), &StatusManager::errorMessage, this,
             &BuildRunner::noteError);
 
@@ -65,35 +56,79 @@ BuildRunner::BuildRunner(PluginSession *pluginSession, QObject *parent)
                  .arg(timeoutTimer.interval() / 1000.0));
     });
     giveUpTimer.setSingleShot(true);
-    connect(&giveUpTimer, &QTimer::timeout, this, &BuildRunner::conclude);
+    connect(&giveUpTimer, &QTimer::timeout, this, [this] { conclude(stopReason); });
 }
 
 BuildRunner::~BuildRunner()
 {
-    if (!isConcluded) {
-        watch->kill();
+    hasher.reset();
+    run.reset(); // Before the image comes back and the work directory goes.
+}
+
+void BuildRunner::start(const BuildOptions &options)
+{
+    elapsed.start();
+    const QString problem = prepare(options);
+    if (!problem.isEmpty()) {
+        concludeSoon(problem);
+        return;
+    }
+    noteInputs();
+    execute();
+    if (options.timeoutMs > 0) {
+        timeoutTimer.start(options.timeoutMs);
     }
 }
 
-void BuildRunner::start(int timeoutMs)
+/// Moves an older image aside and makes the work directory. Returns why nothing can be built.
+QString BuildRunner::prepare(const BuildOptions &options)
 {
     QAbstractItemModel *model = session->ingredientManager()->getIngredients();
     makePathsAbsolute(model);
+    result.stitcher = options.stitcher;
     result.imageFile = textOf(outputIngredient(*model).value);
-    imageBefore = stateOf(result.imageFile);
-    elapsed.start();
-
-    if (!watch->prepare()) {
-        stopReason = tr("The system has no pipe left to watch the stitcher with.");
-        QTimer::singleShot(0, this, &BuildRunner::conclude);
-        return;
+    if (result.imageFile.isEmpty()) {
+        return tr("No output file is named.");
     }
+    auto guard = std::make_unique<ImageGuard>(result.imageFile);
+    const QString problem = guard->protect();
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+    image = std::move(guard);
+
+    const QDir temporaryDirectory(QDir::current().absoluteFilePath(QDir::tempPath()));
+    work = std::make_unique<QTemporaryDir>(
+        temporaryDirectory.filePath(QStringLiteral("loomwright-XXXXXX")));
+    work->setAutoRemove(!options.keepWork);
+    return work->isValid() ? QString()
+                           : tr("No work directory can be made in %1: %2.")
+                                 .arg(temporaryDirectory.path(), work->errorString());
+}
+
+void BuildRunner::noteInputs()
+{
+    const QAbstractItemModel &model = *session->ingredientManager()->getIngredients();
+    for (const Ingredient &ingredient : ingredientsOf(model)) {
+        const QString file = textOf(ingredient.value);
+        if (kindOf(ingredient.value) == ValueKind::File && ingredient.isVisible && !file.isEmpty()
+            && ingredient.value.value<FilePath>().isInput) {
+            inputs.append({ingredient.name, file, FileState::of(file)});
+        }
+    }
+}
+
+void BuildRunner::execute()
+{
+    run = std::make_unique<StitcherRun>();
+    connect(run.get(), &StitcherRun::ended, this, &BuildRunner::finishStitcher);
     isStarting = true;
-    session->executionManager()->beginExecution();
+    const QString problem = run->start(result.stitcher, work->path(),
+                                       [this] { session->executionManager()->beginExecution(); });
     isStarting = false;
-    watch->begin();
-    if (timeoutMs > 0) {
-        timeoutTimer.start(timeoutMs);
+    result.configuration = contentOf(work->filePath(QLatin1String(configurationFile)));
+    if (!problem.isEmpty()) {
+        concludeSoon(problem);
     }
 }
 
@@ -103,22 +138,123 @@ void BuildRunner::stop(const QString &reason)
         return;
     }
     stopReason = reason;
-    watch->kill();
+    if (hasher) {
+        hasher->cancel();
+        concludeSoon(stopReason);
+        return;
+    }
+    if (run) {
+        run->stop();
+    }
     giveUpTimer.start(giveUpMs);
 }
 
 void BuildRunner::noteError(const QString &message)
 {
-    if (message == QLatin1String(failedToStartText)) {
-        hasFailedToStart = true;
-    } else if (message == QLatin1String(crashedText)) {
-        hasCrashed = true;
-    } else if (isStarting) {
-        startError = message;
+    if (isStarting) {
+        startError = joined(startError, message);
     }
 }
 
-void BuildRunner::conclude()
+void BuildRunner::finishStitcher()
+{
+    timeoutTimer.stop();
+    giveUpTimer.stop();
+    result.elapsedMs = elapsed.elapsed();
+    result.exitStatus = run->exitStatus();
+    result.signalNumber = run->signalNumber();
+
+    QString problem = stopReason;
+    for (const auto &check :
+         {&BuildRunner::stitcherProblem, &BuildRunner::imageProblem, &BuildRunner::changedInput}) {
+        if (problem.isEmpty()) {
+            problem = (this->*check)();
+        }
+    }
+    if (!problem.isEmpty()) {
+        conclude(problem);
+        return;
+    }
+    hasher = std::make_unique<FileHasher>();
+    connect(hasher.get(), &FileHasher::progress, this, &BuildRunner::hashing);
+    connect(hasher.get(), &FileHasher::finished, this, &BuildRunner::finishHashing);
+    hasher->start({result.imageFile});
+}
+
+/// What is wrong with how the stitcher ended; empty when nothing is.
+QString BuildRunner::stitcherProblem() const
+{
+    if (!run->hasStarted()) {
+        return joined(tr("The stitcher was not started."), startError);
+    }
+    if (run->startError() == ENOENT && QFile::exists(result.stitcher)) {
+        return tr("The stitcher %1 could not be started: its interpreter is missing.")
+            .arg(result.stitcher);
+    }
+    if (run->startError() != 0) {
+        return tr("The stitcher %1 could not be started: %2.")
+            .arg(result.stitcher, qt_error_string(run->startError()));
+    }
+    if (result.signalNumber != 0) {
+        return tr("The stitcher was ended by signal %1 (%2).")
+            .arg(result.signalNumber)
+            .arg(QString::fromLocal8Bit(strsignal(result.signalNumber)));
+    }
+    if (result.exitStatus < 0) {
+        return tr("The program that supervises the stitcher was killed.");
+    }
+    if (result.exitStatus > 0) {
+        return tr("The stitcher failed with exit status %1.").arg(result.exitStatus);
+    }
+    return {};
+}
+
+/// What is wrong with the image; empty when nothing is.
+QString BuildRunner::imageProblem() const
+{
+    const FileState written = FileState::ofLink(result.imageFile);
+    if (!written.exists) {
+        return tr("The stitcher ended without writing %1.").arg(result.imageFile);
+    }
+    if (!written.isRegular()) {
+        return tr("What the stitcher left at %1 is not a regular file.").arg(result.imageFile);
+    }
+    if (written.size == 0) {
+        return tr("The stitcher wrote nothing into %1.").arg(result.imageFile);
+    }
+    return {};
+}
+
+/// Names an input file that is not what it was before the start; empty when all are.
+QString BuildRunner::changedInput() const
+{
+    for (const Input &input : inputs) {
+        if (FileState::of(input.file) != input.state) {
+            return tr("The input file %1 (%2) changed during the build.")
+                .arg(input.file, input.name);
+        }
+    }
+    return {};
+}
+
+void BuildRunner::finishHashing(const QVector<FileHash> &hashes)
+{
+    const FileHash &hash = hashes.first();
+    if (!hash.error.isEmpty()) {
+        conclude(tr("The image %1 cannot be read: %2").arg(hash.file, hash.error));
+        return;
+    }
+    result.imageSize = hash.size;
+    result.sha256 = hash.sha256;
+    conclude({});
+}
+
+void BuildRunner::concludeSoon(const QString &reason)
+{
+    QTimer::singleShot(0, this, [this, reason] { conclude(reason); });
+}
+
+void BuildRunner::conclude(const QString &reason)
 {
     if (isConcluded) {
         return;
@@ -126,61 +262,22 @@ void BuildRunner::conclude()
     isConcluded = true;
     timeoutTimer.stop();
     giveUpTimer.stop();
-    result.elapsedMs = elapsed.elapsed();
 
-    const FileState imageAfter = stateOf(result.imageFile);
-    result.reason = failureReason(imageAfter);
-    if (result.reason.isEmpty()) {
-        result.sha256 = sha256Of(result.imageFile);
-        if (result.sha256.isEmpty()) {
-            result.reason = tr("The image %1 cannot be read.").arg(result.imageFile);
-        }
+    result.reason = reason;
+    result.isSuccess = reason.isEmpty();
+    if (image && result.isSuccess) {
+        image->accept();
+    } else if (image) {
+        result.reason = joined(result.reason, image->reject());
+        result.partialFile = image->partialFile();
     }
-    result.isSuccess = result.reason.isEmpty();
-    result.imageSize = result.isSuccess ? imageAfter.size : 0;
+    if (!result.partialFile.isEmpty()) {
+        result.reason
+            = joined(result.reason, tr("What it wrote is kept as %1.").arg(result.partialFile));
+    }
+    if (work && !work->autoRemove()) {
+        result.workDirectory = work->path();
+    }
+    work.reset();
     emit finished(result);
-}
-
-/// Why the build counts as failed; empty when it does not.
-QString BuildRunner::failureReason(const FileState &imageAfter) const
-{
-    if (!stopReason.isEmpty()) {
-        return stopReason;
-    }
-    if (!startError.isEmpty() && !watch->hasChild()) {
-        return tr("The stitcher was not started: %1").arg(startError);
-    }
-    if (hasFailedToStart) {
-        return tr("The stitcher could not be started: is tamblin-stitcher in the search path?");
-    }
-    if (hasCrashed) {
-        return tr("The stitcher crashed.");
-    }
-    if (result.imageFile.isEmpty()) {
-        return tr("No output file is named.");
-    }
-    if (!imageAfter.exists) {
-        return tr("The stitcher ended without writing %1.").arg(result.imageFile);
-    }
-    if (imageAfter == imageBefore) {
-        return tr("The stitcher ended and left %1 as it was before.").arg(result.imageFile);
-    }
-    if (imageAfter.size == 0) {
-        return tr("The stitcher wrote nothing into %1.").arg(result.imageFile);
-    }
-    return {};
-}
-
-BuildRunner::FileState BuildRunner::stateOf(const QString &file)
-{
-    FileState state;
-    struct stat raw = {};
-    if (stat(QFile::encodeName(file).constData(), &raw) == 0 && S_ISREG(raw.st_mode)) {
-        state.exists = true;
-        state.inode = raw.st_ino;
-        state.size = raw.st_size;
-        state.modified = nanoseconds(raw.st_mtim);
-        state.changed = nanoseconds(raw.st_ctim);
-    }
-    return state;
 }

@@ -3,34 +3,56 @@
 
 #pragma once
 
+#include "host/core/filestate.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QMetaType>
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVector>
 
 #include <memory>
 
+class FileHasher;
+class ImageGuard;
 class PluginSession;
-class StitcherWatch;
+class QTemporaryDir;
+class StitcherRun;
+struct FileHash;
+
+/// What a build is to be run with.
+struct BuildOptions {
+    QString stitcher;      ///< Absolute path of the stitcher, as locateStitcher() found it.
+    int timeoutMs = 0;     ///< How long the stitcher may run, in milliseconds; 0 for forever.
+    bool keepWork = false; ///< Whether the work directory stays after the end.
+};
 
 /// How a build ended.
 struct BuildResult {
     bool isSuccess = false;
-    QString reason;       ///< Why it failed, in a sentence; empty on success.
-    QString imageFile;    ///< Absolute path of the image.
-    qint64 imageSize = 0; ///< In bytes; 0 unless the build succeeded.
-    QByteArray sha256;    ///< Of the image, in hexadecimal; empty unless the build succeeded.
-    qint64 elapsedMs = 0; ///< From the start to the end of the stitcher.
+    QString reason;           ///< Why it failed, in sentences; empty on success.
+    QString imageFile;        ///< Absolute path of the image.
+    qint64 imageSize = 0;     ///< In bytes; 0 unless the build succeeded.
+    QByteArray sha256;        ///< Of the image, in hexadecimal; empty unless the build succeeded.
+    QString partialFile;      ///< What a failed build wrote, moved there; empty when nothing.
+    QString workDirectory;    ///< Set when it was kept.
+    QString stitcher;         ///< Absolute path of the stitcher.
+    int exitStatus = -1;      ///< The stitcher's; -1 when it did not exit by itself.
+    int signalNumber = 0;     ///< The signal that ended the stitcher; 0 when none did.
+    QByteArray configuration; ///< The text that the stitcher was given.
+    qint64 elapsedMs = 0;     ///< From the start to the end of the stitcher.
 };
 
 Q_DECLARE_METATYPE(BuildResult)
 
 /// Runs one build to its end.
 ///
-/// A build succeeds when the stitcher has been started, has ended without crashing and has written
-/// the image meanwhile. The stitcher's exit status does not reach a host.
+/// A build succeeds when the stitcher has exited with status 0, has written the image, a regular
+/// file that is not empty, and no input file has changed meanwhile. An image that was there before
+/// is moved aside and comes back when the build fails; what the failed build wrote is then kept as
+/// IMAGE.partial. Every build has a work directory of its own.
 class BuildRunner : public QObject
 {
     Q_OBJECT
@@ -38,47 +60,53 @@ class BuildRunner : public QObject
 public:
     /// Builds with the plug-in of @p pluginSession, which must outlive this object.
     explicit BuildRunner(PluginSession *pluginSession, QObject *parent = nullptr);
-    /// Kills a stitcher that still runs.
+    /// Fails a build that still runs: terminates the stitcher with all that it has started, which
+    /// may take some seconds, and puts an older image back.
     ~BuildRunner() override;
 
     /// Starts the stitcher; finished() follows, never before this call returns. One runner runs one
     /// build.
-    /// @param timeoutMs how long the stitcher may run, in milliseconds; 0 for ever
-    void start(int timeoutMs);
-    /// Kills the stitcher with all that it has started; the build fails for @p reason.
+    void start(const BuildOptions &options);
+    /// Terminates the stitcher with all that it has started; the build fails for @p reason. Stops
+    /// the hashing of a finished image as well, and that build fails like any other.
     void stop(const QString &reason);
 
 signals:
+    /// The image is being hashed: @p done of @p total bytes.
+    void hashing(qint64 done, qint64 total);
     void finished(const BuildResult &result);
 
 private:
-    /// What tells whether a file has been written: changes with every write.
-    struct FileState {
-        bool exists = false;
-        quint64 inode = 0;
-        qint64 size = 0;
-        qint64 modified = 0; ///< In nanoseconds.
-        qint64 changed = 0;  ///< In nanoseconds.
-
-        bool operator==(const FileState &other) const;
+    struct Input {
+        QString name;
+        QString file;
+        FileState state;
     };
 
-    static FileState stateOf(const QString &file);
+    QString prepare(const BuildOptions &options);
+    void execute();
+    void noteInputs();
     void noteError(const QString &message);
-    void conclude();
-    QString failureReason(const FileState &imageAfter) const;
+    void finishStitcher();
+    void finishHashing(const QVector<FileHash> &hashes);
+    QString stitcherProblem() const;
+    QString imageProblem() const;
+    QString changedInput() const;
+    void concludeSoon(const QString &reason);
+    void conclude(const QString &reason);
 
     PluginSession *session;
-    std::unique_ptr<StitcherWatch> watch;
+    std::unique_ptr<ImageGuard> image;
+    std::unique_ptr<QTemporaryDir> work;
+    std::unique_ptr<StitcherRun> run;
+    std::unique_ptr<FileHasher> hasher;
     QTimer timeoutTimer;
     QTimer giveUpTimer;
     QElapsedTimer elapsed;
-    FileState imageBefore;
+    QVector<Input> inputs;
     QString stopReason;
     QString startError;
     bool isStarting = false;
-    bool hasCrashed = false;
-    bool hasFailedToStart = false;
     bool isConcluded = false;
     BuildResult result;
 };

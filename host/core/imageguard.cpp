@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/imageguard.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+/// Replaces what is at @p target. Returns 0 or the error number.
+int renameFile(const QString &file, const QString &target)
+{
+    const bool renamed
+        = std::rename(QFile::encodeName(file).constData(), QFile::encodeName(target).constData())
+        == 0;
+    return renamed ? 0 : errno;
+}
+
+} // namespace
+
+ImageGuard::ImageGuard(const QString &imageFile)
+    : image(imageFile)
+    , backup(imageFile + QLatin1String(".loomwright-backup"))
+    , partial(imageFile + QLatin1String(".partial"))
+{
+}
+
+ImageGuard::~ImageGuard()
+{
+    if (isProtecting) {
+        reject();
+    }
+}
+
+QString ImageGuard::protect()
+{
+    QString problem = lockImage();
+    if (problem.isEmpty()) {
+        problem = moveAside();
+    }
+    isProtecting = problem.isEmpty();
+    if (!isProtecting) {
+        lock.reset();
+    }
+    return problem;
+}
+
+void ImageGuard::accept()
+{
+    QFile::remove(backup);
+    isProtecting = false;
+    lock.reset();
+}
+
+QString ImageGuard::reject()
+{
+    const QString problem = restore();
+    isProtecting = false;
+    lock.reset();
+    return problem;
+}
+
+QString ImageGuard::partialFile() const
+{
+    return hasPartial ? partial : QString();
+}
+
+QString ImageGuard::lockImage()
+{
+    const QString directory = QFileInfo(image).absolutePath();
+    if (!QFileInfo(directory).isDir()) {
+        return tr("The image's directory %1 does not exist.").arg(directory);
+    }
+    const QString file = image + QLatin1String(".loomwright-lock");
+    lock = std::make_unique<QLockFile>(file);
+    lock->setStaleLockTime(
+        0); // However long a build takes, only the end of its host ends the lock.
+    if (lock->tryLock(0)) {
+        return {};
+    }
+
+    const QLockFile::LockError error = lock->error();
+    qint64 process = 0;
+    QString host;
+    QString program;
+    const bool known = lock->getLockInfo(&process, &host, &program);
+    lock.reset();
+    if (error != QLockFile::LockFailedError) {
+        return tr("The image's directory %1 cannot be written to.").arg(directory);
+    }
+    return known ? tr("%1 is being built by another process, number %2 on %3 (lock file %4).")
+                       .arg(image, QString::number(process), host, file)
+                 : tr("%1 is being built by another process (lock file %2).").arg(image, file);
+}
+
+QString ImageGuard::moveAside()
+{
+    // A host that was killed has left this. Only the user's own file may become the image.
+    const FileState left = FileState::ofLink(backup);
+    if (left.exists && !(left.isRegular() && left.owner == geteuid())) {
+        return tr("%1 is in the way.").arg(backup);
+    }
+    if (left.exists) {
+        const QString problem = restore();
+        if (!problem.isEmpty()) {
+            return problem;
+        }
+        hasPartial = false;
+    }
+
+    const FileState existing = FileState::ofLink(image);
+    if (existing.exists && !existing.isRegular()) {
+        return tr("The image %1 exists and is not a regular file.").arg(image);
+    }
+    const int error = existing.exists ? renameFile(image, backup) : 0;
+    return error == 0
+        ? QString()
+        : tr("The older image %1 cannot be moved aside: %2.").arg(image, qt_error_string(error));
+}
+
+/// Moves what a build wrote to the partial file and puts the older image back.
+QString ImageGuard::restore()
+{
+    const FileState written = FileState::ofLink(image);
+    if (written.isRegular() && written.size == 0) {
+        QFile::remove(image);
+    } else if (written.exists) {
+        const int error = renameFile(image, partial);
+        if (error != 0) {
+            return tr("What was written is still at %1, the older image at %2: %3.")
+                .arg(image, backup, qt_error_string(error));
+        }
+        hasPartial = true;
+    }
+
+    const int error = FileState::ofLink(backup).exists ? renameFile(backup, image) : 0;
+    return error == 0
+        ? QString()
+        : tr("The older image is still at %1: %2.").arg(backup, qt_error_string(error));
+}

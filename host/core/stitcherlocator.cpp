@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/stitcherlocator.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("StitcherLocator", text);
+}
+
+QString stitcherName()
+{
+    return QStringLiteral("tamblin-stitcher");
+}
+
+/// Why @p file cannot be the stitcher; empty when it can.
+QString problemOf(const QFileInfo &file)
+{
+    if (!file.exists()) {
+        return (file.isSymLink() ? tr("The stitcher %1 is a symlink that leads nowhere.")
+                                 : tr("The stitcher %1 does not exist."))
+            .arg(file.filePath());
+    }
+    if (file.isDir()) {
+        return tr("The stitcher %1 is a directory.").arg(file.filePath());
+    }
+    if (!file.isFile()) {
+        return tr("The stitcher %1 is not a regular file.").arg(file.filePath());
+    }
+    if (!file.isExecutable()) {
+        return tr("The stitcher %1 is not executable.").arg(file.filePath());
+    }
+    return {};
+}
+
+bool isRunner(const QFileInfo &file)
+{
+    const QString runner = QDir(runnerDirectory()).absoluteFilePath(stitcherName());
+    return file.canonicalFilePath() == QFileInfo(runner).canonicalFilePath();
+}
+
+StitcherLocation searchPath()
+{
+    StitcherLocation location;
+    const QStringList directories
+        = qEnvironmentVariable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString &directory : directories) {
+        const QFileInfo file(QDir::current().absoluteFilePath(directory), stitcherName());
+        if (!file.exists() || isRunner(file)) {
+            continue;
+        }
+        const QString problem = problemOf(file);
+        if (problem.isEmpty()) {
+            return {file.absoluteFilePath(), {}};
+        }
+        if (location.problem.isEmpty()) {
+            location.problem = problem;
+        }
+    }
+    if (location.problem.isEmpty()) {
+        location.problem = tr("There is no %1 in the search path.").arg(stitcherName());
+    }
+    return location;
+}
+
+} // namespace
+
+StitcherLocation locateStitcher(const QString &chosenFile)
+{
+    if (chosenFile.isEmpty()) {
+        return searchPath();
+    }
+    const QFileInfo file(QDir::current().absoluteFilePath(chosenFile));
+    if (file.exists() && isRunner(file)) {
+        return {{}, tr("%1 is not the stitcher, but what supervises it.").arg(file.filePath())};
+    }
+    const QString problem = problemOf(file);
+    return problem.isEmpty() ? StitcherLocation{file.absoluteFilePath(), {}}
+                             : StitcherLocation{{}, problem};
+}
+
+QString runnerDirectory()
+{
+    const QDir programDirectory(QCoreApplication::applicationDirPath());
+    for (const char *candidate : {"libexec/loomwright", LOOMWRIGHT_RUNNER_DIRECTORY}) {
+        const QString directory
+            = QDir::cleanPath(programDirectory.absoluteFilePath(QLatin1String(candidate)));
+        if (QFileInfo(directory, stitcherName()).isExecutable()) {
+            return directory;
+        }
+    }
+    return {};
+}

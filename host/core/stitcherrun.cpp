@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/stitcherrun.h"
+
+#include "host/core/stitcherlocator.h"
+#include "host/runner/runnerstatus.h"
+
+#include <QFile>
+#include <QTimer>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+const int settleIntervalMs = 1;
+/// The plug-in takes note of the runner's end while the event loop runs: at once, unless the host
+/// is busy.
+const int maxSettleRounds = 2000;
+/// The runner gives the stitcher two seconds to end, and kills it then.
+const int maxWaitMs = 5000;
+
+/// Changes environment variables and takes the changes back at the end of its life.
+class EnvironmentChange
+{
+public:
+    EnvironmentChange() = default;
+    ~EnvironmentChange()
+    {
+        for (auto change = before.rbegin(); change != before.rend(); ++change) {
+            const bool wasSet = !change->second.isNull();
+            wasSet ? qputenv(change->first, change->second) : qunsetenv(change->first);
+        }
+    }
+    EnvironmentChange(const EnvironmentChange &) = delete;
+    EnvironmentChange &operator=(const EnvironmentChange &) = delete;
+
+    void set(const char *name, const QByteArray &value)
+    {
+        before.emplace_back(name, qgetenv(name));
+        qputenv(name, value);
+    }
+
+private:
+    std::vector<std::pair<const char *, QByteArray>> before;
+};
+
+/// False when none comes, nor the end of the connection.
+bool waitForMessage(int socket)
+{
+    pollfd waiting = {socket, POLLIN, 0};
+    int ready = -1;
+    do {
+        ready = poll(&waiting, 1, maxWaitMs);
+    } while (ready == -1 && errno == EINTR);
+    return ready > 0;
+}
+
+} // namespace
+
+StitcherRun::StitcherRun(QObject *parent)
+    : QObject(parent)
+{
+}
+
+StitcherRun::~StitcherRun()
+{
+    if (socket < 0) {
+        return;
+    }
+    notifier.reset();
+    stop();
+    RunnerStatus status = {};
+    while (waitForMessage(socket) && recv(socket, &status, sizeof status, 0) > 0) { }
+    close(socket);
+}
+
+QString StitcherRun::start(const QString &stitcher, const QString &workDirectory,
+                           const std::function<void()> &begin)
+{
+    const QString directory = runnerDirectory();
+    if (directory.isEmpty()) {
+        return tr("The program that supervises the stitcher is missing: the installation is "
+                  "incomplete.");
+    }
+    int ends[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
+        return tr("The stitcher cannot be supervised: %1.").arg(qt_error_string(errno));
+    }
+    socket = ends[0];
+    fcntl(socket, F_SETFL, O_NONBLOCK);
+
+    {
+        EnvironmentChange environment;
+        const QByteArray searchPath = qgetenv("PATH");
+        if (!searchPath.isNull()) {
+            environment.set(RunnerProtocol::searchPathVariable, searchPath);
+        }
+        environment.set("PATH", QFile::encodeName(directory) + ':' + searchPath);
+        environment.set("TMPDIR", QFile::encodeName(workDirectory));
+        environment.set(RunnerProtocol::stitcherVariable, QFile::encodeName(stitcher));
+        environment.set(RunnerProtocol::statusVariable, QByteArray::number(ends[1]));
+        fcntl(ends[1], F_SETFD, 0); // The runner inherits it.
+        begin();
+    }
+    close(ends[1]);
+
+    notifier = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Read);
+    connect(notifier.get(), &QSocketNotifier::activated, this, &StitcherRun::readStatus);
+    return {};
+}
+
+void StitcherRun::stop()
+{
+    if (socket >= 0) {
+        shutdown(socket, SHUT_WR);
+    }
+}
+
+void StitcherRun::readStatus()
+{
+    RunnerStatus status = {};
+    const ssize_t size = recv(socket, &status, sizeof status, 0);
+    if (size < 0 && (errno == EINTR || errno == EAGAIN)) {
+        return;
+    }
+    if (size != sizeof status) {
+        notifier->setEnabled(false);
+        close(std::exchange(socket, -1));
+        settle();
+        return;
+    }
+    switch (status.kind) {
+    case RunnerStatus::Started:
+        runnerProcess = status.value;
+        break;
+    case RunnerStatus::StartFailed:
+        startErrorNumber = status.value;
+        break;
+    case RunnerStatus::Exited:
+        stitcherExitStatus = status.value;
+        break;
+    case RunnerStatus::Signaled:
+        stitcherSignal = status.value;
+        break;
+    default:
+        break;
+    }
+}
+
+/// The runner is gone; the rest of the output and its end still have to pass through the plug-in.
+void StitcherRun::settle()
+{
+    if (!isReaped() && ++settleRounds < maxSettleRounds) {
+        QTimer::singleShot(settleIntervalMs, this, &StitcherRun::settle);
+        return;
+    }
+    // A timer without delay expires after whatever was ready to be read has been delivered. Two of
+    // them, since the first may belong to the round that is under way.
+    QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &StitcherRun::ended); });
+}
+
+/// Whether the plug-in has waited for the runner; its output has been complete since before.
+bool StitcherRun::isReaped() const
+{
+    if (runnerProcess == 0) {
+        return true;
+    }
+    siginfo_t info = {};
+    return waitid(P_PID, static_cast<id_t>(runnerProcess), &info, WEXITED | WNOHANG | WNOWAIT) == -1
+        && errno == ECHILD;
+}
+
+bool StitcherRun::hasStarted() const
+{
+    return runnerProcess != 0;
+}
+
+int StitcherRun::startError() const
+{
+    return startErrorNumber;
+}
+
+int StitcherRun::exitStatus() const
+{
+    return stitcherExitStatus;
+}
+
+int StitcherRun::signalNumber() const
+{
+    return stitcherSignal;
+}

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/runner/runnerstatus.h"
+#include "host/runner/supervisor.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+constexpr int usageError = 2;
+
+/// Removes what is meant for the runner alone, and gives the stitcher the user's search path.
+void restoreEnvironment()
+{
+    if (const char *searchPath = std::getenv(RunnerProtocol::searchPathVariable)) {
+        setenv("PATH", std::string(searchPath).c_str(), 1);
+    } else {
+        unsetenv("PATH");
+    }
+    unsetenv(RunnerProtocol::searchPathVariable);
+    unsetenv(RunnerProtocol::stitcherVariable);
+    unsetenv(RunnerProtocol::statusVariable);
+}
+
+} // namespace
+
+/// Takes the stitcher's arguments and passes them on.
+int main(int, char **arguments)
+{
+    const char *stitcherText = std::getenv(RunnerProtocol::stitcherVariable);
+    const char *socketText = std::getenv(RunnerProtocol::statusVariable);
+    if (!stitcherText || !socketText) {
+        std::fputs("loomwright starts this program in place of the stitcher; it is of no use by "
+                   "itself.\n",
+                   stderr);
+        return usageError;
+    }
+    const std::string stitcher = stitcherText;
+    const int hostSocket = std::atoi(socketText);
+    restoreEnvironment();
+
+    Supervisor supervisor(hostSocket);
+    endLike(supervisor.run(stitcher.c_str(), arguments));
+}
