@@ -6,6 +6,7 @@
 #include "host/core/buildrunner.h"
 #include "host/core/ingredients.h"
 #include "host/core/pluginsession.h"
+#include "host/core/stitcherlocator.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/exitstatus.h"
 #include "host/terminal/interruptwatch.h"
@@ -319,8 +320,13 @@ int Commands::build()
 
 BuildResult Commands::stitch()
 {
-    BuildRunner runner(session);
     BuildResult result;
+    const StitcherLocation stitcher = locateStitcher(QString());
+    if (stitcher.file.isEmpty()) {
+        result.reason = stitcher.problem;
+        return result;
+    }
+    BuildRunner runner(session);
     QEventLoop loop;
     QObject::connect(&runner, &BuildRunner::finished, &loop, [&](const BuildResult &finished) {
         result = finished;
@@ -329,7 +335,10 @@ BuildResult Commands::stitch()
     InterruptWatch interrupts;
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &runner,
                      [&runner] { runner.stop(QStringLiteral("It was interrupted.")); });
-    runner.start(commandLine.timeoutMs);
+    BuildOptions options;
+    options.stitcher = stitcher.file;
+    options.timeoutMs = commandLine.timeoutMs;
+    runner.start(options);
     loop.exec();
     return result;
 }

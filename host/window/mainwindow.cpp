@@ -4,6 +4,7 @@
 #include "host/window/mainwindow.h"
 
 #include "host/core/pluginsession.h"
+#include "host/core/stitcherlocator.h"
 #include "host/window/buildpane.h"
 #include "host/window/checkpane.h"
 #include "host/window/dataviewpane.h"
@@ -354,11 +355,21 @@ void MainWindow::build()
     if (!session || runner || !confirmBuild()) {
         return;
     }
+    const StitcherLocation stitcher = locateStitcher(QString());
+    if (stitcher.file.isEmpty()) {
+        BuildResult failure;
+        failure.reason = stitcher.problem;
+        buildPane->showResult(failure);
+        emit buildFinished(failure);
+        return;
+    }
     runner = std::make_unique<BuildRunner>(session.get());
     connect(runner.get(), &BuildRunner::finished, this, &MainWindow::finishBuild);
     updateActions();
     buildPane->showRunning();
-    runner->start(0);
+    BuildOptions options;
+    options.stitcher = stitcher.file;
+    runner->start(options);
 }
 
 void MainWindow::finishBuild(const BuildResult &result)
