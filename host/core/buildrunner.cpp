@@ -91,7 +91,7 @@ QString BuildRunner::prepare(const BuildOptions &options)
         return tr("No output file is named.");
     }
     auto guard = std::make_unique<ImageGuard>(result.imageFile);
-    const QString problem = guard->protect();
+    QString problem = guard->protect();
     if (!problem.isEmpty()) {
         return problem;
     }
@@ -237,7 +237,7 @@ QString BuildRunner::changedInput() const
     return {};
 }
 
-void BuildRunner::finishHashing(const QVector<FileHash> &hashes)
+void BuildRunner::finishHashing(const QList<FileHash> &hashes)
 {
     const FileHash &hash = hashes.first();
     if (!hash.error.isEmpty()) {

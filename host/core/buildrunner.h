@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QList>
 #include <QMetaType>
 #include <QObject>
 #include <QString>
@@ -88,7 +89,7 @@ private:
     void noteInputs();
     void noteError(const QString &message);
     void finishStitcher();
-    void finishHashing(const QVector<FileHash> &hashes);
+    void finishHashing(const QList<FileHash> &hashes);
     QString stitcherProblem() const;
     QString imageProblem() const;
     QString changedInput() const;

@@ -4,9 +4,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QStringList>
-#include <QVector>
 
 #include <atomic>
 #include <memory>
@@ -41,7 +41,7 @@ signals:
     /// @p done of @p total bytes; several times per second, for all files together.
     void progress(qint64 done, qint64 total);
     /// One entry per file, in the order of start().
-    void finished(const QVector<FileHash> &hashes);
+    void finished(const QList<FileHash> &hashes);
 
 private:
     void hashAll();
@@ -49,7 +49,7 @@ private:
 
     std::unique_ptr<QThread> thread;
     std::atomic<bool> cancelled{false};
-    QVector<FileHash> hashes; ///< Belongs to the thread while it runs.
+    QList<FileHash> hashes; ///< Belongs to the thread while it runs.
     qint64 doneSize = 0;
     qint64 totalSize = 0;
 };

@@ -60,7 +60,7 @@ void ImageGuard::accept()
 
 QString ImageGuard::reject()
 {
-    const QString problem = restore();
+    QString problem = restore();
     isProtecting = false;
     lock.reset();
     return problem;
@@ -107,7 +107,7 @@ QString ImageGuard::moveAside()
         return tr("%1 is in the way.").arg(backup);
     }
     if (left.exists) {
-        const QString problem = restore();
+        QString problem = restore();
         if (!problem.isEmpty()) {
             return problem;
         }
@@ -116,7 +116,7 @@ QString ImageGuard::moveAside()
 
     const FileState existing = FileState::ofLink(image);
     if (existing.exists && !existing.isRegular()) {
-        return tr("The image %1 exists and is not a regular file.").arg(image);
+        return tr("The image %1 is not a regular file; symlinks are not followed.").arg(image);
     }
     const int error = existing.exists ? renameFile(image, backup) : 0;
     return error == 0

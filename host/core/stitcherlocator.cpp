@@ -89,7 +89,7 @@ QString runnerDirectory()
 {
     const QDir programDirectory(QCoreApplication::applicationDirPath());
     for (const char *candidate : {"libexec/loomwright", LOOMWRIGHT_RUNNER_DIRECTORY}) {
-        const QString directory
+        QString directory
             = QDir::cleanPath(programDirectory.absoluteFilePath(QLatin1String(candidate)));
         if (QFileInfo(directory, stitcherName()).isExecutable()) {
             return directory;

@@ -134,7 +134,7 @@ void StitcherRun::readStatus()
     if (size != sizeof status) {
         notifier->setEnabled(false);
         close(std::exchange(socket, -1));
-        settle();
+        QTimer::singleShot(0, this, &StitcherRun::settle);
         return;
     }
     switch (status.kind) {
