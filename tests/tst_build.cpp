@@ -1,0 +1,379 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/buildrunner.h"
+#include "host/core/filehasher.h"
+#include "host/core/ingredients.h"
+#include "host/core/pluginsession.h"
+#include "host/core/stitcherlocator.h"
+#include "plugin/iingredientmanager.h"
+#include "processes.h"
+#include "row.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+#include <QtWidgets>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace {
+
+const QByteArray deaf = "trap '' HUP INT TERM; ";
+
+} // namespace
+
+class TestBuild : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        connect(session.statusManager(), &StatusManager::statusMessage, this,
+                [this](const QString &message) { outputSize += message.size(); });
+        QVERIFY(session.load({PLUGIN_LIBRARY}));
+    }
+    void init()
+    {
+        folder.reset(new QTemporaryDir(temporaryPath + "/build-XXXXXX"));
+        image = folder->filePath("i.bin");
+        input = writeFile(folder->filePath("input.bin"), "input");
+        QVERIFY(QDir(folder->path()).mkdir("tmp"));
+        qputenv("TMPDIR", QFile::encodeName(folder->filePath("tmp")));
+        qputenv(processMark, mark());
+        QCOMPARE(set("ImageName", image), QString());
+        QCOMPARE(set("Host FW", input), QString());
+    }
+    void cleanup()
+    {
+        runner.reset();
+        QTRY_COMPARE(processesOf(mark()), QStringList());
+        QCOMPARE(QDir(folder->filePath("tmp")).entryList({"loomwright-*"}), QStringList());
+        QVERIFY(!QFile::exists(image + ".loomwright-lock"));
+        QVERIFY(!QFile::exists(image + ".loomwright-backup"));
+    }
+
+    void stitchers_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<QByteArray>("partial");
+        const QByteArray half = "printf half > $image; ";
+        const QByteArray none;
+        row("good", QByteArray("printf new > $image"), QString(), none);
+        row("reads its input", QByteArray("printf new > $image; cat"), QString(), none);
+        row("fails halfway", half + "exit 1", QString("exit status 1\\..*i.bin.partial"),
+            QByteArray("half"));
+        row("crashes halfway", half + "kill -SEGV $$", QString("ended by signal 11"),
+            QByteArray("half"));
+        row("hangs halfway", half + deaf + "sleep 1000 & sleep 1000",
+            QString("did not end within 0.5 s"), QByteArray("half"));
+        row("is killed with its supervisor", half + "kill -KILL $PPID; exec sleep 1000",
+            QString("supervises the stitcher was killed"), QByteArray("half"));
+        row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none);
+        row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"),
+            none);
+        row("leaves a symlink", QByteArray("ln -s /etc/passwd $image"),
+            QString("is not a regular file"), readFile("/etc/passwd"));
+        row("changes an input", QByteArray("printf new > $image; echo >> $input"),
+            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"));
+        row("replaces an input", QByteArray("printf new > $image; cp $input x; mv x $input"),
+            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"));
+        row("has no interpreter", QByteArray(), QString("interpreter is missing"), none);
+    }
+    void stitchers()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QString, reason);
+        QFETCH(QByteArray, partial);
+        for (const QByteArray &old : {QByteArray(), QByteArray("old")}) {
+            QFile::remove(image + ".partial");
+            QFile::remove(image);
+            if (!old.isEmpty()) {
+                writeFile(image, old);
+            }
+            const QByteArray before = qgetenv("PATH") + qgetenv("TMPDIR");
+            BuildOptions options = stitcher(script);
+            options.timeoutMs = reason.contains("0.5") ? 500 : 0;
+            const BuildResult result = build(options);
+            QCOMPARE(qgetenv("PATH") + qgetenv("TMPDIR"), before);
+            QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
+                     qPrintable(result.reason));
+            QCOMPARE(result.isSuccess, reason.isEmpty());
+            QCOMPARE(readFile(image), result.isSuccess ? QByteArray("new") : old);
+            QCOMPARE(result.partialFile, partial.isEmpty() ? QString() : image + ".partial");
+            QCOMPARE(readFile(image + ".partial"), partial);
+            QTRY_COMPARE(processesOf(mark()), QStringList());
+        }
+    }
+
+    void result()
+    {
+        const BuildResult result = build(stitcher("cat $4 > $image"));
+        QCOMPARE(result.reason, QString());
+        QCOMPARE(result.exitStatus, 0);
+        QCOMPARE(result.imageFile, image);
+        QVERIFY(result.configuration.contains("ImageName = " + QFile::encodeName(image)));
+        QCOMPARE(readFile(image), result.configuration);
+        QCOMPARE(result.imageSize, qint64(result.configuration.size()));
+        QCOMPARE(result.sha256,
+                 QCryptographicHash::hash(readFile(image), QCryptographicHash::Sha256).toHex());
+        QCOMPARE(build(stitcher("exit 9")).exitStatus, 9);
+        QCOMPARE(build(stitcher("kill -KILL $$")).signalNumber, SIGKILL);
+    }
+
+    void outputIsCompleteAtTheEnd()
+    {
+        outputSize = 0;
+        QVERIFY(build(stitcher("printf new > $image; yes words | head -c 3000000")).isSuccess);
+        QVERIFY(outputSize >= 3000000);
+    }
+
+    void refusedImages_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QString>("reason");
+        row("directory", QByteArray("mkdir i.bin"), QString("is not a regular file"));
+        row("symlink", QByteArray("ln -s input.bin i.bin"), QString("is not a regular file"));
+        row("FIFO", QByteArray("mkfifo i.bin"), QString("is not a regular file"));
+        row("no directory", QByteArray("rm -r ../place"), QString("directory .* does not exist"));
+        row("in the way", QByteArray("mkdir i.bin.loomwright-backup"), QString("is in the way"));
+        row("in the way, not ours", QByteArray("ln -s input.bin i.bin.loomwright-backup"),
+            QString("is in the way"));
+    }
+    void refusedImages()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QString, reason);
+        const QString place = folder->filePath("place");
+        QVERIFY(QDir().mkdir(place));
+        writeFile(place + "/input.bin", "input");
+        QCOMPARE(QProcess::execute("sh", {"-c", "cd " + place + "; " + command}), 0);
+        const QStringList before = QDir(place).entryList(QDir::AllEntries | QDir::System);
+        QCOMPARE(set("ImageName", place + "/i.bin"), QString());
+        const BuildResult result = build(stitcher("printf new > $image"));
+        QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
+                 qPrintable(result.reason));
+        QCOMPARE(QDir(place).entryList(QDir::AllEntries | QDir::System), before);
+        QCOMPARE(readFile(place + "/input.bin"), QByteArray(before.isEmpty() ? "" : "input"));
+    }
+
+    void strangeConfigurationFile()
+    {
+        const QByteArray fifo = QFile::encodeName(folder->filePath("tmp/config.txt"));
+        QCOMPARE(mkfifo(fifo.constData(), 0600), 0);
+        QVERIFY(build(stitcher("printf new > $image")).isSuccess);
+        QVERIFY(QFile::remove(folder->filePath("tmp/config.txt")));
+    }
+
+    void workDirectoryIsKept()
+    {
+        BuildOptions options = stitcher("pwd > $image; mktemp -u >> $image");
+        options.keepWork = true;
+        const BuildResult result = build(options);
+        QVERIFY2(result.isSuccess, qPrintable(result.reason));
+        QVERIFY(result.workDirectory.startsWith(folder->filePath("tmp/")));
+        const QByteArray path = QFile::encodeName(result.workDirectory);
+        QVERIFY(readFile(image).startsWith(path + '\n' + path + '/'));
+        QCOMPARE(readFile(result.workDirectory + "/config.txt"), result.configuration);
+        struct stat state = {};
+        QCOMPARE(stat(path.constData(), &state), 0);
+        QCOMPARE(state.st_mode & 07777, mode_t(0700));
+        QVERIFY(QDir(result.workDirectory).removeRecursively());
+    }
+
+    void twoBuilds()
+    {
+        const BuildOptions options = stitcher("while ! [ -e $go ]; do sleep 0.01; done; "
+                                              "cp config.txt $(sed -n 's/^ImageName = //p' $4)");
+        QProcess other;
+        startHost(&other, folder->filePath("other.bin"));
+        start(options);
+        BuildRunner second(&session);
+        QSignalSpy ended(&second, &BuildRunner::finished);
+        second.start(options);
+        QCOMPARE(ended.count(), 0);
+        QVERIFY(ended.wait());
+        const QString reason = ended.first().first().value<BuildResult>().reason;
+        QVERIFY2(reason.contains(" is being built by another process, number "),
+                 qPrintable(reason));
+        writeFile(folder->filePath("go"), {});
+        QVERIFY(waitForResult().isSuccess);
+        QTRY_COMPARE(other.state(), QProcess::NotRunning);
+        QVERIFY(readFile(image).contains("\nImageName = " + QFile::encodeName(image) + '\n'));
+        QVERIFY(readFile(folder->filePath("other.bin")).contains("/other.bin\n"));
+    }
+
+    void hostIsKilled()
+    {
+        writeFile(image, "old");
+        stitcher("printf half > $image; " + deaf + "sleep 1000 & sleep 1000");
+        QProcess host;
+        startHost(&host, image);
+        QTRY_COMPARE(readFile(image), QByteArray("half"));
+        host.kill();
+        QVERIFY(host.waitForFinished());
+        QTRY_COMPARE(processesOf(mark()), QStringList());
+
+        QCOMPARE(build(stitcher("exit 1")).exitStatus, 1);
+        QCOMPARE(readFile(image), QByteArray("old"));
+        QCOMPARE(readFile(image + ".partial"), QByteArray("half"));
+        QVERIFY(QDir(folder->filePath("tmp")).removeRecursively());
+    }
+
+    void deletedMeanwhile()
+    {
+        writeFile(image, "old");
+        start(stitcher("printf half > $image; sleep 1000 & sleep 1000"));
+        QTRY_COMPARE(readFile(image), QByteArray("half"));
+        runner.reset();
+        QCOMPARE(processesOf(mark()), QStringList());
+        QCOMPARE(readFile(image), QByteArray("old"));
+        QCOMPARE(readFile(image + ".partial"), QByteArray("half"));
+        siginfo_t info = {}; // The next build needs a plug-in that has taken note of the end.
+        QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
+    }
+
+    void stoppedWhileHashing()
+    {
+        const qint64 size = qint64(8) << 30;
+        start(stitcher("truncate -s " + QByteArray::number(size) + " $image"));
+        connect(runner.data(), &BuildRunner::hashing, runner.data(), [&](qint64, qint64 total) {
+            QCOMPARE(total, size);
+            runner->stop("Enough.");
+        });
+        const BuildResult result = waitForResult();
+        QVERIFY2(result.reason.startsWith("Enough."), qPrintable(result.reason));
+        QVERIFY(!QFile::exists(image));
+        QCOMPARE(QFileInfo(result.partialFile).size(), size);
+    }
+
+    void hashes()
+    {
+        QCOMPARE(mkfifo(QFile::encodeName(folder->filePath("fifo")).constData(), 0600), 0);
+        FileHasher hasher;
+        QList<FileHash> hashes;
+        connect(&hasher, &FileHasher::finished, this,
+                [&](const QList<FileHash> &all) { hashes = all; });
+        hasher.start({input, folder->filePath("fifo"), folder->filePath("nope")});
+        QTRY_COMPARE(hashes.count(), 3);
+        QCOMPARE(hashes[0].sha256,
+                 QCryptographicHash::hash("input", QCryptographicHash::Sha256).toHex());
+        QCOMPARE(hashes[0].size, qint64(5));
+        QCOMPARE(hashes[1].error, QString("It is not a regular file."));
+        QCOMPARE(hashes[2].error, QString("It does not exist."));
+    }
+
+    void locate_data()
+    {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("searchPath");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("problem");
+        const QString name = "/tamblin-stitcher";
+        row("in the search path", "", "/nope:DIR/plain:DIR/good", "DIR/good" + name, "");
+        row("relative", "../good" + name, "", "DIR/good" + name, "");
+        row("none", "", "/nope", "", "There is no tamblin-stitcher in the search path.");
+        row("runner alone", "", runnerDirectory(), "", "There is no tamblin-stitcher in the");
+        row("runner", runnerDirectory() + name, "", "", "is not the stitcher");
+        row("missing", "DIR/nope", "", "", "does not exist");
+        row("directory", "DIR", "", "", "is a directory");
+        row("device", "/dev/null", "", "", "is not a regular file");
+        row("not executable", "DIR/plain" + name, "", "", "is not executable");
+        row("not executable in the search path", "", "DIR/plain", "", "is not executable");
+        row("dangling", "DIR/link", "", "", "is a symlink that leads nowhere");
+    }
+    void locate()
+    {
+        const QDir directory(folder->path());
+        QVERIFY(directory.mkdir("plain") && directory.mkdir("good"));
+        writeFile(folder->filePath("plain/tamblin-stitcher"), "#!/bin/sh\n");
+        writeStitcher(folder->filePath("good"), {});
+        QVERIFY(QFile::link("nowhere", folder->filePath("link")));
+        const auto fetch = [&](const char *column) {
+            QString text = *static_cast<QString *>(QTest::qData(column, qMetaTypeId<QString>()));
+            return text.replace("DIR", folder->path());
+        };
+        const QByteArray before = qgetenv("PATH");
+        const QString currentDirectory = QDir::currentPath();
+        qputenv("PATH", fetch("searchPath").toUtf8());
+        QDir::setCurrent(folder->filePath("plain"));
+        const StitcherLocation location = locateStitcher(fetch("chosen"));
+        QDir::setCurrent(currentDirectory);
+        qputenv("PATH", before);
+        QCOMPARE(location.file, fetch("file"));
+        QVERIFY2(location.problem.contains(fetch("problem")), qPrintable(location.problem));
+        QCOMPARE(location.problem.isEmpty(), !location.file.isEmpty());
+    }
+
+private:
+    QByteArray mark() const
+    {
+        return QFile::encodeName(folder->path());
+    }
+
+    QString set(const QString &name, const QString &value)
+    {
+        return setIngredientValue(session.ingredientManager()->getIngredients(), name, value);
+    }
+
+    /// A stitcher that knows the names of the image and of an input; without a script, one with an
+    /// interpreter that is not there.
+    BuildOptions stitcher(const QByteArray &script)
+    {
+        writeStitcher(folder->path(),
+                      "image=" + QFile::encodeName(image) + " input=" + QFile::encodeName(input)
+                          + " go=" + mark() + "/go\n" + script);
+        BuildOptions options;
+        options.stitcher = folder->filePath("tamblin-stitcher");
+        if (script.isEmpty()) {
+            writeFile(options.stitcher, "#!/nope\n");
+        }
+        return options;
+    }
+
+    void start(const BuildOptions &options)
+    {
+        hasResult = false;
+        runner.reset(new BuildRunner(&session));
+        connect(runner.data(), &BuildRunner::finished, this, [this](const BuildResult &result) {
+            hasResult = true;
+            lastResult = result;
+        });
+        runner->start(options);
+    }
+
+    BuildResult waitForResult()
+    {
+        return QTest::qWaitFor([this] { return hasResult; }, 20000) ? lastResult : BuildResult();
+    }
+
+    BuildResult build(const BuildOptions &options)
+    {
+        start(options);
+        return hasResult ? BuildResult() : waitForResult();
+    }
+
+    void startHost(QProcess *host, const QString &imageFile)
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PATH", folder->path() + ':' + environment.value("PATH"));
+        host->setProcessEnvironment(environment);
+        host->start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", imageFile});
+    }
+
+    const QString temporaryPath = QDir::tempPath();
+    PluginSession session;
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<BuildRunner> runner;
+    QString image;
+    QString input;
+    BuildResult lastResult;
+    bool hasResult = false;
+    qint64 outputSize = 0;
+};
+
+QTEST_MAIN(TestBuild)
+#include "tst_build.moc"
