@@ -69,7 +69,7 @@ private slots:
             none);
         row("no signal blocked", script("exec grep SigBlk /proc/self/status"), exited, 0,
             QByteArray("SigBlk:\t0000000000000000\n"), none);
-        row("HUP is ignored", script("kill -HUP $PPID; kill -HUP $$; exit 5"), exited, 5, none,
+        row("HUP is ignored", script("kill -HUP $PPID $$; sleep 0.2; exit 5"), exited, 5, none,
             none);
     }
     void ends()
