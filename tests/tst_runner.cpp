@@ -65,8 +65,8 @@ private slots:
             QByteArray("a\nb\0c", 5), QByteArray("d"));
         row("environment", script("echo $PATH; env | grep '^LOOMWRIGHT_S'"), exited, 1,
             qgetenv("PATH") + '\n', none);
-        row("no socket", script("ls -l /proc/self/fd | grep -c socket"), exited, 1, QByteArray("0\n"),
-            none);
+        row("no socket", script("ls -l /proc/self/fd | grep -c socket"), exited, 1,
+            QByteArray("0\n"), none);
         row("no signal blocked", script("exec grep SigBlk /proc/self/status"), exited, 0,
             QByteArray("SigBlk:\t0000000000000000\n"), none);
         row("HUP is ignored", script("kill -HUP $PPID $$; sleep 0.2; exit 5"), exited, 5, none,
