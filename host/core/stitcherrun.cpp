@@ -134,7 +134,7 @@ void StitcherRun::readStatus()
     if (size != sizeof status) {
         notifier->setEnabled(false);
         close(std::exchange(socket, -1));
-        QTimer::singleShot(0, this, &StitcherRun::settle);
+        afterReadyEvents(&StitcherRun::settle);
         return;
     }
     switch (status.kind) {
@@ -162,9 +162,14 @@ void StitcherRun::settle()
         QTimer::singleShot(settleIntervalMs, this, &StitcherRun::settle);
         return;
     }
-    // A timer without delay expires after whatever was ready to be read has been delivered. Two of
-    // them, since the first may belong to the round that is under way.
-    QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &StitcherRun::ended); });
+    afterReadyEvents(&StitcherRun::ended);
+}
+
+/// Calls @p next when all that was ready to be read has been delivered. A timer without delay
+/// expires after that; there are two, since the first may belong to the round that is under way.
+void StitcherRun::afterReadyEvents(void (StitcherRun::*next)())
+{
+    QTimer::singleShot(0, this, [this, next] { QTimer::singleShot(0, this, next); });
 }
 
 /// Whether the plug-in has waited for the runner; its output has been complete since before.

@@ -49,6 +49,7 @@ signals:
 private:
     void readStatus();
     void settle();
+    void afterReadyEvents(void (StitcherRun::*next)());
     bool isReaped() const;
 
     int socket = -1;
