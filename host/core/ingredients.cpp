@@ -5,6 +5,7 @@
 
 #include "model/choice.h"
 #include "model/filepath.h"
+#include "model/modelcolumns.h"
 
 #include <QAbstractItemModel>
 #include <QCoreApplication>
@@ -53,6 +54,21 @@ ValueKind kindOf(const QVariant &value)
         return ValueKind::Choice;
     }
     return value.type() == QVariant::String ? ValueKind::Text : ValueKind::Other;
+}
+
+QString kindName(ValueKind kind)
+{
+    switch (kind) {
+    case ValueKind::File:
+        return QStringLiteral("file");
+    case ValueKind::Choice:
+        return QStringLiteral("choice");
+    case ValueKind::Text:
+        return QStringLiteral("text");
+    case ValueKind::Other:
+        break;
+    }
+    return QStringLiteral("other");
 }
 
 QString textOf(const QVariant &value)
@@ -117,7 +133,7 @@ QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model)
             ingredient.key = textOf(model.index(row, keyColumn, group).data());
             ingredient.valueIndex = model.index(row, valueColumn, group);
             ingredient.value = ingredient.valueIndex.data();
-            ingredient.isVisible = model.index(row, 0, group).data(Qt::UserRole).toString()
+            ingredient.isVisible = model.index(row, 0, group).data(VisibilityRole).toString()
                 != QLatin1String("hidden");
             ingredients.append(ingredient);
         }
@@ -127,7 +143,11 @@ QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model)
 
 Ingredient outputIngredient(const QAbstractItemModel &model)
 {
-    const QVector<Ingredient> ingredients = ingredientsOf(model);
+    return outputIngredient(ingredientsOf(model));
+}
+
+Ingredient outputIngredient(const QVector<Ingredient> &ingredients)
+{
     const auto output
         = std::find_if(ingredients.begin(), ingredients.end(), [](const Ingredient &ingredient) {
               return kindOf(ingredient.value) == ValueKind::File
@@ -136,41 +156,61 @@ Ingredient outputIngredient(const QAbstractItemModel &model)
     return output == ingredients.end() ? Ingredient() : *output;
 }
 
-QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey, const QString &text)
+Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey)
 {
-    const QVector<Ingredient> ingredients = ingredientsOf(*model);
+    const QVector<Ingredient> ingredients = ingredientsOf(model);
     auto found = std::find_if(ingredients.begin(), ingredients.end(),
                               [&](const Ingredient &each) { return each.name == nameOrKey; });
     if (found == ingredients.end()) {
         found = std::find_if(ingredients.begin(), ingredients.end(),
                              [&](const Ingredient &each) { return each.key == nameOrKey; });
     }
-    if (found == ingredients.end()) {
-        return tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
-    }
+    return found == ingredients.end() ? Ingredient() : *found;
+}
 
-    bool isSet = false;
-    switch (kindOf(found->value)) {
-    case ValueKind::File:
-        isSet = setPath(model, *found, absolutePath(text));
-        break;
+QString valueFromText(const QString &text, const QVariant &current, QVariant *value)
+{
+    switch (kindOf(current)) {
+    case ValueKind::File: {
+        auto file = current.value<FilePath>();
+        file.fileName = text;
+        value->setValue(file);
+        return {};
+    }
     case ValueKind::Choice: {
-        auto choice = found->value.value<Choice>();
+        auto choice = current.value<Choice>();
         choice.selectedIndex = choice.choices.lastIndexOf(text);
-        if (choice.selectedIndex < 0) {
-            return tr("\"%1\" is no choice for \"%2\"; there are: %3")
-                .arg(text, nameOrKey, choice.choices.join(QStringLiteral(", ")));
-        }
-        isSet = model->setData(found->valueIndex, QVariant::fromValue(choice), Qt::EditRole);
-        break;
+        value->setValue(choice);
+        return choice.selectedIndex >= 0
+            ? QString()
+            : tr("\"%1\" is not one of the choices: %2.")
+                  .arg(text, choice.choices.join(QStringLiteral(", ")));
     }
     case ValueKind::Text:
-        isSet = model->setData(found->valueIndex, text, Qt::EditRole);
-        break;
+        *value = text;
+        return {};
     case ValueKind::Other:
         break;
     }
-    return isSet ? QString() : tr("\"%1\" cannot be set.").arg(nameOrKey);
+    return tr("This kind of value cannot be set from a text.");
+}
+
+QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey, const QString &text)
+{
+    const Ingredient ingredient = findIngredient(*model, nameOrKey);
+    if (!ingredient.valueIndex.isValid()) {
+        return tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
+    }
+    const bool isFile = kindOf(ingredient.value) == ValueKind::File;
+    QVariant value;
+    const QString problem
+        = valueFromText(isFile ? absolutePath(text) : text, ingredient.value, &value);
+    if (!problem.isEmpty()) {
+        return nameOrKey + QLatin1String(": ") + problem;
+    }
+    return model->setData(ingredient.valueIndex, value, Qt::EditRole)
+        ? QString()
+        : tr("\"%1\" cannot be set.").arg(nameOrKey);
 }
 
 void makePathsAbsolute(QAbstractItemModel *model)

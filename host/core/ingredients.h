@@ -24,6 +24,8 @@ struct Ingredient {
 enum class ValueKind { File, Choice, Text, Other };
 
 ValueKind kindOf(const QVariant &value);
+/// The kind as reports and project files name it: "file", "choice", "text" or "other".
+QString kindName(ValueKind kind);
 /// The value in one line: the path, the picked entry or the text; empty for any other kind.
 QString textOf(const QVariant &value);
 
@@ -37,12 +39,20 @@ QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model);
 
 /// The ingredient that the build writes; one with an invalid index when there is none.
 Ingredient outputIngredient(const QAbstractItemModel &model);
+Ingredient outputIngredient(const QVector<Ingredient> &ingredients);
+
+/// The ingredient with that display name or else key; one with an invalid index when there is none.
+Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey);
+
+/// The value that @p text gives in the place of @p current, a path taken as it is.
+/// @return an empty text, or why there is none
+QString valueFromText(const QString &text, const QVariant &current, QVariant *value);
 
 /// Sets one ingredient, found by display name or else by key. A relative path is taken against the
-/// current folder, since the stitcher runs in another one.
+/// current directory, since the stitcher runs in another one.
 /// @return an empty text, or why nothing was set
 QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey,
                            const QString &text);
 
-/// Makes every relative path in the tree absolute, against the current folder.
+/// Makes every relative path in the tree absolute, against the current directory.
 void makePathsAbsolute(QAbstractItemModel *model);

@@ -9,5 +9,11 @@
 ///
 /// @param chosenFile a file that the user named; when it is not empty, it is the only candidate.
 /// Otherwise the candidate is what the environment variable LOOMWRIGHT_PLUGIN names; without that,
-/// the library beside the program (a build folder), then the one in the install folder.
+/// the library beside the program (a build directory), then the one in the install directory.
 QStringList pluginCandidates(const QString &chosenFile);
+
+/// The plug-ins in the plug-in directory, as absolute paths in alphabetical order, each library once.
+///
+/// The directory is that of the file that @p chosenFile or LOOMWRIGHT_PLUGIN names; without both, the
+/// program's and the install directory.
+QStringList installedPlugins(const QString &chosenFile);

@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSignalBlocker>
 
 namespace {
 
@@ -88,10 +89,30 @@ bool PluginSession::instantiate()
                                : tr("%1 could not be loaded. %2"))
                         .arg(file, loader.errorString()));
     }
+    return adoptRoot();
+}
+
+bool PluginSession::reload()
+{
+    // The greeting has been heard.
+    const QSignalBlocker quiet(&relay);
+    loadedPlugin = nullptr;
+    delete loader.instance();
+    if (!adoptRoot()) {
+        return false;
+    }
+    emit reloaded();
+    return true;
+}
+
+/// Takes the root object that the library offers, a new one if the last was deleted.
+bool PluginSession::adoptRoot()
+{
+    const QString file = loader.fileName();
     loadedPlugin = qobject_cast<ILoomwrightPlugin *>(loader.instance());
     if (!loadedPlugin) {
-        return fail(
-            tr("%1 has the wrong identifier: its root object is no \"%2\".").arg(file, expected));
+        return fail(tr("%1 has the wrong identifier: its root object is no \"%2\".")
+                        .arg(file, QStringLiteral(ILoomwrightPlugin_iid)));
     }
     loadedPlugin->registerStatusManager(&relay);
     ingredients = loadedPlugin->getIngredientManager();

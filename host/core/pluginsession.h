@@ -27,7 +27,11 @@ public:
     /// Loads the first of @p candidates that exists and registers the relay with it. On failure
     /// returns false and says why in problem().
     bool load(const QStringList &candidates);
-    /// Why load() failed, in a sentence for the user.
+    /// Deletes the plug-in's root object and asks the library for a new one, whose values and data
+    /// are fresh; everything that was got from the plug-in before becomes invalid. False, with a
+    /// problem(), when there is none.
+    bool reload();
+    /// Why load() or reload() failed, in a sentence for the user.
     QString problem() const;
 
     /// The file that was loaded.
@@ -38,10 +42,15 @@ public:
     IIngredientManager *ingredientManager() const;
     IExecutionManager *executionManager() const;
 
+signals:
+    /// The plug-in's objects have been replaced.
+    void reloaded();
+
 private:
     bool fail(const QString &reason);
     bool checkFile(const QString &file);
     bool instantiate();
+    bool adoptRoot();
 
     StatusManager relay;
     QPluginLoader loader;

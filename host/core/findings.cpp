@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/findings.h"
+
+#include "host/core/filestate.h"
+#include "model/filepath.h"
+
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <sys/stat.h>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("Findings", text);
+}
+
+bool isInput(const Ingredient &ingredient)
+{
+    return kindOf(ingredient.value) == ValueKind::File
+        && ingredient.value.value<FilePath>().isInput;
+}
+
+bool isOutput(const Ingredient &ingredient)
+{
+    return kindOf(ingredient.value) == ValueKind::File
+        && !ingredient.value.value<FilePath>().isInput;
+}
+
+bool isControlCharacter(QChar character)
+{
+    return character.category() == QChar::Other_Control;
+}
+
+QString typeText(mode_t type)
+{
+    switch (type) {
+    case S_IFDIR:
+        return tr("a directory");
+    case S_IFIFO:
+        return tr("a FIFO");
+    case S_IFSOCK:
+        return tr("a socket");
+    default:
+        return tr("a device");
+    }
+}
+
+Problem findingFor(const Ingredient &ingredient, const QString &text)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Finding;
+    problem.text = text;
+    problem.ingredient = ingredient.name;
+    problem.key = ingredient.key;
+    if (kindOf(ingredient.value) == ValueKind::File) {
+        problem.file = textOf(ingredient.value);
+    }
+    return problem;
+}
+
+void findControlCharacters(const Ingredient &ingredient, QVector<Problem> *problems)
+{
+    const QString value = textOf(ingredient.value);
+    if (std::any_of(value.begin(), value.end(), isControlCharacter)) {
+        problems->append(
+            findingFor(ingredient, tr("The value holds a control character, such as a line feed")));
+        problems->last().mustBeFixed = true;
+    }
+}
+
+/// A file that does not exist is left to the plug-in's checks.
+void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
+{
+    const QString file = textOf(ingredient.value);
+    const FileState state = FileState::of(file);
+    if (!isInput(ingredient) || !ingredient.isVisible || file.isEmpty() || !state.exists) {
+        return;
+    }
+    if (!state.isRegular()) {
+        problems->append(findingFor(ingredient, tr("It is not a regular file")));
+        problems->last().required = tr("a regular file");
+        problems->last().actual = typeText(state.type);
+    } else if (!QFile(file).open(QIODevice::ReadOnly)) {
+        problems->append(findingFor(ingredient, tr("The file cannot be read")));
+    } else if (state.size == 0) {
+        problems->append(findingFor(ingredient, tr("The file is empty")));
+        problems->last().actual = sizeText(0);
+    }
+}
+
+void findOverwrittenInput(const QVector<Ingredient> &ingredients, const Ingredient &output,
+                          QVector<Problem> *problems)
+{
+    const Ingredient input = inputWithFile(ingredients, textOf(output.value));
+    if (input.valueIndex.isValid()) {
+        problems->append(findingFor(
+            output, tr("The output is the same file as the input \"%1\"").arg(input.name)));
+        problems->last().mustBeFixed = true;
+    }
+}
+
+} // namespace
+
+QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients)
+{
+    QVector<Problem> problems;
+    for (const Ingredient &ingredient : ingredients) {
+        findControlCharacters(ingredient, &problems);
+        findUnusableFile(ingredient, &problems);
+        if (isOutput(ingredient)) {
+            findOverwrittenInput(ingredients, ingredient, &problems);
+        }
+    }
+    return problems;
+}
+
+Ingredient inputWithFile(const QVector<Ingredient> &ingredients, const QString &file)
+{
+    const FileState state = FileState::of(file);
+    const auto input
+        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &ingredient) {
+              return isInput(ingredient)
+                  && FileState::of(textOf(ingredient.value)).isSameFileAs(state);
+          });
+    return input == ingredients.end() ? Ingredient() : *input;
+}
+
+bool isChangedByConfiguration(const QString &value)
+{
+    return value.contains(QLatin1Char('=')) || value != value.trimmed()
+        || QString::fromLocal8Bit(value.toLocal8Bit()) != value;
+}
+
+QString directoryRemark(const QString &directory)
+{
+    const QFileInfo info(directory);
+    if (!info.exists()) {
+        return tr("there is no such directory");
+    }
+    if (!info.isDir()) {
+        return tr("it is not a directory");
+    }
+    if (!info.isReadable() || !info.isExecutable()) {
+        return tr("the directory cannot be read");
+    }
+    int symlinkCount = 0;
+    QDirIterator entries(directory, QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        entries.next();
+        symlinkCount += entries.fileInfo().isSymLink() ? 1 : 0;
+    }
+    return symlinkCount == 0 ? QString()
+                             : tr("it holds %1 symlinks, which are skipped").arg(symlinkCount);
+}

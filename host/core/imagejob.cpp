@@ -1,0 +1,399 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/imagejob.h"
+
+#include "host/core/filestate.h"
+#include "host/core/findings.h"
+#include "host/core/pluginsession.h"
+#include "model/filepath.h"
+#include "model/modelcolumns.h"
+#include "plugin/iexecutionmanager.h"
+#include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
+
+#include <QAbstractItemModel>
+#include <QDir>
+#include <QScopedValueRollback>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+QString absolutePath(const QString &path)
+{
+    return QDir::current().absoluteFilePath(path);
+}
+
+bool isSame(const Ingredient &ingredient, const QString &name, const QString &key)
+{
+    return ingredient.name == name && ingredient.key == key;
+}
+
+/// What the plug-in says of two values for one key. The texts are fixed and the only place where
+/// the key can be had; the rest of such a message is "KEY = VALUE".
+Problem conflictOf(const QString &message)
+{
+    for (const char *prefix :
+         {" - Duplicate Ingredient found! ", "Config file contains duplicate key value: "}) {
+        if (message.startsWith(QLatin1String(prefix))) {
+            const QString entry = message.mid(int(qstrlen(prefix)));
+            Problem problem;
+            problem.kind = ProblemKind::Message;
+            problem.text = ImageJob::tr("There is another candidate");
+            problem.key = entry.section(QLatin1Char('='), 0, 0).trimmed();
+            problem.file = entry.section(QLatin1Char('='), 1).trimmed();
+            return problem;
+        }
+    }
+    return {};
+}
+
+/// Messages about a line of a configuration, not about the value that is set next.
+bool isAboutConfigLine(const QString &message)
+{
+    return message.startsWith(QLatin1String("Malformed config entry found: "));
+}
+
+Problem problemOf(const FileCheck &check)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Check;
+    problem.text = check.details;
+    problem.ingredient = check.ingredient.name;
+    problem.key = check.ingredient.key;
+    problem.file = check.file;
+    if (check.expectedSize >= 0) {
+        problem.required = sizeText(check.expectedSize);
+        problem.actual = check.actualSize >= 0 ? sizeText(check.actualSize) : QString();
+    }
+    return problem;
+}
+
+FileCheck checkOf(const Ingredient &ingredient)
+{
+    FileCheck check;
+    check.ingredient = ingredient;
+    const auto file = ingredient.value.value<FilePath>();
+    check.file = file.fileName;
+    if (file.exactSize > 0) {
+        check.expectedSize = file.exactSize;
+    }
+    const FileState state = FileState::of(file.fileName);
+    if (state.isRegular()) {
+        check.actualSize = state.size;
+    }
+    return check;
+}
+
+} // namespace
+
+ImageJob::ImageJob(PluginSession *pluginSession, QObject *parent)
+    : QObject(parent)
+    , session(pluginSession)
+{
+    connect(session->statusManager(), &StatusManager::errorMessage, this, &ImageJob::noteError);
+    connect(session, &PluginSession::reloaded, this, &ImageJob::attach);
+    attach();
+}
+
+/// Connected after the plug-in's own receivers, so that the errors that a new value causes in the
+/// plug-in arrive before noteChange().
+void ImageJob::attach()
+{
+    inputProblems.clear();
+    failedChecks.clear();
+    lastChecks.clear();
+    connect(session->ingredientManager()->getIngredients(), &QAbstractItemModel::dataChanged, this,
+            &ImageJob::noteChange);
+}
+
+QVector<Ingredient> ImageJob::ingredients() const
+{
+    return ingredientsOf(*session->ingredientManager()->getIngredients());
+}
+
+Ingredient ImageJob::ingredientAt(const QModelIndex &cell) const
+{
+    const QVector<Ingredient> all = ingredients();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Ingredient &each) {
+        return each.valueIndex.siblingAtColumn(0) == cell.siblingAtColumn(0);
+    });
+    return found == all.end() ? Ingredient() : *found;
+}
+
+void ImageJob::noteError(const QString &message)
+{
+    const Problem conflict = conflictOf(message);
+    if (isApplying && !conflict.key.isEmpty()) {
+        pendingConflicts.append(conflict);
+        return;
+    }
+    if (isApplying && isAboutConfigLine(message)) {
+        addMessages({message}, {});
+        return;
+    }
+    pendingErrors.append(message.trimmed());
+    if (!isApplying) {
+        // Only an edit that is under way can have caused it; other errors concern no value.
+        QTimer::singleShot(0, this, [this] { pendingErrors.clear(); });
+    }
+}
+
+void ImageJob::noteChange(const QModelIndex &cell)
+{
+    const Ingredient changed = ingredientAt(cell);
+    if (!changed.valueIndex.isValid()) {
+        return;
+    }
+    settle(changed);
+    // Only such a value makes the plug-in do something whose errors are about that value.
+    if (changed.value.canConvert<FilePath>() && changed.value.value<FilePath>().broadcastChanges) {
+        addMessages(pendingErrors, changed);
+        pendingErrors.clear();
+    }
+    emit problemsChanged();
+}
+
+/// Forgets what was wrong with the value that @p ingredient had.
+void ImageJob::settle(const Ingredient &ingredient)
+{
+    for (QVector<Problem> *list : {&inputProblems, &failedChecks}) {
+        list->erase(std::remove_if(list->begin(), list->end(),
+                                   [&](const Problem &problem) {
+                                       return isSame(ingredient, problem.ingredient, problem.key);
+                                   }),
+                    list->end());
+    }
+}
+
+void ImageJob::addMessages(const QStringList &messages, const Ingredient &ingredient)
+{
+    for (const QString &message : messages) {
+        Problem problem;
+        problem.kind = ProblemKind::Message;
+        problem.text = message;
+        problem.ingredient = ingredient.name;
+        problem.key = ingredient.key;
+        problem.file = textOf(ingredient.value);
+        inputProblems.append(problem);
+    }
+}
+
+bool ImageJob::refuse(const QString &text, const Ingredient &ingredient)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Input;
+    problem.text = text;
+    problem.ingredient = ingredient.name;
+    problem.key = ingredient.key;
+    problem.mustBeFixed = true;
+    addProblem(problem);
+    return false;
+}
+
+/// Applies an input and keeps the errors that it brings.
+/// @param refusal what to say when the plug-in refuses it
+bool ImageJob::apply(const QString &refusal, const std::function<bool()> &operation)
+{
+    pendingErrors.clear();
+    bool isTaken = false;
+    {
+        const QScopedValueRollback<bool> applying(isApplying, true);
+        isTaken = operation();
+    }
+    const QVector<Ingredient> all = ingredients();
+    for (Problem conflict : qAsConst(pendingConflicts)) {
+        const auto owner = std::find_if(all.begin(), all.end(), [&](const Ingredient &each) {
+            return each.key == conflict.key;
+        });
+        conflict.ingredient = owner == all.end() ? QString() : owner->name;
+        inputProblems.append(conflict);
+    }
+    pendingConflicts.clear();
+    addMessages(pendingErrors, {});
+    pendingErrors.clear();
+    if (!isTaken && !refusal.isEmpty()) {
+        refuse(refusal);
+    }
+    emit problemsChanged();
+    return isTaken;
+}
+
+bool ImageJob::loadConfig(const QString &file)
+{
+    const QString path = absolutePath(file);
+    inputFiles.append(path);
+    return apply(tr("The configuration %1 was refused.").arg(file),
+                 [&] { return session->ingredientManager()->loadConfigFromFile(path); });
+}
+
+bool ImageJob::fillFromDirectory(const QString &directory)
+{
+    const QString path = absolutePath(directory);
+    if (apply({},
+              [&] { return session->ingredientManager()->generateConfigFromDirectory(path); })) {
+        return true;
+    }
+    const QString remark = directoryRemark(path);
+    return refuse(remark.isEmpty()
+                      ? tr("The directory %1 was refused.").arg(directory)
+                      : tr("The directory %1 was refused: %2.").arg(directory, remark));
+}
+
+bool ImageJob::addFile(const QString &file)
+{
+    return apply(tr("The file %1 was refused.").arg(file), [&] {
+        return session->ingredientManager()->loadIngredientFile(absolutePath(file));
+    });
+}
+
+bool ImageJob::setValue(const QString &nameOrKey, const QString &text)
+{
+    QAbstractItemModel *model = session->ingredientManager()->getIngredients();
+    const Ingredient ingredient = findIngredient(*model, nameOrKey);
+    QString problem;
+    apply({}, [&] {
+        // A value that was there before settles what was wrong with it as well.
+        settle(ingredient);
+        problem = setIngredientValue(model, nameOrKey, text);
+        return problem.isEmpty();
+    });
+    return problem.isEmpty() || refuse(problem, ingredient);
+}
+
+bool ImageJob::setImage(const QString &file)
+{
+    const Ingredient output = outputIngredient(*session->ingredientManager()->getIngredients());
+    return output.valueIndex.isValid() ? setValue(output.name, file)
+                                       : refuse(tr("This target writes no image."));
+}
+
+void ImageJob::addProblem(const Problem &problem)
+{
+    inputProblems.append(problem);
+    emit problemsChanged();
+}
+
+void ImageJob::forgetInputProblems()
+{
+    inputProblems.erase(
+        std::remove_if(inputProblems.begin(), inputProblems.end(),
+                       [](const Problem &problem) { return problem.ingredient.isEmpty(); }),
+        inputProblems.end());
+    emit problemsChanged();
+}
+
+bool ImageJob::check()
+{
+    const bool isPassed = session->executionManager()->verifyInputs();
+
+    lastChecks.clear();
+    failedChecks.clear();
+    const QVector<Ingredient> all = ingredients();
+    const QAbstractItemModel &table = *session->executionManager()->getIngredientChecks();
+    // The table has names only, in the order of the tree; a name may occur twice there.
+    int position = 0;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const QString name = table.index(row, CheckColumn::Ingredient).data().toString();
+        int candidate = position;
+        while (candidate < all.count() && all.at(candidate).name != name) {
+            ++candidate;
+        }
+        const bool found = candidate < all.count();
+        position = found ? candidate : position;
+        FileCheck check = checkOf(found ? all.at(candidate) : Ingredient());
+        check.ingredient.name = name;
+        check.passed = table.index(row, CheckColumn::Passed).data().toBool();
+        check.details = table.index(row, CheckColumn::Details).data().toString();
+        lastChecks.append(check);
+        if (!check.passed) {
+            failedChecks.append(problemOf(check));
+        }
+    }
+    emit problemsChanged();
+    return isPassed;
+}
+
+QVector<FileCheck> ImageJob::checks() const
+{
+    return lastChecks;
+}
+
+QVector<Problem> ImageJob::problems() const
+{
+    return inputProblems + failedChecks + findingsFor(ingredients());
+}
+
+bool ImageJob::isBlocked(bool withChecks) const
+{
+    const QVector<Problem> all = problems();
+    return std::any_of(all.begin(), all.end(), [withChecks](const Problem &problem) {
+        return withChecks || problem.mustBeFixed;
+    });
+}
+
+QString ImageJob::overwriteProblem(const QString &file) const
+{
+    const QString path = absolutePath(file);
+    const Ingredient input = inputWithFile(ingredients(), path);
+    if (input.valueIndex.isValid()) {
+        return tr("%1 is the same file as the input \"%2\".").arg(file, input.name);
+    }
+    const FileState state = FileState::of(path);
+    const bool isInput = std::any_of(inputFiles.begin(), inputFiles.end(), [&](const auto &each) {
+        return FileState::of(each).isSameFileAs(state);
+    });
+    return isInput ? tr("%1 is one of the inputs.").arg(file) : QString();
+}
+
+Project ImageJob::project() const
+{
+    Project project;
+    project.target = session->plugin()->getTargetName();
+    for (const Ingredient &ingredient : ingredients()) {
+        if (kindOf(ingredient.value) == ValueKind::Other) {
+            continue;
+        }
+        ProjectEntry entry;
+        entry.key = ingredient.key;
+        entry.name = ingredient.name;
+        entry.kind = kindOf(ingredient.value);
+        entry.value = textOf(ingredient.value);
+        if (entry.kind == ValueKind::File && !entry.value.isEmpty()) {
+            entry.value = absolutePath(entry.value);
+        }
+        project.entries.append(entry);
+    }
+    return project;
+}
+
+bool ImageJob::loadProject(const Project &project, const QString &file)
+{
+    inputFiles.append(absolutePath(file));
+    const QString target = session->plugin()->getTargetName();
+    if (project.target != target) {
+        return refuse(
+            tr("%1 is for the target \"%2\", not for \"%3\".").arg(file, project.target, target));
+    }
+    QVector<QPair<Ingredient, QVariant>> changes;
+    const QVector<Ingredient> all = ingredients();
+    for (const ProjectEntry &entry : project.entries) {
+        const Ingredient ingredient = ingredientFor(entry, all);
+        QVariant value;
+        const QString problem = valueFor(entry, ingredient, &value);
+        if (!problem.isEmpty()) {
+            return refuse(file + QLatin1String(": ") + problem);
+        }
+        if (entry.value != textOf(ingredient.value)) {
+            changes.append({ingredient, value});
+        }
+    }
+    QAbstractItemModel *model = session->ingredientManager()->getIngredients();
+    return apply(tr("%1 could not be applied.").arg(file), [&] {
+        return std::all_of(changes.begin(), changes.end(), [&](const auto &change) {
+            return model->setData(change.first.valueIndex, change.second, Qt::EditRole);
+        });
+    });
+}

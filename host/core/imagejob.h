@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/ingredients.h"
+#include "host/core/problem.h"
+#include "host/core/projectfile.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+
+class PluginSession;
+
+/// One row of the plug-in's check table, with what it is about.
+struct FileCheck {
+    bool passed = false;
+    QString details;          ///< What was found, in the plug-in's words.
+    Ingredient ingredient;    ///< The one that was checked.
+    QString file;             ///< The path that was checked.
+    qint64 expectedSize = -1; ///< In bytes; -1 when any size will do.
+    qint64 actualSize = -1;   ///< In bytes; -1 when there is no such regular file.
+};
+
+/// The image that a user prepares with a plug-in: its inputs, what is wrong with them, and so what
+/// blocks a build.
+///
+/// Values may also be edited in the model directly. An error that belongs to an ingredient goes
+/// away when that ingredient gets another value; so does a failed check of it.
+class ImageJob : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Works on the values of @p pluginSession, which must have loaded its plug-in and outlive this
+    /// object.
+    explicit ImageJob(PluginSession *pluginSession, QObject *parent = nullptr);
+
+    /// Each of these applies one input; a relative path is taken against the current directory.
+    /// False when the input was refused: problems() says why, and nothing but it has changed.
+    bool loadConfig(const QString &file);
+    bool fillFromDirectory(const QString &directory);
+    bool addFile(const QString &file);
+    bool setValue(const QString &nameOrKey, const QString &text);
+    bool setImage(const QString &file);
+    /// Applies the project that was read from @p file.
+    bool loadProject(const Project &project, const QString &file);
+
+    /// Adds a problem that was found elsewhere, such as a file that cannot be read as a project.
+    void addProblem(const Problem &problem);
+    /// Forgets the problems that belong to no ingredient, for a host in which the user tries again.
+    void forgetInputProblems();
+
+    /// Runs the plug-in's checks; true when every one passed.
+    bool check();
+    /// The results of the last check().
+    QVector<FileCheck> checks() const;
+
+    /// All that is wrong now: with the inputs, with the values that failed in the last check(), and
+    /// what the host finds in the values by itself. It asks the file system.
+    QVector<Problem> problems() const;
+    /// Whether a build is refused; without checks only by what must be fixed.
+    bool isBlocked(bool withChecks) const;
+
+    /// Why @p file must not be written: it is one of the inputs. Empty when it is none.
+    QString overwriteProblem(const QString &file) const;
+    /// The current values, for a project file.
+    Project project() const;
+    QVector<Ingredient> ingredients() const;
+
+signals:
+    /// problems() may have changed.
+    void problemsChanged();
+
+private:
+    bool apply(const QString &refusal, const std::function<bool()> &operation);
+    bool refuse(const QString &text, const Ingredient &ingredient = {});
+    void attach();
+    void noteError(const QString &message);
+    void noteChange(const QModelIndex &cell);
+    void settle(const Ingredient &ingredient);
+    void addMessages(const QStringList &messages, const Ingredient &ingredient);
+    Ingredient ingredientAt(const QModelIndex &cell) const;
+
+    PluginSession *session;
+    QVector<Problem> inputProblems;
+    QVector<FileCheck> lastChecks;
+    QVector<Problem> failedChecks;
+    QStringList inputFiles;
+    /// Errors of the plug-in that nothing has claimed yet.
+    QStringList pendingErrors;
+    QVector<Problem> pendingConflicts;
+    bool isApplying = false;
+};

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// Where a problem comes from.
+enum class ProblemKind {
+    Input,     ///< An input was refused, by the plug-in or by the host.
+    Message,   ///< The plug-in reported an error while an input was applied.
+    Check,     ///< A check of the plug-in failed.
+    Finding,   ///< The host itself found something wrong with a value.
+    Difference ///< A file or value is not what a manifest records.
+};
+
+/// Something that is wrong with an image or its inputs, and blocks a build.
+struct Problem {
+    ProblemKind kind = ProblemKind::Input;
+    QString text;       ///< What is wrong, in words.
+    QString ingredient; ///< Display name of the ingredient; empty when it concerns none.
+    QString key;        ///< The ingredient's key.
+    QString file;       ///< Path of the file that it is about; may be empty.
+    QString required;   ///< What should be there, where that can be said.
+    QString actual;     ///< What is there instead.
+    /// Whether a build without checks is blocked as well.
+    bool mustBeFixed = false;
+};

@@ -1,0 +1,253 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/projectfile.h"
+
+#include "host/core/objectreader.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace {
+
+const int supportedSchemaVersion = 1;
+
+const QLatin1String schemaVersionName("schemaVersion");
+const QLatin1String targetName("target");
+const QLatin1String ingredientsName("ingredients");
+const QLatin1String keyName("key");
+const QLatin1String nameName("name");
+const QLatin1String sizeName("size");
+const QLatin1String sha256Name("sha256");
+const QLatin1String buildName("build");
+const QLatin1String imageName("image");
+const QLatin1String fileName("file");
+const QLatin1String stitcherName("stitcher");
+const QLatin1String exitStatusName("exitStatus");
+const QLatin1String configurationName("configuration");
+const QLatin1String versionsName("versions");
+const QLatin1String hostName("host");
+const QLatin1String pluginName("plugin");
+const QLatin1String qtName("qt");
+const QLatin1String timeName("time");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ProjectFile", text);
+}
+
+QString relativePath(const QString &path, const QDir &directory)
+{
+    return path.isEmpty() ? path : directory.relativeFilePath(path);
+}
+
+QString absolutePath(const QString &path, const QDir &directory)
+{
+    return path.isEmpty() ? path : QDir::cleanPath(directory.absoluteFilePath(path));
+}
+
+QJsonObject toJson(const ProjectEntry &entry, const QDir &directory)
+{
+    QJsonObject object{{keyName, entry.key}, {nameName, entry.name}};
+    const bool isFile = entry.kind == ValueKind::File;
+    object.insert(kindName(entry.kind),
+                  isFile ? relativePath(entry.value, directory) : entry.value);
+    if (!entry.sha256.isEmpty()) {
+        object.insert(sizeName, entry.size);
+        object.insert(sha256Name, QLatin1String(entry.sha256));
+    }
+    return object;
+}
+
+QJsonObject toJson(const BuildRecord &build, const QDir &directory)
+{
+    return {{imageName,
+             QJsonObject{{fileName, relativePath(build.imageFile, directory)},
+                         {sizeName, build.imageSize},
+                         {sha256Name, QLatin1String(build.imageSha256)}}},
+            {configurationName, build.configuration},
+            {stitcherName,
+             QJsonObject{{fileName, build.stitcherFile},
+                         {sha256Name, QLatin1String(build.stitcherSha256)},
+                         {exitStatusName, build.stitcherExitStatus}}},
+            {versionsName,
+             QJsonObject{{hostName, build.hostVersion},
+                         {pluginName, build.pluginVersion},
+                         {qtName, build.qtVersion}}},
+            {timeName, build.time}};
+}
+
+ProjectEntry readEntry(ObjectReader reader, const QDir &directory)
+{
+    ProjectEntry entry;
+    entry.key = reader.text(keyName);
+    entry.name = reader.text(nameName);
+    int valueCount = 0;
+    for (const ValueKind kind : {ValueKind::File, ValueKind::Choice, ValueKind::Text}) {
+        if (reader.has(kindName(kind))) {
+            ++valueCount;
+            entry.kind = kind;
+            entry.value = reader.text(kindName(kind));
+        }
+    }
+    if (valueCount != 1) {
+        reader.fail(tr("one of \"file\", \"choice\" and \"text\" is needed"));
+    }
+    if (entry.kind == ValueKind::File) {
+        entry.value = absolutePath(entry.value, directory);
+        if (reader.has(sha256Name)) {
+            entry.sha256 = reader.sha256(sha256Name);
+            entry.size = reader.number(sizeName);
+        }
+    }
+    reader.refuseUnknown();
+    return entry;
+}
+
+BuildRecord readBuild(ObjectReader reader, const QDir &directory)
+{
+    BuildRecord build;
+    ObjectReader image = reader.child(imageName);
+    build.imageFile = absolutePath(image.text(fileName), directory);
+    build.imageSize = image.number(sizeName);
+    build.imageSha256 = image.sha256(sha256Name);
+    image.refuseUnknown();
+    build.configuration = reader.text(configurationName);
+    ObjectReader stitcher = reader.child(stitcherName);
+    build.stitcherFile = stitcher.text(fileName);
+    build.stitcherSha256 = stitcher.sha256(sha256Name);
+    build.stitcherExitStatus = int(stitcher.number(exitStatusName));
+    stitcher.refuseUnknown();
+    ObjectReader versions = reader.child(versionsName);
+    build.hostVersion = versions.text(hostName);
+    build.pluginVersion = versions.text(pluginName);
+    build.qtVersion = versions.text(qtName);
+    versions.refuseUnknown();
+    build.time = reader.text(timeName);
+    reader.refuseUnknown();
+    return build;
+}
+
+QString readDocument(const QJsonDocument &document, const QDir &directory, Project *project)
+{
+    QString problem;
+    ObjectReader reader(document.object(), QString(), &problem);
+    if (!document.isObject()) {
+        return tr("it is not a JSON object");
+    }
+    const qint64 schemaVersion = reader.number(schemaVersionName);
+    if (problem.isEmpty() && schemaVersion != supportedSchemaVersion) {
+        return tr("schemaVersion is %1, but this program reads %2")
+            .arg(schemaVersion)
+            .arg(supportedSchemaVersion);
+    }
+    Project read;
+    read.target = reader.text(targetName);
+    for (const ObjectReader &child : reader.children(ingredientsName)) {
+        read.entries.append(readEntry(child, directory));
+    }
+    if (reader.has(buildName)) {
+        read.build = readBuild(reader.child(buildName), directory);
+    }
+    reader.refuseUnknown();
+    if (problem.isEmpty()) {
+        *project = std::move(read);
+    }
+    return problem;
+}
+
+} // namespace
+
+QString readProject(const QString &file, Project *project)
+{
+    QFile source(file);
+    if (!QFileInfo(source).isFile()) {
+        return QFileInfo::exists(file) ? tr("%1 is not a regular file.").arg(file)
+                                       : tr("%1 does not exist.").arg(file);
+    }
+    if (!source.open(QIODevice::ReadOnly)) {
+        return tr("%1 cannot be read: %2.").arg(file, source.errorString());
+    }
+    const QByteArray content = source.readAll();
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    if (error.error != QJsonParseError::NoError) {
+        return tr("%1: line %2: not valid JSON: %3.")
+            .arg(file, QString::number(content.left(error.offset).count('\n') + 1),
+                 error.errorString());
+    }
+    const QString problem = readDocument(document, QFileInfo(file).absoluteDir(), project);
+    return problem.isEmpty() ? QString() : file + QLatin1String(": ") + problem + QLatin1Char('.');
+}
+
+QJsonObject projectToJson(const Project &project, const QString &directory)
+{
+    const QDir base(directory);
+    QJsonArray ingredients;
+    for (const ProjectEntry &entry : project.entries) {
+        ingredients.append(toJson(entry, base));
+    }
+    QJsonObject object{{schemaVersionName, supportedSchemaVersion},
+                       {targetName, project.target},
+                       {ingredientsName, ingredients}};
+    if (project.build) {
+        object.insert(buildName, toJson(*project.build, base));
+    }
+    return object;
+}
+
+QString writeProject(const QString &file, const Project &project)
+{
+    const QFileInfo info(file);
+    if (info.exists() && !info.isFile()) {
+        // Replacing it would take a device away from others.
+        return tr("%1 is not a regular file.").arg(file);
+    }
+    const QByteArray content = QJsonDocument(projectToJson(project, info.absolutePath())).toJson();
+    QSaveFile target(file);
+    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size()
+        || !target.commit()) {
+        return tr("%1 cannot be written: %2.").arg(file, target.errorString());
+    }
+    return {};
+}
+
+Ingredient ingredientFor(const ProjectEntry &entry, const QVector<Ingredient> &ingredients)
+{
+    const auto named
+        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &each) {
+              return each.key == entry.key && each.name == entry.name;
+          });
+    if (named != ingredients.end()) {
+        return *named;
+    }
+    const auto keyed
+        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &each) {
+              return !entry.key.isEmpty() && each.key == entry.key;
+          });
+    return keyed == ingredients.end() ? Ingredient() : *keyed;
+}
+
+QString valueFor(const ProjectEntry &entry, const Ingredient &ingredient, QVariant *value)
+{
+    const QString id = entry.key.isEmpty() ? entry.name : entry.key;
+    if (!ingredient.valueIndex.isValid()) {
+        return tr("the target has no ingredient with the key \"%1\".").arg(id);
+    }
+    if (kindOf(ingredient.value) != entry.kind) {
+        return tr("\"%1\" is a %2 in the file, but a %3 in the target.")
+            .arg(id, kindName(entry.kind), kindName(kindOf(ingredient.value)));
+    }
+    if (entry.kind == ValueKind::Choice && entry.value.isEmpty()) {
+        *value = ingredient.value;
+        return {};
+    }
+    const QString problem = valueFromText(entry.value, ingredient.value, value);
+    return problem.isEmpty() ? QString() : QStringLiteral("\"%1\": %2").arg(id, problem);
+}
