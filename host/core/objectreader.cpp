@@ -44,7 +44,7 @@ bool ObjectReader::has(const QString &name) const
 QJsonValue ObjectReader::take(const QString &name, QJsonValue::Type type, const QString &typeText)
 {
     known.insert(name);
-    const QJsonValue value = object.value(name);
+    QJsonValue value = object.value(name);
     if (value.isUndefined()) {
         fail(tr("\"%1\" is missing").arg(name));
     } else if (value.type() != type) {

@@ -3,129 +3,175 @@
 
 #include "host/terminal/commandline.h"
 
+#include "host/terminal/commandtable.h"
+#include "host/terminal/optionnames.h"
+#include "host/terminal/suggestion.h"
+
 #include <QCommandLineParser>
-#include <QHash>
 
 #include <limits>
 
 namespace {
 
-const QString configOption = QStringLiteral("config");
-const QString directoryOption = QStringLiteral("directory");
-const QString fileOption = QStringLiteral("file");
-const QString setOption = QStringLiteral("set");
-const QString pluginOption = QStringLiteral("plugin");
-const QString outputOption = QStringLiteral("output");
-const QString noCheckOption = QStringLiteral("no-check");
-const QString timeoutOption = QStringLiteral("timeout");
-const QString jsonOption = QStringLiteral("json");
-const QString quietOption = QStringLiteral("quiet");
-const QString helpOption = QStringLiteral("help");
-const QString versionOption = QStringLiteral("version");
+const int millisecondsPerSecond = 1000;
 
-const char description[] = R"(Drives the plug-in for unsigned Zorv images from the terminal.
-
-Commands:
-  info                  what the plug-in says of itself
-  ingredients           groups, names, keys, values, and what each value must be
-  check                 check all files: the table of checks and its summary
-  validate FILE         validate a legacy XML data file
-  config                write the stitcher configuration, to -o FILE or to standard output
-  build                 check, then run tamblin-stitcher and wait for its end
-
-Inputs are applied in this order: --config, --directory, --file, --set.
-Relative paths are taken against the current folder.)";
-
-const char exitStatuses[] = R"(
-Exit status:
-  0  all well
-  1  a check, a validation, a mapping or the build failed
-  2  the command line is wrong
-  3  the plug-in could not be loaded
-
-Messages of the plug-in go to standard output (status) and standard error (errors). With --json, and
-for a configuration on standard output, status goes to standard error as well.
-
-Environment:
-  LOOMWRIGHT_PLUGIN  the plug-in, where --plugin does not name it; without both it is looked for
-                     beside the program, then in the install folder
-  NO_COLOR           when set, tables have no colour
-)";
-
-/// The options that only some commands take.
-QHash<QString, QStringList> commandOptions()
+QString dashed(const char *name)
 {
-    return {{QStringLiteral("info"), {}},
-            {QStringLiteral("ingredients"), {}},
-            {QStringLiteral("check"), {}},
-            {QStringLiteral("validate"), {}},
-            {QStringLiteral("config"), {outputOption}},
-            {QStringLiteral("build"), {outputOption, noCheckOption, timeoutOption}}};
+    return QLatin1String("--") + QLatin1String(name);
 }
 
-void setUp(QCommandLineParser *parser)
+/// Every option of every command, each once.
+std::vector<OptionInfo> allOptions()
 {
-    parser->setApplicationDescription(QLatin1String(description));
-    parser->addPositionalArgument(QStringLiteral("command"),
-                                  QStringLiteral("One of the commands above."),
-                                  QStringLiteral("COMMAND"));
-    parser->addOptions({
-        {pluginOption, QStringLiteral("Load this plug-in."), QStringLiteral("FILE")},
-        {{QStringLiteral("c"), configOption},
-         QStringLiteral("Load a stitcher configuration."),
-         QStringLiteral("FILE")},
-        {{QStringLiteral("d"), directoryOption},
-         QStringLiteral("Fill ingredients from the files of a directory, by name."),
-         QStringLiteral("DIR")},
-        {{QStringLiteral("f"), fileOption},
-         QStringLiteral("Fill the ingredient that the file's name fits (repeatable)."),
-         QStringLiteral("FILE")},
-        {{QStringLiteral("s"), setOption},
-         QStringLiteral("Set one ingredient by its name or key (repeatable)."),
-         QStringLiteral("NAME=VALUE")},
-        {{QStringLiteral("o"), outputOption},
-         QStringLiteral("config: the file to write; build: the image to write."),
-         QStringLiteral("FILE")},
-        {noCheckOption, QStringLiteral("build: stitch whatever the checks would say.")},
-        {timeoutOption, QStringLiteral("build: stop a stitcher that runs longer than this."),
-         QStringLiteral("SECONDS")},
-        {jsonOption, QStringLiteral("Print one JSON document on standard output.")},
-        {{QStringLiteral("q"), quietOption}, QStringLiteral("Drop status messages.")},
-        {{QStringLiteral("h"), helpOption}, QStringLiteral("Show this help.")},
-        {{QStringLiteral("v"), versionOption}, QStringLiteral("Show the program's version.")},
-    });
+    std::vector<OptionInfo> options = inputOptions();
+    options.insert(options.end(), generalOptions().begin(), generalOptions().end());
+    QStringList names;
+    for (const CommandInfo &command : commandTable()) {
+        for (const OptionInfo &option : command.options) {
+            if (!names.contains(QLatin1String(option.name))) {
+                names.append(QLatin1String(option.name));
+                options.push_back(option);
+            }
+        }
+    }
+    return options;
 }
 
-QString repeatedOption(const QCommandLineParser &parser)
+QCommandLineOption parserOption(const OptionInfo &option)
 {
-    for (const QString &option :
-         {pluginOption, configOption, directoryOption, outputOption, timeoutOption}) {
-        if (parser.values(option).count() > 1) {
-            return option;
+    QStringList names(QLatin1String(option.name));
+    if (option.shortName) {
+        names.prepend(QLatin1String(option.shortName));
+    }
+    return {names, QString(), QLatin1String(option.value ? option.value : "")};
+}
+
+bool takes(const CommandInfo &command, const OptionInfo &option)
+{
+    const auto contains = [&option](const std::vector<OptionInfo> &options) {
+        for (const OptionInfo &each : options) {
+            if (qstrcmp(each.name, option.name) == 0) {
+                return true;
+            }
+        }
+        return false;
+    };
+    return contains(command.options) || contains(generalOptions())
+        || (command.needs == CommandNeeds::Plugin && contains(inputOptions()));
+}
+
+QString suggestionText(const QString &word)
+{
+    return word.isEmpty() ? QString() : QStringLiteral(" Did you mean \"%1\"?").arg(word);
+}
+
+QString unknownOption(const QCommandLineParser &parser)
+{
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty()) {
+        return parser.errorText() + QLatin1Char('.');
+    }
+    const bool isShort = unknown.first().length() == 1;
+    QStringList names;
+    for (const OptionInfo &option : allOptions()) {
+        names.append(dashed(option.name));
+    }
+    const QString name = QLatin1String(isShort ? "-" : "--") + unknown.first();
+    return QStringLiteral("Unknown option \"%1\".%2")
+        .arg(name, isShort ? QString() : suggestionText(closestTo(name, names)));
+}
+
+QString unknownCommand(const QString &name, CommandLine *commandLine)
+{
+    commandLine->isCommandUnknown = true;
+    return QStringLiteral("Unknown command \"%1\".%2")
+        .arg(name, suggestionText(closestTo(name, commandNames())));
+}
+
+QString readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
+{
+    commandLine->arguments = parser.positionalArguments();
+    if (commandLine->arguments.isEmpty()) {
+        commandLine->isCommandUnknown = true;
+        return QStringLiteral("No command is given.");
+    }
+    const QString name = commandLine->arguments.takeFirst();
+    commandLine->command = findCommand(name);
+    return commandLine->command ? QString() : unknownCommand(name, commandLine);
+}
+
+QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
+{
+    const CommandInfo &command = *commandLine->command;
+    const int count = commandLine->arguments.count();
+    if (count < command.minArguments) {
+        return QStringLiteral("%1 needs an argument: %2.")
+            .arg(QLatin1String(command.name), QLatin1String(command.arguments));
+    }
+    const bool isHelp = !command.function;
+    if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
+        return unknownCommand(commandLine->arguments.first(), commandLine);
+    }
+    return count > command.maxArguments ? QStringLiteral("unexpected argument \"%1\".")
+                                              .arg(commandLine->arguments.at(command.maxArguments))
+                                        : QString();
+}
+
+/// Each option once unless it may be repeated, with a value that names something, and only where the
+/// command takes it.
+QString checkOptions(const QCommandLineParser &parser, CommandLine *commandLine)
+{
+    for (const OptionInfo &option : allOptions()) {
+        const QStringList values = parser.values(QLatin1String(option.name));
+        if (!parser.isSet(QLatin1String(option.name))) {
+            continue;
+        }
+        if (!takes(*commandLine->command, option)) {
+            return QStringLiteral("%1 does not take %2.")
+                .arg(QLatin1String(commandLine->command->name), dashed(option.name));
+        }
+        if (option.value && !option.isRepeatable && values.count() > 1) {
+            return QStringLiteral("%1 is given more than once.").arg(dashed(option.name));
+        }
+        // An unset variable of a script.
+        if (!option.mayBeEmpty && values.contains(QString())) {
+            return QStringLiteral("%1 needs a value that is not empty.").arg(dashed(option.name));
         }
     }
     return {};
 }
 
-/// The first option that names a file with an empty text, as an unset variable of a script does.
-QString emptyOption(const QCommandLineParser &parser)
+QString checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    for (const QString &option :
-         {pluginOption, configOption, directoryOption, fileOption, outputOption}) {
-        if (parser.values(option).contains(QString())) {
-            return option;
-        }
+    const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
+    if (has(OptionName::plugin) && has(OptionName::target)) {
+        return QStringLiteral("--plugin and --target exclude each other.");
     }
-    return {};
+    if (has(OptionName::quiet) && has(OptionName::verbose)) {
+        return QStringLiteral("--quiet and --verbose exclude each other.");
+    }
+    if (has(OptionName::locked) && !has(OptionName::project)) {
+        return QStringLiteral("--locked needs --project.");
+    }
+    if (has(OptionName::dryRun) && has(OptionName::manifest)) {
+        return QStringLiteral("--dry-run builds nothing that --manifest could record.");
+    }
+    if (has(OptionName::output) && has(OptionName::image)
+        && commandLine->command == findCommand(QStringLiteral("build"))) {
+        return QStringLiteral("--output and --image are the same here; give one of them.");
+    }
+    const int standardInputs = commandLine->arguments.count(QLatin1String(standardInputName))
+        + (commandLine->configInput == QLatin1String(standardInputName) ? 1 : 0);
+    return standardInputs > 1 ? QStringLiteral("Standard input can be read only once.") : QString();
 }
 
 QString readSettings(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    const QStringList settings = parser.values(setOption);
+    const QStringList settings = parser.values(QLatin1String(OptionName::set));
     for (const QString &setting : settings) {
         const int separator = setting.indexOf(QLatin1Char('='));
         if (separator < 1) {
-            return QStringLiteral("--set wants NAME=VALUE, not \"%1\".").arg(setting);
+            return QStringLiteral("--set needs NAME=VALUE, not \"%1\".").arg(setting);
         }
         commandLine->settings.append({setting.left(separator), setting.mid(separator + 1)});
     }
@@ -134,61 +180,26 @@ QString readSettings(const QCommandLineParser &parser, CommandLine *commandLine)
 
 QString readTimeout(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    if (!parser.isSet(timeoutOption)) {
+    if (!parser.isSet(QLatin1String(OptionName::timeout))) {
         return {};
     }
-    const QString text = parser.value(timeoutOption);
+    const QString text = parser.value(QLatin1String(OptionName::timeout));
     bool isNumber = false;
     const double seconds = text.toDouble(&isNumber);
-    const int mostSeconds = std::numeric_limits<int>::max() / 1000;
-    if (!isNumber || !(seconds >= 0.001 && seconds <= mostSeconds)) {
-        return QStringLiteral("--timeout wants a number of seconds from 0.001 to %1, not \"%2\".")
-            .arg(QString::number(mostSeconds), text);
+    const int maxSeconds = std::numeric_limits<int>::max() / millisecondsPerSecond;
+    if (!isNumber || !(seconds >= 0.001 && seconds <= maxSeconds)) {
+        return QStringLiteral("--timeout needs a number of seconds from 0.001 to %1, not \"%2\".")
+            .arg(QString::number(maxSeconds), text);
     }
-    commandLine->timeoutMs = int(seconds * 1000);
-    return {};
-}
-
-QString readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
-{
-    QStringList words = parser.positionalArguments();
-    if (words.isEmpty()) {
-        return QStringLiteral("No command is given.");
-    }
-    commandLine->command = words.takeFirst();
-    const QHash<QString, QStringList> commands = commandOptions();
-    if (!commands.contains(commandLine->command)) {
-        return QStringLiteral("There is no command \"%1\".").arg(commandLine->command);
-    }
-    if (commandLine->command == QLatin1String("validate")) {
-        if (words.isEmpty()) {
-            return QStringLiteral("validate wants a FILE.");
-        }
-        commandLine->validateFile = words.takeFirst();
-    }
-    if (!words.isEmpty()) {
-        return QStringLiteral("\"%1\" is one argument too many.").arg(words.first());
-    }
-    for (const QString &option : {outputOption, noCheckOption, timeoutOption}) {
-        if (parser.isSet(option) && !commands.value(commandLine->command).contains(option)) {
-            return QStringLiteral("%1 does not take --%2.").arg(commandLine->command, option);
-        }
-    }
+    commandLine->timeoutMs = int(seconds * millisecondsPerSecond);
     return {};
 }
 
 /// The first thing that is wrong, empty when nothing is.
 QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    const QString repeated = repeatedOption(parser);
-    if (!repeated.isEmpty()) {
-        return QStringLiteral("--%1 is given more than once.").arg(repeated);
-    }
-    const QString empty = emptyOption(parser);
-    if (!empty.isEmpty()) {
-        return QStringLiteral("--%1 wants a name, not an empty text.").arg(empty);
-    }
-    for (const auto &reader : {readCommand, readSettings, readTimeout}) {
+    for (const auto &reader :
+         {readCommand, checkOptions, readArguments, checkCombinations, readSettings, readTimeout}) {
         QString problem = reader(parser, commandLine);
         if (!problem.isEmpty()) {
             return problem;
@@ -202,28 +213,37 @@ QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
 CommandLine parseCommandLine(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    setUp(&parser);
+    for (const OptionInfo &option : allOptions()) {
+        parser.addOption(parserOption(option));
+    }
     const bool isParsed = parser.parse(arguments);
+    const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
+    const auto text = [&parser](const char *name) { return parser.value(QLatin1String(name)); };
 
     CommandLine commandLine;
-    commandLine.pluginFile = parser.value(pluginOption);
-    commandLine.configInput = parser.value(configOption);
-    commandLine.directory = parser.value(directoryOption);
-    commandLine.files = parser.values(fileOption);
-    commandLine.outputFile = parser.value(outputOption);
-    commandLine.isChecked = !parser.isSet(noCheckOption);
-    commandLine.isJson = parser.isSet(jsonOption);
-    commandLine.isQuiet = parser.isSet(quietOption);
-    commandLine.isHelpWanted = parser.isSet(helpOption);
-    commandLine.isVersionWanted = parser.isSet(versionOption);
-    commandLine.problem
-        = isParsed ? readAll(parser, &commandLine) : parser.errorText() + QLatin1Char('.');
+    commandLine.pluginFile = text(OptionName::plugin);
+    commandLine.target = text(OptionName::target);
+    commandLine.projectFile = text(OptionName::project);
+    commandLine.isLocked = has(OptionName::locked);
+    commandLine.configInput = text(OptionName::config);
+    commandLine.directory = text(OptionName::directory);
+    commandLine.files = parser.values(QLatin1String(OptionName::file));
+    commandLine.imageFile = text(OptionName::image);
+    commandLine.outputFile = text(OptionName::output);
+    commandLine.isDryRun = has(OptionName::dryRun);
+    commandLine.isChecked = !has(OptionName::noCheck);
+    commandLine.stitcherFile = text(OptionName::stitcher);
+    commandLine.manifestFile = text(OptionName::manifest);
+    commandLine.isWorkKept = has(OptionName::keepWork);
+    commandLine.isHelpWanted = has(OptionName::help);
+    commandLine.isVersionWanted = has(OptionName::version);
+    if (has(OptionName::json)) {
+        commandLine.format = Report::Format::Json;
+    }
+    if (has(OptionName::verbose) || has(OptionName::quiet)) {
+        commandLine.verbosity
+            = has(OptionName::quiet) ? Report::Verbosity::Quiet : Report::Verbosity::Verbose;
+    }
+    commandLine.problem = isParsed ? readAll(parser, &commandLine) : unknownOption(parser);
     return commandLine;
-}
-
-QString helpText()
-{
-    QCommandLineParser parser;
-    setUp(&parser);
-    return parser.helpText() + QLatin1String(exitStatuses);
 }

@@ -3,35 +3,49 @@
 
 #pragma once
 
+#include "host/terminal/report.h"
+
 #include <QStringList>
+
+struct CommandInfo;
 
 /// What the user asked for on the command line.
 struct CommandLine {
     QString pluginFile;
+    QString target;
+
+    QString projectFile;
+    bool isLocked = false; ///< Whether inputs must be what the manifest records.
     QString configInput;
     QString directory;
     QStringList files;
     /// Pairs of a name or key and the value for it.
     QList<QPair<QString, QString>> settings;
+    QString imageFile;
 
-    QString command;
-    /// The file to validate, for the command that takes one.
-    QString validateFile;
+    const CommandInfo *command = nullptr; ///< Null when none is given.
+    QStringList arguments;                ///< Those of the command.
     QString outputFile;
-    bool isChecked = true; ///< False to stitch without the checks.
-    int timeoutMs = 0;     ///< How long the stitcher may run, in milliseconds; 0 for ever.
+    bool isDryRun = false;
+    bool isChecked = true; ///< False to build without the checks.
+    QString stitcherFile;
+    int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
+    QString manifestFile;
+    bool isWorkKept = false;
 
-    bool isJson = false;
-    bool isQuiet = false;
+    Report::Format format = Report::Format::Text;
+    Report::Verbosity verbosity = Report::Verbosity::Normal;
     bool isHelpWanted = false;
     bool isVersionWanted = false;
 
     /// What is wrong with the command line; empty when nothing is.
     QString problem;
+    /// Whether the list of commands is the answer to that.
+    bool isCommandUnknown = false;
 };
+
+/// The argument that stands for standard input.
+const char standardInputName[] = "-";
 
 /// Reads the program's arguments, the program's name first.
 CommandLine parseCommandLine(const QStringList &arguments);
-
-/// The text for --help.
-QString helpText();

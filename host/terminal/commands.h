@@ -3,10 +3,51 @@
 
 #pragma once
 
+#include <QList>
+#include <QStringList>
+
 struct CommandLine;
+struct FileHash;
+class ImageJob;
 class PluginSession;
 class Report;
 
-/// Applies the inputs of the command line and runs its command.
-/// @return the program's exit status
-int runCommand(const CommandLine &commandLine, PluginSession *session, Report *report);
+/// What a command works with. Those that need no plug-in get no session and no job.
+struct CommandContext {
+    const CommandLine &commandLine;
+    Report &report;
+    PluginSession *session = nullptr;
+    ImageJob *job = nullptr;
+    bool areProblemsNoted = false;
+};
+
+/// The functions of the command table; each returns the program's exit status.
+int showInfo(CommandContext &context);
+int listTargets(CommandContext &context);
+int listIngredients(CommandContext &context);
+int runCheck(CommandContext &context);
+int validateFiles(CommandContext &context);
+int writeConfig(CommandContext &context);
+int writeProjectFile(CommandContext &context);
+int buildImage(CommandContext &context);
+int verifyManifest(CommandContext &context);
+
+/// Applies all inputs of the command line, the later ones also when an earlier one was refused, so
+/// that one run shows all that is wrong.
+void applyInputs(CommandContext &context);
+
+/// Failed when something is wrong with the inputs, else Success.
+int inputStatus(const CommandContext &context);
+
+/// Puts what the job finds wrong into the JSON document, once.
+void noteProblems(CommandContext &context);
+
+/// Runs the checks and shows them with everything else that blocks a build.
+void reportChecks(CommandContext &context);
+
+/// Hashes @p files with progress on the terminal.
+/// @return false when a signal interrupted it
+bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes);
+
+/// Copies standard input into a file of its own in @p directory and returns its path.
+QString standardInputFile(const QString &directory);

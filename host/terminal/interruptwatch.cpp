@@ -3,6 +3,8 @@
 
 #include "host/terminal/interruptwatch.h"
 
+#include "host/terminal/outputqueue.h"
+
 #include <csignal>
 #include <fcntl.h>
 #include <sys/eventfd.h>
@@ -10,30 +12,44 @@
 
 namespace {
 
-const int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
+int handlerDescriptor = -1;
+volatile std::sig_atomic_t lastSignal = 0;
 
-int eventHandle = -1;
-
-extern "C" void noteSignal(int)
+extern "C" void noteSignal(int number)
 {
-    const eventfd_t one = 1;
+    lastSignal = number;
+    const eventfd_t value = 1;
     // Nothing can be done about a failure inside a signal handler.
-    [[maybe_unused]] const auto written = write(eventHandle, &one, sizeof one);
+    [[maybe_unused]] const auto written = write(handlerDescriptor, &value, sizeof value);
 }
 
 } // namespace
 
-InterruptWatch::InterruptWatch(QObject *parent)
+InterruptWatch::InterruptWatch(const OutputQueue &output, QObject *parent)
     : QObject(parent)
-    , signalHandle(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    , eventDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    eventHandle = signalHandle;
-    notifier = new QSocketNotifier(signalHandle, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [this] {
-        notifier->setEnabled(false);
-        emit interrupted();
+    handlerDescriptor = eventDescriptor;
+    auto signalNotifier = new QSocketNotifier(eventDescriptor, QSocketNotifier::Read, this);
+    connect(signalNotifier, &QSocketNotifier::activated, this, [this] {
+        eventfd_t count = 0;
+        if (eventfd_read(eventDescriptor, &count) == 0) {
+            emit interrupted(lastSignal);
+        }
     });
-    for (const int number : watchedSignals) {
+    if (!isIgnored(SIGPIPE)) {
+        auto readerNotifier
+            = new QSocketNotifier(output.readerGoneDescriptor(), QSocketNotifier::Read, this);
+        connect(readerNotifier, &QSocketNotifier::activated, this, [this, readerNotifier] {
+            readerNotifier->setEnabled(false);
+            emit interrupted(SIGPIPE);
+        });
+    }
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        if (isIgnored(number)) {
+            continue;
+        }
+        watchedSignals.append(number);
         struct sigaction action = {};
         action.sa_handler = noteSignal;
         action.sa_flags = int(SA_RESETHAND) | SA_RESTART;
@@ -43,9 +59,15 @@ InterruptWatch::InterruptWatch(QObject *parent)
 
 InterruptWatch::~InterruptWatch()
 {
-    for (const int number : watchedSignals) {
+    for (const int number : qAsConst(watchedSignals)) {
         std::signal(number, SIG_DFL);
     }
-    eventHandle = -1;
-    close(signalHandle);
+    handlerDescriptor = -1;
+    close(eventDescriptor);
+}
+
+bool InterruptWatch::isIgnored(int signalNumber)
+{
+    struct sigaction action = {};
+    return sigaction(signalNumber, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }

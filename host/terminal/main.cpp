@@ -1,17 +1,25 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "host/core/imagejob.h"
 #include "host/core/pluginlocator.h"
 #include "host/core/pluginsession.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
+#include "host/terminal/commandtable.h"
 #include "host/terminal/exitstatus.h"
+#include "host/terminal/help.h"
 #include "host/terminal/report.h"
+#include "plugin/iloomwrightplugin.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 
-#include <vector>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -24,59 +32,207 @@ QStringList argumentsOf(int count, char **words)
     return arguments;
 }
 
-int runWithPlugin(const CommandLine &commandLine)
+/// Sets an environment variable, or removes it, while this object lives. The stitcher gets the
+/// user's value again.
+class TemporaryVariable
 {
-    Report report(commandLine.isJson ? Report::Format::Json : Report::Format::Text,
-                  commandLine.isQuiet);
-    report.set(QStringLiteral("command"), commandLine.command);
-    if (!commandLine.problem.isEmpty()) {
-        report.addProblem(commandLine.problem + QLatin1String(" Try --help."));
-        return report.finish(UsageError);
+public:
+    TemporaryVariable(const char *variableName, const char *value)
+        : name(variableName)
+        , wasSet(qEnvironmentVariableIsSet(variableName))
+        , before(qgetenv(variableName))
+    {
+        if (value) {
+            qputenv(name, value);
+        } else {
+            qunsetenv(name);
+        }
     }
+    ~TemporaryVariable()
+    {
+        if (wasSet) {
+            qputenv(name, before);
+        } else {
+            qunsetenv(name);
+        }
+    }
+    TemporaryVariable(const TemporaryVariable &) = delete;
+    TemporaryVariable &operator=(const TemporaryVariable &) = delete;
 
-    if (commandLine.command == QLatin1String("config") && commandLine.outputFile.isEmpty()) {
-        report.keepOutputClean();
+private:
+    const char *name;
+    bool wasSet;
+    QByteArray before;
+};
+
+/// Shows what Qt says before it aborts, and nothing else.
+void showFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "loomwright: %s\n", qPrintable(message));
     }
+}
+
+/// The plug-in creates a widget, which no display is needed for as long as it stays hidden. What the
+/// user has set for programs with windows could make Qt load plug-ins of its own, or abort. Qt gets
+/// none of the user's arguments, since it would take some of them for its own.
+std::unique_ptr<QApplication> createApplication(int *argumentCount, char **arguments)
+{
+    const TemporaryVariable platform("QT_QPA_PLATFORM", "offscreen");
+    const TemporaryVariable theme("QT_QPA_PLATFORMTHEME", nullptr);
+    const TemporaryVariable inputMethod("QT_IM_MODULE", nullptr);
+    const TemporaryVariable generic("QT_QPA_GENERIC_PLUGINS", nullptr);
+    const TemporaryVariable style("QT_STYLE_OVERRIDE", nullptr);
+    // Where the user has no runtime directory, Qt looks for a display's socket in one that it makes
+    // and leaves among the temporary files; here it cannot.
+    const TemporaryVariable temporaryDirectory("TMPDIR", "/dev/null");
+    qInstallMessageHandler(showFatal);
+    auto application = std::make_unique<QApplication>(*argumentCount, arguments);
+    qInstallMessageHandler(nullptr);
+    return application;
+}
+
+/// A standard descriptor that is closed would be taken by the next file that is opened, and what is
+/// written to it would end up there.
+void occupyStandardDescriptors()
+{
+    for (int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1) {
+            // Lowest first, so that it gets this number; writing to it fails, as it should.
+            open("/dev/null", O_RDONLY); // NOLINT(cppcoreguidelines-pro-type-vararg)
+        }
+    }
+}
+
+/// Looks for the plug-in of the target that the user names.
+bool loadTarget(const QString &target, PluginSession *session, QString *problem)
+{
+    QStringList targets;
+    for (const QString &file : installedPlugins(QString())) {
+        PluginSession candidate;
+        if (!candidate.load({file})) {
+            continue;
+        }
+        targets.append(QLatin1Char('"') + candidate.plugin()->getTargetName() + QLatin1Char('"'));
+        if (candidate.plugin()->getTargetName() == target) {
+            const bool loaded = session->load({file});
+            *problem = session->problem();
+            return loaded;
+        }
+    }
+    *problem = QStringLiteral("No plug-in is for the target \"%1\"; there are: %2.")
+                   .arg(target, targets.join(QStringLiteral(", ")));
+    return false;
+}
+
+int runWithPlugin(CommandContext &context)
+{
+    const CommandLine &commandLine = context.commandLine;
+    Report &report = context.report;
     PluginSession session;
     QObject::connect(session.statusManager(), &StatusManager::statusMessage, &session,
                      [&report](const QString &message) { report.addStatus(message); });
     QObject::connect(session.statusManager(), &StatusManager::errorMessage, &session,
                      [&report](const QString &message) { report.addError(message); });
-    if (!session.load(pluginCandidates(commandLine.pluginFile))) {
-        report.addProblem(session.problem());
-        return report.finish(PluginProblem);
+    QString problem;
+    bool loaded = false;
+    if (commandLine.target.isEmpty()) {
+        loaded = session.load(pluginCandidates(commandLine.pluginFile));
+        problem = session.problem();
+    } else {
+        loaded = loadTarget(commandLine.target, &session, &problem);
     }
-    return report.finish(runCommand(commandLine, &session, &report));
+    if (!loaded) {
+        report.addFailure(problem);
+        return PluginProblem;
+    }
+    ImageJob job(&session);
+    context.session = &session;
+    context.job = &job;
+    applyInputs(context);
+    const int status
+        = report.endSignal() == 0 ? commandLine.command->function(context) : int(Failed);
+    noteProblems(context);
+    return status;
+}
+
+int runCommand(const CommandLine &commandLine, Report *report)
+{
+    report->set("command",
+                commandLine.command ? QLatin1String(commandLine.command->name) : QLatin1String());
+    if (!commandLine.problem.isEmpty()) {
+        report->addFailure(commandLine.problem + QLatin1String(" Try --help."));
+        if (commandLine.isCommandUnknown) {
+            report->printHint(commandOverview());
+        }
+        return UsageError;
+    }
+    const bool writesToOutput = commandLine.outputFile.isEmpty()
+        && (commandLine.command->function == writeConfig
+            || commandLine.command->function == writeProjectFile);
+    if (writesToOutput) {
+        report->keepOutputClean();
+    }
+    CommandContext context{commandLine, *report};
+    return commandLine.command->needs == CommandNeeds::Plugin
+        ? runWithPlugin(context)
+        : commandLine.command->function(context);
+}
+
+/// The answer to --version, --help and help; empty when something else is wanted.
+QString informationFor(const CommandLine &commandLine)
+{
+    if (commandLine.isVersionWanted) {
+        return QStringLiteral("loomwright " LOOMWRIGHT_VERSION);
+    }
+    const bool helpCommand
+        = commandLine.command && !commandLine.command->function && commandLine.problem.isEmpty();
+    if (helpCommand && !commandLine.arguments.isEmpty()) {
+        const CommandInfo *command = findCommand(commandLine.arguments.first());
+        return command ? helpText(*command) : QString();
+    }
+    if (commandLine.isHelpWanted && commandLine.command) {
+        return helpText(*commandLine.command);
+    }
+    return commandLine.isHelpWanted || helpCommand ? helpText() : QString();
+}
+
+/// Runs the program; @p endSignal is set to the signal of which it has to die.
+int runProgram(int argumentCount, char **arguments, int *endSignal)
+{
+    // Remarks of Qt on its surroundings do not belong among the messages of the plug-in; the variable
+    // QT_LOGGING_RULES brings them back.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    const CommandLine commandLine = parseCommandLine(argumentsOf(argumentCount, arguments));
+    const QString information = informationFor(commandLine);
+    Report report(information.isEmpty() ? commandLine.format : Report::Format::Text,
+                  commandLine.verbosity);
+    int status = Success;
+    if (!information.isEmpty()) {
+        report.print(information);
+    } else {
+        int qtArgumentCount = 1;
+        char *qtArguments[] = {arguments[0], nullptr};
+        const std::unique_ptr<QApplication> application
+            = createApplication(&qtArgumentCount, qtArguments);
+        status = runCommand(commandLine, &report);
+    }
+    status = report.finish(status);
+    *endSignal = report.endSignal();
+    return status;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    // Remarks of Qt on its surroundings do not belong among the messages of the plug-in; the variable
-    // QT_LOGGING_RULES brings them back.
-    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-
-    // The plug-in creates a widget, which no display is needed for as long as it stays hidden. Qt
-    // gets none of the user's arguments, since it would take some of them for its own.
-    QByteArray program(argv[0]);
-    QByteArray platformOption("-platform");
-    QByteArray platform("offscreen");
-    std::vector<char *> qtArguments{program.data()};
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qtArguments.push_back(platformOption.data());
-        qtArguments.push_back(platform.data());
+    occupyStandardDescriptors();
+    int endSignal = 0;
+    const int status = runProgram(argc, argv, &endSignal);
+    if (endSignal != 0) {
+        // A shell has to see the signal, or its loops go on.
+        std::signal(endSignal, SIG_DFL);
+        std::raise(endSignal);
     }
-    int qtArgumentCount = int(qtArguments.size());
-    qtArguments.push_back(nullptr);
-    const QApplication application(qtArgumentCount, qtArguments.data());
-
-    const CommandLine commandLine = parseCommandLine(argumentsOf(argc, argv));
-    if (commandLine.isHelpWanted || commandLine.isVersionWanted) {
-        Report report(Report::Format::Text, false);
-        report.print(commandLine.isHelpWanted ? helpText()
-                                              : QStringLiteral("loomwright " LOOMWRIGHT_VERSION));
-        return report.finish(AllWell);
-    }
-    return runWithPlugin(commandLine);
+    return status;
 }

@@ -4,34 +4,32 @@
 #include "host/terminal/report.h"
 
 #include "host/terminal/exitstatus.h"
+#include "host/terminal/safetext.h"
 
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <cstdio>
+#include <csignal>
 #include <unistd.h>
 
 namespace {
 
+const int schemaVersion = 1;
+/// How long a program that ends by a signal waits for its reader.
+const int lastWordsMs = 1000;
+
 const char green[] = "\033[32m";
 const char red[] = "\033[31m";
 const char plain[] = "\033[0m";
+const char eraseLine[] = "\r\033[K";
 
-/// The width on screen: what a colour adds does not count.
-int widthOf(const QString &text)
+/// The width on screen: what our own colour adds does not count.
+int widthOf(QString text)
 {
-    int width = 0;
-    bool isEscape = false;
-    for (const QChar character : text) {
-        if (character == QLatin1Char('\033')) {
-            isEscape = true;
-        } else if (!isEscape) {
-            ++width;
-        } else if (character == QLatin1Char('m')) {
-            isEscape = false;
-        }
+    for (const char *code : {green, red, plain}) {
+        text.remove(QLatin1String(code));
     }
-    return width;
+    return text.length();
 }
 
 QString alignedLine(const QStringList &cells, const QVector<int> &widths)
@@ -49,12 +47,62 @@ QString alignedLine(const QStringList &cells, const QVector<int> &widths)
     return line;
 }
 
+QString textOf(const Field &field)
+{
+    if (!field.text.isNull()) {
+        return field.text;
+    }
+    return field.value.isDouble() ? QString::number(field.value.toDouble(), 'f', 0)
+                                  : field.value.toString();
+}
+
+QString kindName(ProblemKind kind)
+{
+    switch (kind) {
+    case ProblemKind::Input:
+        return QStringLiteral("input");
+    case ProblemKind::Message:
+        return QStringLiteral("message");
+    case ProblemKind::Check:
+        return QStringLiteral("check");
+    case ProblemKind::Finding:
+        return QStringLiteral("finding");
+    case ProblemKind::Difference:
+        break;
+    }
+    return QStringLiteral("difference");
+}
+
+QJsonObject toJson(const Record &record)
+{
+    QJsonObject object;
+    for (const Field &field : record) {
+        if (field.name) {
+            object.insert(QLatin1String(field.name), field.value);
+        }
+    }
+    return object;
+}
+
+QJsonObject toJson(const Problem &problem)
+{
+    return toJson(Record{{nullptr, "kind", kindName(problem.kind)},
+                         {nullptr, "ingredient", problem.ingredient},
+                         {nullptr, "key", problem.key},
+                         {nullptr, "text", problem.text},
+                         {nullptr, "required", problem.required},
+                         {nullptr, "actual", problem.actual},
+                         {nullptr, "file", problem.file}});
+}
+
 } // namespace
 
-Report::Report(Format outputFormat, bool quiet)
+Report::Report(Format outputFormat, Verbosity outputVerbosity)
     : format(outputFormat)
-    , isQuiet(quiet)
-    , hasColour(isatty(STDOUT_FILENO) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR")
+    , verbosity(outputVerbosity)
+    , output{STDOUT_FILENO, isatty(STDOUT_FILENO) == 1, true}
+    , errors{STDERR_FILENO, isatty(STDERR_FILENO) == 1, true}
+    , hasColour(output.isTerminal && qEnvironmentVariableIsEmpty("NO_COLOR")
                 && qgetenv("TERM") != "dumb")
     , isStatusOnError(outputFormat == Format::Json)
 {
@@ -65,76 +113,185 @@ void Report::keepOutputClean()
     isStatusOnError = true;
 }
 
+void Report::setSource(Source messageSource)
+{
+    source = messageSource;
+}
+
+bool Report::isVerbose() const
+{
+    return verbosity == Verbosity::Verbose;
+}
+
 void Report::addStatus(const QString &message)
 {
-    addMessage(QStringLiteral("status"), message);
-    if (!isQuiet) {
-        write(isStatusOnError ? stderr : stdout, message.toLocal8Bit());
+    addMessage("status", message);
+    const bool shown = source == Source::Plugin ? isVerbose() : verbosity != Verbosity::Quiet;
+    if (!shown) {
+        return;
+    }
+    Stream *stream = isStatusOnError ? &errors : &output;
+    if (source == Source::Stitcher) {
+        writeUnchanged(stream, message);
+    } else {
+        writeLine(stream, message);
     }
 }
 
 void Report::addError(const QString &message)
 {
-    ++errors;
-    addMessage(QStringLiteral("error"), message);
-    if (format == Format::Text || !isQuiet) {
-        write(stderr, message.toLocal8Bit());
+    addMessage("error", message);
+    if (format == Format::Json && verbosity == Verbosity::Quiet) {
+        return;
+    }
+    if (source == Source::Stitcher) {
+        writeUnchanged(&errors, message);
+    } else {
+        writeLine(&errors, message);
     }
 }
 
-void Report::addProblem(const QString &text)
+void Report::addFailure(const QString &text)
 {
-    set(QStringLiteral("problem"), text);
-    write(stderr, "loomwright: " + text.toLocal8Bit());
+    problems.append(
+        toJson(Record{{nullptr, "kind", QStringLiteral("failure")}, {nullptr, "text", text}}));
+    printError(text);
 }
 
-int Report::errorCount() const
+void Report::printError(const QString &text)
 {
-    return errors;
+    writeLine(&errors, QLatin1String("loomwright: ") + text);
 }
 
-void Report::addMessage(const QString &channel, const QString &message)
+void Report::printHint(const QString &text)
+{
+    if (format == Format::Text) {
+        writeLine(&errors, text);
+    }
+}
+
+void Report::noteProblem(const Problem &problem)
+{
+    problems.append(toJson(problem));
+}
+
+void Report::addWarning(const QString &text)
+{
+    warnings.append(text);
+    if (format == Format::Text || verbosity != Verbosity::Quiet) {
+        writeLine(&errors, QLatin1String("loomwright: warning: ") + text);
+    }
+}
+
+void Report::showProgress(const QString &text)
+{
+    if (!errors.isTerminal || verbosity == Verbosity::Quiet
+        || (text.isEmpty() && !isProgressShown)) {
+        return;
+    }
+    isProgressShown = !text.isEmpty();
+    writer.write(errors.descriptor, eraseLine + safeLine(text).toLocal8Bit());
+}
+
+void Report::addMessage(const char *channel, const QString &message)
 {
     if (format == Format::Json) {
-        messages.append(
-            QJsonObject{{QStringLiteral("channel"), channel}, {QStringLiteral("text"), message}});
+        messages.append(toJson(
+            Record{{nullptr, "channel", QLatin1String(channel)}, {nullptr, "text", message}}));
     }
 }
 
 void Report::print(const QString &line)
 {
     if (format == Format::Text) {
-        write(stdout, line.toLocal8Bit());
+        writeLine(&output, line);
     }
 }
 
-void Report::print(const Table &table)
+void Report::printUnlessQuiet(const QString &line)
 {
-    QVector<int> widths(table.titles.count(), 0);
-    const auto widen = [&widths](const QStringList &cells) {
-        for (int column = 0; column < cells.count(); ++column) {
-            widths[column] = std::max(widths.at(column), widthOf(cells.at(column)));
-        }
-    };
-    widen(table.titles);
-    std::for_each(table.rows.begin(), table.rows.end(), widen);
-
-    print(alignedLine(table.titles, widths));
-    for (const QStringList &row : table.rows) {
-        print(alignedLine(row, widths));
+    if (verbosity != Verbosity::Quiet) {
+        print(line);
     }
 }
 
 void Report::printRaw(const QByteArray &bytes)
 {
     if (format == Format::Text) {
-        write(stdout, bytes);
+        startLine(&output);
+        write(&output,
+              output.isTerminal ? safeText(QString::fromLocal8Bit(bytes)).toLocal8Bit() : bytes);
     }
 }
 
-void Report::set(const QString &name, const QJsonValue &value)
+void Report::set(const char *name, const QJsonValue &value)
 {
-    document.insert(name, value);
+    document.insert(QLatin1String(name), value);
+}
+
+void Report::add(const Record &record)
+{
+    QVector<QStringList> lines;
+    for (const Field &field : record) {
+        if (field.name) {
+            set(field.name, field.value);
+        }
+        if (field.title) {
+            lines.append({QLatin1String(field.title), textOf(field)});
+        }
+    }
+    printLines(lines);
+}
+
+void Report::printTable(const std::vector<Record> &rows)
+{
+    QVector<QStringList> lines;
+    for (const Record &row : rows) {
+        QStringList titles;
+        QStringList cells;
+        for (const Field &field : row) {
+            if (field.title) {
+                titles.append(QLatin1String(field.title));
+                cells.append(textOf(field));
+            }
+        }
+        if (lines.isEmpty()) {
+            lines.append(titles);
+        }
+        lines.append(cells);
+    }
+    printLines(lines);
+}
+
+void Report::setList(const char *name, const std::vector<Record> &rows)
+{
+    QJsonArray list;
+    for (const Record &row : rows) {
+        list.append(toJson(row));
+    }
+    set(name, list);
+}
+
+/// Prints cells in aligned columns.
+void Report::printLines(const QVector<QStringList> &lines)
+{
+    if (format != Format::Text || lines.isEmpty()) {
+        return;
+    }
+    QVector<QStringList> shown = lines;
+    QVector<int> widths(lines.first().count(), 0);
+    for (QStringList &cells : shown) {
+        for (int column = 0; column < cells.count(); ++column) {
+            QString &cell = cells[column];
+            const bool isOurs = hasColour && cell.startsWith(QLatin1Char('\033'));
+            cell = output.isTerminal && !isOurs ? safeLine(cell) : cell;
+            widths[column] = std::max(widths.at(column), widthOf(cell));
+        }
+    }
+    startLine(&output);
+    for (const QStringList &cells : qAsConst(shown)) {
+        write(&output, alignedLine(cells, widths).toLocal8Bit() + '\n');
+    }
 }
 
 QString Report::good(const QString &text) const
@@ -152,28 +309,73 @@ QString Report::coloured(const char *code, const QString &text) const
     return hasColour ? QLatin1String(code) + text + QLatin1String(plain) : text;
 }
 
-/// Writes at once, so that both streams stay in step; a line that is not ended yet is ended.
-void Report::write(std::FILE *stream, const QByteArray &bytes)
+/// Ends a line that the stitcher has left open.
+void Report::startLine(Stream *stream)
 {
-    const QByteArray text = bytes.endsWith('\n') ? bytes : bytes + '\n';
-    const bool isWritten
-        = std::fwrite(text.constData(), 1, size_t(text.size()), stream) == size_t(text.size())
-        && std::fflush(stream) == 0;
-    if (!isWritten && stream == stdout) {
-        hasWriteFailed = true;
+    if (!stream->isAtLineStart) {
+        write(stream, "\n");
     }
+}
+
+/// Writes a text that begins on a line of its own and ends its line.
+void Report::writeLine(Stream *stream, const QString &text)
+{
+    const QByteArray bytes = (stream->isTerminal ? safeText(text) : text).toLocal8Bit();
+    startLine(stream);
+    write(stream, bytes.endsWith('\n') ? bytes : bytes + '\n');
+}
+
+void Report::writeUnchanged(Stream *stream, const QString &text)
+{
+    write(stream, (stream->isTerminal ? safeText(text) : text).toLocal8Bit());
+}
+
+void Report::write(Stream *stream, const QByteArray &bytes)
+{
+    if (bytes.isEmpty()) {
+        return;
+    }
+    showProgress(QString());
+    stream->isAtLineStart = bytes.endsWith('\n');
+    writer.write(stream->descriptor, bytes);
+}
+
+const OutputQueue &Report::queue() const
+{
+    return writer;
+}
+
+void Report::setEndSignal(int signalNumber)
+{
+    endSignalNumber = signalNumber;
+}
+
+int Report::endSignal() const
+{
+    return endSignalNumber;
 }
 
 int Report::finish(int exitStatus)
 {
+    showProgress(QString());
     if (format == Format::Json) {
-        set(QStringLiteral("exitStatus"), exitStatus);
-        set(QStringLiteral("messages"), messages);
-        write(stdout, QJsonDocument(document).toJson());
+        set("schemaVersion", schemaVersion);
+        set("exitStatus", exitStatus);
+        set("problems", problems);
+        set("warnings", warnings);
+        set("messages", messages);
+        writeLine(&output, QString::fromUtf8(QJsonDocument(document).toJson()));
     }
-    if (hasWriteFailed) {
-        write(stderr, "loomwright: standard output could not be written.");
-        return exitStatus == AllWell ? Failed : exitStatus;
+    writer.drain(endSignalNumber == 0 ? -1 : lastWordsMs);
+    if (writer.isReaderGone() && endSignalNumber == 0) {
+        struct sigaction action = {};
+        sigaction(SIGPIPE, nullptr, &action);
+        endSignalNumber = action.sa_handler == SIG_IGN ? 0 : SIGPIPE;
+    }
+    if (writer.hasFailed(output.descriptor) && endSignalNumber == 0) {
+        writeLine(&errors, QStringLiteral("loomwright: standard output could not be written."));
+        writer.drain(-1);
+        return exitStatus == Success ? Failed : exitStatus;
     }
     return exitStatus;
 }

@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/terminal/commandtable.h"
+
+#include "host/terminal/commands.h"
+#include "host/terminal/optionnames.h"
+
+#include <limits>
+
+namespace {
+
+const int anyNumber = std::numeric_limits<int>::max();
+
+OptionInfo outputOption(const char *description)
+{
+    return {OptionName::output, "o", "FILE", description};
+}
+
+std::vector<OptionInfo> buildOptions()
+{
+    return {
+        {OptionName::output, "o", "FILE", "Short form of --image."},
+        {OptionName::dryRun, nullptr, nullptr,
+         "Show checks, configuration and command line; start nothing."},
+        {OptionName::noCheck, nullptr, nullptr,
+         "Build although checks fail or the plug-in reported errors."},
+        {OptionName::stitcher, nullptr, "FILE",
+         "The stitcher, instead of the one in the search path."},
+        {OptionName::timeout, nullptr, "SECONDS", "Stop a stitcher that runs longer than this."},
+        {OptionName::manifest, nullptr, "FILE", "Write a manifest of a successful build."},
+        {OptionName::keepWork, nullptr, nullptr, "Keep the work directory and show where it is."},
+    };
+}
+
+} // namespace
+
+const std::vector<CommandInfo> &commandTable()
+{
+    static const std::vector<CommandInfo> table{
+        {"info",
+         "",
+         0,
+         0,
+         "show plug-in information",
+         "Shows target, version, author and file of the plug-in, and the data views that\n"
+         "it offers with the given inputs.",
+         {},
+         "loomwright info",
+         CommandNeeds::Plugin,
+         showInfo},
+        {"targets",
+         "",
+         0,
+         0,
+         "list the plug-ins in the plug-in directory",
+         "Lists the targets for which there is a plug-in; --target takes one of the names.\n"
+         "The plug-in directory is that of --plugin or LOOMWRIGHT_PLUGIN, else those of\n"
+         "the program and of the installation.",
+         {},
+         "loomwright targets",
+         CommandNeeds::Nothing,
+         listTargets},
+        {"ingredients",
+         "",
+         0,
+         0,
+         "list ingredients, their values and what they must be",
+         "Lists group, name, key and value of every ingredient, and what the value must\n"
+         "be. Hidden ingredients are marked.",
+         {},
+         "loomwright -d drop ingredients",
+         CommandNeeds::Plugin,
+         listIngredients},
+        {"check",
+         "",
+         0,
+         0,
+         "check all files",
+         "Runs the plug-in's checks and those of this program, and lists what blocks a\n"
+         "build. With --verbose the checks that passed are listed as well.",
+         {},
+         "loomwright -d drop --image image.bin check",
+         CommandNeeds::Plugin,
+         runCheck},
+        {"validate",
+         "FILE...",
+         1,
+         anyNumber,
+         "validate legacy XML data files",
+         "Validates each file for itself; \"-\" is standard input.",
+         {},
+         "loomwright validate platform/*.xml",
+         CommandNeeds::Plugin,
+         validateFiles},
+        {"config",
+         "",
+         0,
+         0,
+         "write the stitcher configuration",
+         "Writes to standard output without -o. The legacy XML data file is not part of a\n"
+         "configuration; a project file holds all values.",
+         {outputOption("The file to write.")},
+         "loomwright -d drop config -o config.txt",
+         CommandNeeds::Plugin,
+         writeConfig},
+        {"project",
+         "",
+         0,
+         0,
+         "write the current values as a project file",
+         "Writes to standard output without -o. Paths are relative to the file, or to the\n"
+         "current directory.",
+         {outputOption("The file to write.")},
+         "loomwright -d drop --image image.bin project -o d1.json",
+         CommandNeeds::Plugin,
+         writeProjectFile},
+        {"build", "", 0, 0, "check, then run the stitcher and wait for its end",
+         "Builds only when nothing is wrong; see --no-check. When a build fails, an older\n"
+         "image is put back, and what the build wrote is kept as IMAGE.partial.",
+         buildOptions(), "loomwright -d drop build -o image.bin --manifest image.json",
+         CommandNeeds::Plugin, buildImage},
+        {"verify",
+         "FILE",
+         1,
+         1,
+         "compare image and inputs with a manifest",
+         "Shows which of the files are not what the manifest records.",
+         {},
+         "loomwright verify image.json",
+         CommandNeeds::Nothing,
+         verifyManifest},
+        {"help",
+         "[COMMAND]",
+         0,
+         1,
+         "show help for a command",
+         "Shows what a command does, its options and an example.",
+         {},
+         "loomwright help build",
+         CommandNeeds::Nothing,
+         nullptr},
+    };
+    return table;
+}
+
+const CommandInfo *findCommand(const QString &name)
+{
+    for (const CommandInfo &command : commandTable()) {
+        if (name == QLatin1String(command.name)) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+QStringList commandNames()
+{
+    QStringList names;
+    for (const CommandInfo &command : commandTable()) {
+        names.append(QLatin1String(command.name));
+    }
+    return names;
+}
+
+const std::vector<OptionInfo> &inputOptions()
+{
+    static const std::vector<OptionInfo> options{
+        {OptionName::project, "p", "FILE", "Load a project file or a manifest."},
+        {OptionName::config, "c", "FILE",
+         "Load a stitcher configuration; \"-\" is standard input."},
+        {OptionName::directory, "d", "DIR",
+         "Fill ingredients from the files of a directory, by name."},
+        {OptionName::file, "f", "FILE", "Fill the ingredient that the file's name fits.", true},
+        {OptionName::set, "s", "NAME=VALUE", "Set one ingredient by its name or key.", true, true},
+        {OptionName::image, nullptr, "FILE", "Set the image to write."},
+        {OptionName::locked, nullptr, nullptr,
+         "Refuse inputs that differ from the manifest of --project."},
+    };
+    return options;
+}
+
+const std::vector<OptionInfo> &generalOptions()
+{
+    static const std::vector<OptionInfo> options{
+        {OptionName::plugin, nullptr, "FILE", "Load this plug-in."},
+        {OptionName::target, nullptr, "NAME", "Load the plug-in for this target."},
+        {OptionName::json, nullptr, nullptr, "Print one JSON document on standard output."},
+        {OptionName::verbose, "v", nullptr,
+         "Show the plug-in's status messages and the checks that passed."},
+        {OptionName::quiet, "q", nullptr, "Show only failures and the result."},
+        {OptionName::help, "h", nullptr, "Show help, for a command if one is given."},
+        {OptionName::version, nullptr, nullptr, "Show the program's version."},
+    };
+    return options;
+}
+
+QString optionUsage(const OptionInfo &option)
+{
+    QString usage = option.shortName
+        ? QStringLiteral("-%1, --").arg(QLatin1String(option.shortName))
+        : QStringLiteral("    --");
+    usage += QLatin1String(option.name);
+    return option.value ? usage + QLatin1Char(' ') + QLatin1String(option.value) : usage;
+}

@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/filehasher.h"
+#include "host/core/imagejob.h"
+#include "host/core/manifest.h"
+#include "host/core/projectfile.h"
+#include "host/terminal/commandline.h"
+#include "host/terminal/commands.h"
+#include "host/terminal/commandtable.h"
+#include "host/terminal/exitstatus.h"
+#include "host/terminal/interruptwatch.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+void refuse(CommandContext &context, const QString &text)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Input;
+    problem.text = text;
+    problem.mustBeFixed = true;
+    context.job->addProblem(problem);
+}
+
+void addProblems(CommandContext &context, const QVector<Problem> &problems)
+{
+    for (const Problem &problem : problems) {
+        context.job->addProblem(problem);
+    }
+}
+
+/// Compares the values that are set now with the manifest.
+void checkLock(CommandContext &context, const Project &manifest)
+{
+    if (!manifest.build) {
+        refuse(context,
+               QStringLiteral("%1 is not a manifest, so it locks no inputs.")
+                   .arg(context.commandLine.projectFile));
+        return;
+    }
+    QVector<RecordedFile> inputs;
+    addProblems(context, differencesInValues(manifest, context.job->ingredients(), &inputs));
+    QList<FileHash> hashes;
+    if (!hashFiles(context, pathsOf(inputs), &hashes)) {
+        refuse(context, QStringLiteral("The inputs were not compared: it was interrupted."));
+        return;
+    }
+    addProblems(context, differencesInFiles(inputs, hashes));
+}
+
+void loadProject(CommandContext &context, Project *project)
+{
+    const QString file = context.commandLine.projectFile;
+    const QString problem = readProject(file, project);
+    if (!problem.isEmpty()) {
+        refuse(context, problem);
+        return;
+    }
+    context.job->loadProject(*project, file);
+}
+
+void loadConfig(CommandContext &context, const QString &file)
+{
+    if (file != QLatin1String(standardInputName)) {
+        context.job->loadConfig(file);
+        return;
+    }
+    const QTemporaryDir directory;
+    context.job->loadConfig(standardInputFile(directory.path()));
+}
+
+/// The plug-in's own errors were shown as they came.
+void printRefusals(CommandContext &context)
+{
+    const QVector<Problem> problems = context.job->problems();
+    for (const Problem &problem : problems) {
+        if (problem.kind == ProblemKind::Input) {
+            context.report.printError(problem.text);
+        } else if (problem.kind == ProblemKind::Difference) {
+            context.report.printError(problem.ingredient + QLatin1String(": ") + problem.text
+                                      + QLatin1String(": ") + problem.file);
+        }
+    }
+}
+
+} // namespace
+
+void applyInputs(CommandContext &context)
+{
+    const CommandLine &commandLine = context.commandLine;
+    ImageJob &job = *context.job;
+    Project project;
+    if (!commandLine.projectFile.isEmpty()) {
+        loadProject(context, &project);
+    }
+    if (!commandLine.configInput.isEmpty()) {
+        loadConfig(context, commandLine.configInput);
+    }
+    if (!commandLine.directory.isEmpty()) {
+        job.fillFromDirectory(commandLine.directory);
+    }
+    for (const QString &file : commandLine.files) {
+        job.addFile(file);
+    }
+    for (const auto &setting : commandLine.settings) {
+        job.setValue(setting.first, setting.second);
+    }
+    if (!commandLine.imageFile.isEmpty()) {
+        job.setImage(commandLine.imageFile);
+    }
+    if (commandLine.command->function == buildImage && !commandLine.outputFile.isEmpty()) {
+        job.setImage(commandLine.outputFile);
+    }
+    if (commandLine.isLocked && !project.target.isEmpty()) {
+        checkLock(context, project);
+    }
+    printRefusals(context);
+}
+
+int inputStatus(const CommandContext &context)
+{
+    const QVector<Problem> problems = context.job->problems();
+    const bool wrong = std::any_of(problems.begin(), problems.end(), [](const Problem &problem) {
+        return problem.kind != ProblemKind::Check && problem.kind != ProblemKind::Finding;
+    });
+    return wrong ? Failed : Success;
+}
+
+void noteProblems(CommandContext &context)
+{
+    if (!context.job || context.areProblemsNoted) {
+        return;
+    }
+    context.areProblemsNoted = true;
+    const QVector<Problem> problems = context.job->problems();
+    for (const Problem &problem : problems) {
+        context.report.noteProblem(problem);
+    }
+}
+
+bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes)
+{
+    QEventLoop loop;
+    FileHasher hasher;
+    bool finished = false;
+    QObject::connect(&hasher, &FileHasher::progress, &loop, [&](qint64 done, qint64 total) {
+        context.report.showProgress(
+            QStringLiteral("Hashing: %1%").arg(total > 0 ? done * 100 / total : 100));
+    });
+    QObject::connect(&hasher, &FileHasher::finished, &loop, [&](const QList<FileHash> &result) {
+        *hashes = result;
+        finished = true;
+        loop.quit();
+    });
+    InterruptWatch interrupts(context.report.queue());
+    QObject::connect(&interrupts, &InterruptWatch::interrupted, &loop, [&](int signalNumber) {
+        context.report.setEndSignal(signalNumber);
+        hasher.cancel();
+        loop.quit();
+    });
+    hasher.start(files);
+    loop.exec();
+    context.report.showProgress(QString());
+    return finished;
+}
+
+QString standardInputFile(const QString &directory)
+{
+    QFile input;
+    QFile copy(QDir(directory).filePath(QStringLiteral("standard-input")));
+    if (input.open(stdin, QIODevice::ReadOnly) && copy.open(QIODevice::WriteOnly)) {
+        copy.write(input.readAll());
+    }
+    return copy.fileName();
+}

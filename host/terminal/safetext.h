@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// @p text for a terminal: control characters, which could move the cursor, change what was printed
+/// or worse, are shown as \u001b and so on, and so are those that reverse the direction of text.
+/// Line feeds and tabs stay.
+QString safeText(const QString &text);
+
+/// The same for a text that stands in one line of a table: line feeds and tabs are shown as well.
+QString safeLine(const QString &text);

@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/imagejob.h"
+#include "host/core/pluginlocator.h"
+#include "host/core/pluginsession.h"
+#include "host/terminal/commandline.h"
+#include "host/terminal/commands.h"
+#include "host/terminal/exitstatus.h"
+#include "host/terminal/report.h"
+#include "model/choice.h"
+#include "model/filepath.h"
+#include "plugin/idataview.h"
+#include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
+
+namespace {
+
+Field listField(const char *title, const char *name, const QStringList &texts)
+{
+    return {title, name, QJsonArray::fromStringList(texts),
+            texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "))};
+}
+
+QStringList viewNames(PluginSession *session)
+{
+    QStringList names;
+    const QList<IDataView *> views = session->ingredientManager()->getSupportedViews();
+    for (IDataView *view : views) {
+        names.append(view->getDisplayName());
+    }
+    return names;
+}
+
+Record recordOf(const Ingredient &ingredient)
+{
+    Record record{
+        {"Group", "group", ingredient.group},
+        {"Ingredient", "name", ingredient.name,
+         ingredient.isVisible ? ingredient.name : ingredient.name + QLatin1String(" (hidden)")},
+        {"Key", "key", ingredient.key},
+        {"Value", "value", textOf(ingredient.value)},
+        {"Must be", nullptr, {}, demandOf(ingredient.value)},
+        {nullptr, "kind", kindName(kindOf(ingredient.value))},
+        {nullptr, "visible", ingredient.isVisible}};
+    if (kindOf(ingredient.value) == ValueKind::File) {
+        const auto file = ingredient.value.value<FilePath>();
+        record.push_back({nullptr, "input", file.isInput});
+        record.push_back({nullptr, "required", file.isRequired});
+        record.push_back(
+            {nullptr, "exactSize", file.exactSize > 0 ? QJsonValue(file.exactSize) : QJsonValue()});
+        record.push_back({nullptr, "filter", file.fileFilter});
+    } else if (kindOf(ingredient.value) == ValueKind::Choice) {
+        record.push_back(listField(nullptr, "choices", ingredient.value.value<Choice>().choices));
+    }
+    return record;
+}
+
+} // namespace
+
+int showInfo(CommandContext &context)
+{
+    PluginSession *session = context.session;
+    ILoomwrightPlugin *plugin = session->plugin();
+    context.report.add(
+        {{"Target", "target", plugin->getTargetName()},
+         {"Version", "version", plugin->getPluginVersion()},
+         {"Author", "author", plugin->getAuthor()},
+         listField("Host interface", "hostInterfaces", plugin->getTargetAPIVersions()),
+         {"Identifier", "identifier", QStringLiteral(ILoomwrightPlugin_iid)},
+         {"Qt", "qt", QLatin1String(qVersion())},
+         {"File", "file", session->fileName()},
+         listField("Data views", "dataViews", viewNames(session))});
+    return inputStatus(context);
+}
+
+int listTargets(CommandContext &context)
+{
+    std::vector<Record> rows;
+    int status = Success;
+    for (const QString &file : installedPlugins(context.commandLine.pluginFile)) {
+        PluginSession session;
+        if (!session.load({file})) {
+            context.report.addFailure(session.problem());
+            status = Failed;
+            continue;
+        }
+        rows.push_back({{"Target", "target", session.plugin()->getTargetName()},
+                        {"Version", "version", session.plugin()->getPluginVersion()},
+                        {"File", "file", file}});
+    }
+    if (rows.empty()) {
+        context.report.print(QStringLiteral("No plug-in found."));
+    }
+    context.report.printTable(rows);
+    context.report.setList("targets", rows);
+    return status;
+}
+
+int listIngredients(CommandContext &context)
+{
+    std::vector<Record> rows;
+    for (const Ingredient &ingredient : context.job->ingredients()) {
+        rows.push_back(recordOf(ingredient));
+    }
+    context.report.printTable(rows);
+    context.report.setList("ingredients", rows);
+    return inputStatus(context);
+}
