@@ -8,7 +8,7 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
-test_packages="xvfb xauth"
+test_packages="xvfb xauth python3-jsonschema"
 # shellcheck disable=SC2034
 check_packages="clang-format clang-tidy cppcheck shellcheck devscripts"
 # shellcheck disable=SC2034

@@ -1,25 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "files.h"
+#include "hostprogram.h"
 #include "row.h"
-
-#include <QtTest>
 
 #include <csignal>
 
 namespace {
-
-struct Run {
-    int status = -1;
-    QString output;
-    QString errors;
-
-    QJsonObject json() const
-    {
-        return QJsonDocument::fromJson(output.toUtf8()).object();
-    }
-};
 
 QStringList textsOf(const QJsonArray &messages, const QString &channel)
 {
@@ -41,18 +28,11 @@ class TestTerminal : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(makeSample(samples.filePath("good")));
-        QVERIFY(makeSample(samples.filePath("broken"), true));
-        writeFile(samples.filePath("deep.xml"), QByteArray("<a>").repeated(200000));
+        writeFile(host.samples.filePath("deep.xml"), QByteArray("<a>").repeated(200000));
     }
     void init()
     {
-        folder.reset(new QTemporaryDir);
-        environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("PATH", folder->path() + ":" + environment.value("PATH"));
-        environment.insert("TMPDIR", folder->path());
-        environment.remove("QT_QPA_PLATFORM");
-        environment.remove("DISPLAY");
+        host.reset();
     }
 
     void commands_data()
@@ -63,63 +43,204 @@ private slots:
         QTest::addColumn<QString>("errors");
         const QString none = "^$";
         const QString wrong = "Try --help";
-        row("help", "--help", 0, "Exit status:\n  0  all well", none);
+        row("help", "--help", 0, "Commands:\n  info .*Exit status:\n  0  success", none);
+        row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
+        row("the same", "build --help", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
+        row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("version", "--version", 0, "^loomwright \\d+\\.\\d+\\.\\d+\n$", none);
-        row("no command", "", 2, none, wrong);
-        row("unknown command", "frob", 2, none, "\"frob\".*" + wrong);
-        row("unknown option", "--frob info", 2, none, "frob.*" + wrong);
+        row("no command", "", 2, none, wrong + ".*Commands:\n  info");
+        row("mistyped command", "bild", 2, none,
+            "Unknown command \"bild\". Did you mean \"build\"\\? " + wrong + ".*Commands:");
+        row("unknown option", "--frob info", 2, none, "\"--frob\".*" + wrong);
+        row("mistyped option", "--manifets build", 2, none, "Did you mean \"--manifest\"\\?");
         row("validate what", "validate", 2, none, wrong);
-        row("too many", "info me", 2, none, "\"me\".*" + wrong);
+        row("too many", "info me", 2, none, "unexpected argument \"me\".*" + wrong);
         row("set what", "-s novalue info", 2, none, "novalue.*" + wrong);
         row("timeout of no number", "build --timeout x", 2, none, wrong);
         row("timeout past int", "build --timeout 1e9", 2, none, wrong);
-        row("timeout elsewhere", "check --timeout 1", 2, none, wrong);
+        row("timeout elsewhere", "check --timeout 1", 2, none, "check does not take --timeout");
+        row("inputs elsewhere", "-d GOOD targets", 2, none, "targets does not take --directory");
         row("twice", "-d a -d b info", 2, none, wrong);
         row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
-        row("info", "info", 0, "^   Status bridge.*Veldmark D1 Phone", none);
-        row("ingredients", "-q ingredients", 0,
+        row("standard input twice", "-c - validate -", 2, none, "only once");
+        row("quiet and verbose", "-q -v info", 2, none, "exclude each other");
+        row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
+        row("info, verbose", "-v info", 0, "^   Status bridge.*Veldmark D1 Phone", none);
+        row("data views", "-d GOOD info", 0, "Data views +\\w", none);
+        row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
+        row("target", "--target Nowhere info", 3, none, "\"Nowhere\"; there are: \"Veldmark");
+        row("ingredients", "ingredients", 0,
             "Binary Files +Host FW +Host FW Boot +input file, required, "
             "102400 bytes, Binary File",
             none);
-        row("check", "-q -d GOOD -s ImageName=i.bin check", 0,
-            "\npass .*14 checks: 14 passed, 0 failed\n$", none);
-        row("check of the broken one", "-q -d BROKEN -s ImageName=i.bin check", 1,
+        row("check", "-d GOOD --image i.bin check", 0, "^14 checks: 14 passed, 0 failed\n$", none);
+        row("check, verbose", "-v -d GOOD --image i.bin check", 0,
+            "Status bridge.*\npass .*14 checks: 14 passed, 0 failed\n$", none);
+        row("check of the broken one", "-d BROKEN --image i.bin check", 1,
             "FAIL +Presigned Controller FW +File size is incorrect .*has 95000 bytes, must have "
-            "95232 bytes.*\nFAIL +Presigned Secure Annex +File path is empty\n",
+            "95232 bytes.*\nFAIL +Presigned Secure Annex +File path is empty\n.*"
+            "FAIL +Legacy XML Data File +ERROR: Offset.*and 2 more.*"
+            "FAIL +Host FW +There is another candidate .*/HostFW_1.4.2.bin\n",
             "Duplicate Ingredient found! Host FW Boot.*Offset mismatch!.*Size mismatch!");
+        row("a later value settles two candidates",
+            "-d BROKEN --image i.bin -s HostFW=x -f BROKEN/firmware/host/HostFW_1.4.2.bin check", 1,
+            "^(?!.*another candidate)", "has the name or key \"HostFW\"");
         row("validate", "validate GOOD/platform/veldmark-d1.xml", 0,
-            "Validating .*Analyzed 2 nodes.*The file is sound.\n$", none);
-        row("validate the broken one", "-q validate BROKEN/platform/veldmark-d1.xml", 1,
-            "^The file is not sound.\n$", "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n$");
-        row("validate 200,000 levels", "-q validate DEEP", 1, "^The file is not sound.\n$",
-            "^ERROR: XML Document content could not be set!\n$");
-        row("config alone on standard output", "-d GOOD config", 0,
-            "^'This file was generated.*HostFW_1.4.2.bin\n.*Anchor", "Status bridge registered");
+            "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
+        row("validate quietly", "-q validate GOOD/platform/veldmark-d1.xml", 0,
+            "^\\S*veldmark-d1.xml: valid\n$", none);
+        row("validate three",
+            "-q validate BROKEN/platform/veldmark-d1.xml "
+            "GOOD/platform/veldmark-d1.xml DEEP",
+            1, "^\\S*: not valid\n\\S*: valid\n\\S*: not valid\n$",
+            "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n"
+            "ERROR: XML Document content could not be set!\n$");
+        row("config alone on standard output", "-v -d GOOD config", 0,
+            "^'This file was generated.*HostFW_1.4.2.bin\n.*Anchor",
+            "Status bridge registered.*\"Legacy XML Data File\" is not part of a configuration");
+        row("config that cannot be read back", "-s Flash-Layer=/a=b config", 0,
+            "Flash-Layer = /a=b",
+            "\"Host FW Supplemental\" cannot be read back from a configuration: /a=b");
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
-            "name or key \"HostFW\".*No configuration is written");
+            "name or key \"HostFW\".*No configuration is written: see the errors above");
         row("mapping fails", "-q -f nothing.at.all ingredients", 1, "Host FW",
             "nothing.at.all did not map to any ingredients!");
+        row("no such directory", "-d nowhere ingredients", 1, "Host FW",
+            "No ingredients were found\n.*nowhere was refused: there is no such directory");
         row("by key, with equals signs", "-q -s Flash-Layer=/a=b ingredients", 0,
             "Flash-Layer +/a=b ", none);
         row("relative paths", "-q -f HostFW_1.bin ingredients", 0,
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",
-            "Nothing is stitched: see the failures above");
+            "Not building: see the errors above. Use --no-check to build anyway.\n$");
+        row("build with a refused input", "-q -d GOOD -s XML=x build --no-check", 1, "FAIL",
+            "Not building: see the errors above.\n$");
+        row("stitcher that is none", "-q build --no-check -o i --stitcher /etc/passwd", 1, none,
+            "/etc/passwd is not executable");
     }
     void commands()
     {
         QFETCH(QString, arguments);
         QFETCH(QString, output);
         QFETCH(QString, errors);
-        const Run run = start(words(arguments));
-        const auto matches = [](const QString &text, const QString &pattern) {
-            return QRegularExpression(pattern, QRegularExpression::DotMatchesEverythingOption)
-                .match(text)
-                .hasMatch();
-        };
+        arguments.replace("DEEP", host.samples.filePath("deep.xml"));
+        const Run run = host.start(arguments);
         QVERIFY2(matches(run.output, output), qPrintable(run.output));
         QVERIFY2(matches(run.errors, errors), qPrintable(run.errors));
         QTEST(run.status, "status");
+    }
+
+    void standardInput()
+    {
+        const QByteArray xml = readFile(host.samples.filePath("good/platform/veldmark-d1.xml"));
+        QCOMPARE(host.start("-q validate -", xml).output, QString("-: valid\n"));
+        QCOMPARE(host.start("-q validate -").status, 1);
+        const Run run = host.start("-q -c - ingredients", "Flash-Layer = /a\n");
+        QVERIFY2(matches(run.output, "Flash-Layer +/a "), qPrintable(run.output));
+        QCOMPARE(run.status, 0);
+    }
+
+    /// What must not be written, because it would overwrite what it is made of.
+    void overwriting_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        row("image is an input", "-d drop build -o in.bin");
+        row("image is a hard link to one", "-d drop build -o hard.bin");
+        row("configuration", "-d drop -o soft.bin config");
+        row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
+        row("project", "-d drop -o in.bin project");
+        row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
+        row("manifest is the image", "-d drop --image i.bin build --no-check --manifest i.bin");
+    }
+    void overwriting()
+    {
+        QFETCH(QString, arguments);
+        QDir(host.folder->path()).mkdir("drop");
+        writeStitcher(host.folder->path(), "touch " + host.path("started").toUtf8());
+        const QString input = writeFile(host.path("drop/HostFW_1.bin"), "precious");
+        writeFile(host.path("config.txt"), "Flash-Layer = /a\n");
+        QFile::link("drop/HostFW_1.bin", host.path("in.bin"));
+        QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
+        QCOMPARE(link(qPrintable(input), qPrintable(host.path("hard.bin"))), 0);
+        const Run run = host.start("-q " + arguments);
+        QCOMPARE(run.status, 1);
+        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs"),
+                 qPrintable(run.output + run.errors));
+        QCOMPARE(readFile(input), QByteArray("precious"));
+        QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));
+        QVERIFY(!QFile::exists(host.path("started")));
+    }
+
+    void controlCharacters()
+    {
+        const QString drop = host.path("a\nImageName = b");
+        QDir().mkdir(drop);
+        writeFile(drop + "/HostFW_1.bin", "x");
+        for (const QString command : {"config", "build --no-check"}) {
+            const Run run = host.start(QStringList{"-q", "-d", drop} + command.split(' '));
+            QCOMPARE(run.status, 1);
+            QVERIFY2(matches(run.output + run.errors, "Host FW.*control character"),
+                     qPrintable(run.output + run.errors));
+        }
+    }
+
+    /// On a terminal, which script(1) provides, and in a pipe.
+    void escapeSequences()
+    {
+        QDir(host.folder->path()).mkdir("drop");
+        writeFile(host.path("drop/HostFW_\033[2Jx.bin"), "x");
+        const Run pipe = host.start("-d drop ingredients");
+        QVERIFY(pipe.output.contains("HostFW_\033[2Jx.bin"));
+        const Run terminal = host.shell("script -qec \"'$1' -v -d drop ingredients\" /dev/null");
+        QVERIFY2(terminal.output.contains("/HostFW_\\u001b[2Jx.bin"), qPrintable(terminal.output));
+        QVERIFY(!terminal.output.contains("\033[2J"));
+    }
+
+    void dryRun()
+    {
+        writeStitcher(host.folder->path(), "touch " + host.path("started").toUtf8());
+        const QJsonObject document = host.start("--json -d GOOD build -o i.bin --dry-run").json();
+        const QStringList words = document["commandLine"].toVariant().toStringList();
+        QCOMPARE(words.first(), host.path("tamblin-stitcher"));
+        QCOMPARE(words.mid(1, 3),
+                 QStringList({"-k", host.samples.filePath("good/platform/veldmark-d1.xml"), "-c"}));
+        QCOMPARE(words.last(), QString("-A"));
+        QVERIFY(document["config"].toString().contains("ImageName = " + host.path("i.bin")));
+        QCOMPARE(document["checks"].toArray().count(), 14);
+        QVERIFY(!QFile::exists(host.path("started")));
+        QVERIFY(
+            host.start("-d GOOD build -o i.bin --dry-run").output.contains("\nCommand line: /"));
+    }
+
+    /// A plug-in with other columns, kinds of values, checks and another command line.
+    void secondTarget()
+    {
+        QFile::link(SECOND_TARGET, host.path("second.so"));
+        QFile::link(PLUGIN_LIBRARY, host.path("first.so"));
+        host.environment.insert("LOOMWRIGHT_PLUGIN", host.path("first.so"));
+        writeFile(host.path("kernel"), "kernel");
+        writeStitcher(host.folder->path(), "printf '%s\n' \"$@\" > \"$3\"");
+
+        const QString targets = host.start("targets").output;
+        QVERIFY(matches(targets, "\nSecond +0.1 ") && matches(targets, "\nVeldmark"));
+        const QString values = "--target Second -s TITLE=big -s Layout=large -s Kernel=kernel ";
+        const Run list = host.start(values + "ingredients");
+        QVERIFY2(matches(list.output,
+                         "Layout +LAYOUT +large +one of: small, large\n.*"
+                         "Title +TITLE +big +text\n.*"
+                         "Serial \\(hidden\\) +SERIAL"),
+                 qPrintable(list.output));
+        QVERIFY(matches(host.start(values + "info").output, "Data views +Memory map, Bare\n"));
+        QVERIFY(matches(host.start("--target Second -s Layout=huge info").errors,
+                        "Layout: \"huge\" is not one of the choices: small, large"));
+        const Run failed = host.start("--target Second --json -s Kernel=nowhere check");
+        QCOMPARE(failed.json().value("checks")[0]["key"].toString(), QString("KERNEL"));
+        QCOMPARE(failed.status, 1);
+
+        QCOMPARE(host.start(values + "--image i.bin project -o p.json").status, 0);
+        QCOMPARE(host.start("--target Second -q -p p.json build").errors, QString());
+        QCOMPARE(readFile(host.path("i.bin")), "large\nbig\n" + host.path("i.bin").toUtf8() + "\n");
+        QVERIFY(host.start("-p p.json info").errors.contains("is for the target \"Second\""));
     }
 
     void plugins_data()
@@ -139,32 +260,32 @@ private slots:
     {
         QFETCH(QString, file);
         QFETCH(QString, reason);
-        writeFile(folder->filePath("text"), "hello");
-        writeFile(folder->filePath("true"), readFile("/bin/true"));
-        writeFile(folder->filePath("qt4"),
+        writeFile(host.path("text"), "hello");
+        writeFile(host.path("true"), readFile("/bin/true"));
+        writeFile(host.path("qt4"),
                   readFile("/bin/true") + "pattern=QT_PLUGIN_VERIFICATION_DATA\nversion=4.6.2\n");
-        environment.insert("LOOMWRIGHT_PLUGIN", file);
+        host.environment.insert("LOOMWRIGHT_PLUGIN", file);
         for (const QStringList &arguments :
              {QStringList{"--json", "info"}, QStringList{"--json", "--plugin", file, "info"}}) {
-            const Run run = start(arguments);
+            const Run run = host.start(arguments);
             QCOMPARE(run.status, 3);
             QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
-            QVERIFY(run.json()["problem"].toString().contains(reason));
+            QVERIFY(run.json().value("problems")[0]["text"].toString().contains(reason));
         }
     }
 
     void json()
     {
-        const QStringList inputs = words("--json -d BROKEN -s ImageName=i.bin");
+        const QStringList inputs = host.words("--json -d BROKEN --image i.bin");
         const QHash<QString, QString> proof{{"info", "target"},    {"ingredients", "ingredients"},
                                             {"check", "summary"},  {"config", "config"},
-                                            {"validate", "sound"}, {"build", "checks"}};
+                                            {"validate", "files"}, {"build", "checks"}};
         for (auto it = proof.begin(); it != proof.end(); ++it) {
             QStringList arguments = inputs + QStringList(it.key());
             if (it.key() == "validate") {
-                arguments << samples.filePath("good/platform/veldmark-d1.xml");
+                arguments << host.samples.filePath("good/platform/veldmark-d1.xml");
             }
-            const Run run = start(arguments);
+            const Run run = host.start(arguments);
             const QJsonObject document = run.json();
             QCOMPARE(run.status, 1);
             QCOMPARE(document["exitStatus"].toInt(), 1);
@@ -175,10 +296,10 @@ private slots:
             QVERIFY(run.errors.contains(errors.first()));
             QVERIFY(!textsOf(document["messages"].toArray(), "status").isEmpty());
         }
-        const Run quiet = start(QStringList("-q") + inputs + QStringList("check"));
+        const Run quiet = host.start(QStringList("-q") + inputs + QStringList("check"));
         QCOMPARE(quiet.errors, QString());
         QCOMPARE(quiet.json()["summary"].toObject()["failed"].toInt(), 2);
-        QCOMPARE(start(words("--json frob")).json()["exitStatus"].toInt(), 2);
+        QCOMPARE(host.start(host.words("--json frob")).json()["exitStatus"].toInt(), 2);
     }
 
     void surroundings_data()
@@ -186,6 +307,8 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("value");
         row("display that is gone", "DISPLAY", ":4711");
+        row("another platform", "QT_QPA_PLATFORM", "wayland;xcb");
+        row("a theme", "QT_QPA_PLATFORMTHEME", "gtk3");
         row("no home", "HOME", "/nonexistent");
         row("plain locale", "LC_ALL", "C");
         row("unknown locale", "LC_ALL", "de_DE.ISO-8859-1");
@@ -194,10 +317,12 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, value);
-        environment.insert(name, value);
-        const Run run = start(words("-q -d GOOD -s ImageName=i.bin check"));
+        host.environment.insert(name, value);
+        const Run run = host.start(host.words("-q -d GOOD --image i.bin check"));
         QCOMPARE(run.errors, QString());
         QCOMPARE(run.status, 0);
+        QCOMPARE(QDir(host.folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList());
     }
 
     void fullDisk()
@@ -212,9 +337,9 @@ private slots:
 
     void build()
     {
-        environment.insert("PATH", EXAMPLES_FOLDER ":" + environment.value("PATH"));
-        const QString image = folder->filePath("image.bin");
-        const Run run = start(words("--json -d GOOD build -o image.bin"));
+        host.environment.insert("PATH", EXAMPLES_FOLDER ":" + host.environment.value("PATH"));
+        const QString image = host.path("image.bin");
+        const Run run = host.start(host.words("--json -d GOOD build -o image.bin"));
         QCOMPARE(run.status, 0);
         const QByteArray first = readFile(image);
         QCOMPARE(first.left(first.indexOf("\n\n")).count(" | "), 3 * (1 + 8));
@@ -222,7 +347,7 @@ private slots:
         QCOMPARE(run.json()["size"].toInt(), first.size());
         QCOMPARE(run.json()["sha256"].toString(),
                  QString(QCryptographicHash::hash(first, QCryptographicHash::Sha256).toHex()));
-        QCOMPARE(start(words("-q -d GOOD build -o image.bin")).status, 0);
+        QCOMPARE(host.start(host.words("-q -d GOOD build -o image.bin")).status, 0);
         QCOMPARE(readFile(image), first);
     }
 
@@ -232,7 +357,7 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("reason");
         const QByteArray write = "printf image > $image\n";
-        row("missing", QByteArray(), 1, "There is no tamblin-stitcher in the search path");
+        row("missing", QByteArray(), 1, "no tamblin-stitcher in the search path");
         row("crashes", write + "kill -SEGV $$", 1, "was ended by signal 11 .*i.bin.partial");
         row("writes nothing", QByteArray("exit 0"), 1, "without writing");
         row("empties the image", QByteArray(": > $image"), 1, "wrote nothing into");
@@ -256,14 +381,56 @@ private slots:
         QFETCH(QByteArray, script);
         QFETCH(QString, reason);
         if (!script.isEmpty()) {
-            writeStitcher(folder->path(),
-                          "pids=" + folder->filePath("pids").toUtf8() + "; echo $$ > $pids\n"
+            writeStitcher(host.folder->path(),
+                          "pids=" + host.path("pids").toUtf8() + "; echo $$ > $pids\n"
                               + "image=$(sed -n 's/^ImageName = //p' $4)\n" + script);
         }
         const QString timeout = reason.contains("0.5") ? "0.5" : "60";
-        const Run run = start(words("-q build --no-check -o i.bin --timeout " + timeout));
+        const Run run = host.start(host.words("-q build --no-check -o i.bin --timeout " + timeout));
         QVERIFY2(QRegularExpression(reason).match(run.errors).hasMatch(), qPrintable(run.errors));
         QTEST(run.status, "status");
+        QVERIFY(!isAnyoneLeft());
+    }
+
+    /// The stitcher's output on its way; $1 is the host, and the stitcher's image is $image.
+    void output_data()
+    {
+        QTest::addColumn<QByteArray>("stitcher");
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("output");
+        const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
+        const QByteArray much = "yes x | head -c 300000; printf image > $image; touch done";
+        const QString build = "\"$1\" build --no-check -o i.bin";
+        const QString whenDone = " | (while [ ! -e done ]; do sleep 0.02; done; grep -c x)";
+        row("dots", dots, build, "^ab\nImage ");
+        row("quiet", dots, build + " -q", "^Image ");
+        row("slow reader", much, build + whenDone, "^150000\n$");
+        row("non-blocking", much,
+            "perl -MFcntl -e 'fcntl(STDOUT, F_SETFL, O_NONBLOCK); exec @ARGV' " + build + whenDone,
+            "^150000\n$");
+        row("reader that leaves", QByteArray("yes"),
+            build + " | head -c 2 > head; echo ${PIPESTATUS[0]}", "^141\n$");
+        row("no reader, ignored", dots,
+            "trap '' PIPE; (" + build + "; echo $? > status) | true; cat status", "^1\n$");
+        row("closed", dots, build + " >&-; echo $?", "^1\n$");
+        row("ignored HUP",
+            QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
+            "trap '' HUP; " + build
+                + " & while [ ! -e started ]; do sleep 0.02; done; kill -HUP $!; touch go; wait "
+                  "$!; "
+                  "echo $?",
+            "^ab\nImage .*\n0\n$");
+    }
+    void output()
+    {
+        QFETCH(QByteArray, stitcher);
+        QFETCH(QString, script);
+        QFETCH(QString, output);
+        writeStitcher(host.folder->path(),
+                      "image=$(sed -n 's/^ImageName = //p' $4); cd " + host.folder->path().toUtf8()
+                          + "; echo $$ > pids\n" + stitcher);
+        const Run run = host.shell(script);
+        QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
         QVERIFY(!isAnyoneLeft());
     }
 
@@ -277,52 +444,27 @@ private slots:
     void interrupt()
     {
         QFETCH(int, number);
-        writeStitcher(folder->path(),
+        writeStitcher(host.folder->path(),
                       "trap '' HUP INT TERM; sleep 1000 & echo $$ $! | tr ' ' '\\n' > "
-                          + folder->filePath("pids").toUtf8() + "; wait; sleep 1000");
+                          + host.path("pids").toUtf8() + "; wait; sleep 1000");
         QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(folder->path());
-        program.start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", "i.bin"});
-        QTRY_VERIFY(readFile(folder->filePath("pids")).count('\n') == 2);
+        program.setProcessEnvironment(host.environment);
+        program.start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", host.path("i.bin")});
+        QTRY_VERIFY(readFile(host.path("pids")).count('\n') == 2);
         ::kill(pid_t(program.processId()), number);
         QVERIFY(program.waitForFinished());
-        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(program.exitCode(), number);
         QVERIFY(program.readAllStandardError().contains("interrupted"));
         QVERIFY(!isAnyoneLeft());
+        QVERIFY(QDir(host.folder->path()).entryList({"loomwright-*", "i.bin*"}).isEmpty());
     }
 
 private:
-    /// The words of a command line, with the samples' names filled in.
-    QStringList words(QString line) const
-    {
-        line.replace("GOOD", samples.filePath("good"))
-
-            .replace("BROKEN", samples.filePath("broken"))
-            .replace("DEEP", samples.filePath("deep.xml"));
-        return line.split(' ', Qt::SkipEmptyParts);
-    }
-
-    Run start(const QStringList &arguments) const
-    {
-        QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(folder->path());
-        program.start(HOST_PROGRAM, arguments);
-        Run run;
-        if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {
-            run.status = program.exitCode();
-        }
-        run.output = QString::fromUtf8(program.readAllStandardOutput());
-        run.errors = QString::fromUtf8(program.readAllStandardError());
-        return run;
-    }
-
     /// Whether a process of those that the stitcher wrote down still runs.
     bool isAnyoneLeft() const
     {
-        for (const QByteArray &pid : readFile(folder->filePath("pids")).split('\n')) {
+        for (const QByteArray &pid : readFile(host.path("pids")).split('\n')) {
             const QByteArray state = readFile("/proc/" + pid + "/stat");
             if (!pid.isEmpty() && !state.isEmpty() && !state.contains(") Z ")) {
                 return true;
@@ -331,9 +473,7 @@ private:
         return false;
     }
 
-    QTemporaryDir samples;
-    QScopedPointer<QTemporaryDir> folder;
-    QProcessEnvironment environment;
+    HostProgram host;
 };
 
 QTEST_GUILESS_MAIN(TestTerminal)

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "files.h"
+
+#include <QtTest>
+
+/// One run of the terminal host.
+struct Run {
+    int status = -1; ///< -1 when a signal ended it.
+    QString output;
+    QString errors;
+
+    QJsonObject json() const
+    {
+        return QJsonDocument::fromJson(output.toUtf8()).object();
+    }
+};
+
+/// Runs the terminal host in a folder of its own, which also is where a stitcher is looked for first.
+class HostProgram
+{
+public:
+    HostProgram()
+    {
+        if (!makeSample(samples.filePath("good"))
+            || !makeSample(samples.filePath("broken"), true)) {
+            qFatal("no samples");
+        }
+    }
+
+    /// A new empty folder and environment.
+    void reset()
+    {
+        folder.reset(new QTemporaryDir);
+        environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PATH", folder->path() + ":" + environment.value("PATH"));
+        environment.insert("TMPDIR", folder->path());
+        environment.remove("QT_QPA_PLATFORM");
+        environment.remove("DISPLAY");
+        environment.remove("XDG_RUNTIME_DIR");
+    }
+
+    /// The words of a command line, with the samples' names filled in.
+    QStringList words(QString line) const
+    {
+        line.replace("GOOD", samples.filePath("good"))
+            .replace("BROKEN", samples.filePath("broken"));
+        return line.split(' ', Qt::SkipEmptyParts);
+    }
+
+    Run start(const QStringList &arguments, const QByteArray &input = {}) const
+    {
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(folder->path());
+        program.start(HOST_PROGRAM, arguments);
+        program.write(input);
+        program.closeWriteChannel();
+        Run run;
+        if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {
+            run.status = program.exitCode();
+        }
+        run.output = QString::fromUtf8(program.readAllStandardOutput());
+        run.errors = QString::fromUtf8(program.readAllStandardError());
+        return run;
+    }
+    Run start(const QString &line, const QByteArray &input = {}) const
+    {
+        return start(words(line), input);
+    }
+    /// Runs a shell script with the host's path as $1; the sample is at $2.
+    Run shell(const QString &script) const
+    {
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(folder->path());
+        program.start("bash", {"-c", script, "bash", HOST_PROGRAM, samples.filePath("good")});
+        Run run;
+        if (program.waitForFinished(60000)) {
+            run.status = program.exitCode();
+        }
+        run.output = QString::fromUtf8(program.readAllStandardOutput());
+        run.errors = QString::fromUtf8(program.readAllStandardError());
+        return run;
+    }
+
+    QString path(const QString &name) const
+    {
+        return folder->filePath(name);
+    }
+
+    QTemporaryDir samples;
+    QScopedPointer<QTemporaryDir> folder;
+    QProcessEnvironment environment;
+};
+
+inline bool matches(const QString &text, const QString &pattern)
+{
+    return QRegularExpression(pattern, QRegularExpression::DotMatchesEverythingOption)
+        .match(text)
+        .hasMatch();
+}

@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "files.h"
+#include "host/core/imagejob.h"
+#include "host/core/pluginsession.h"
+#include "plugin/iingredientmanager.h"
+#include "row.h"
+
+#include <QtTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestImageJob : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(makeSample(samples.filePath("good")));
+        QVERIFY(makeSample(samples.filePath("broken"), true));
+    }
+    void init()
+    {
+        folder.reset(new QTemporaryDir);
+        session.reset(new PluginSession);
+        QVERIFY2(session->load({PLUGIN_LIBRARY}), qPrintable(session->problem()));
+        job.reset(new ImageJob(session.data()));
+        QVERIFY(job->setImage(folder->filePath("i.bin")));
+    }
+    void cleanup()
+    {
+        job.reset();
+        session.reset();
+    }
+
+    void errorsBelongToIngredients()
+    {
+        QVERIFY(job->fillFromDirectory(samples.filePath("broken")));
+        QVERIFY(!job->check());
+        QCOMPARE(kinds("Host FW"), QList<ProblemKind>{ProblemKind::Message});
+        QCOMPARE(kinds("Legacy XML Data File").count(), 3);
+        QCOMPARE(kinds("Presigned Controller FW"), QList<ProblemKind>{ProblemKind::Check});
+        QCOMPARE(kinds("Presigned Secure Annex"), QList<ProblemKind>{ProblemKind::Check});
+        QCOMPARE(job->problems().count(), 6);
+        QVERIFY(job->isBlocked(true));
+        QVERIFY(!job->isBlocked(false));
+
+        for (const Problem &problem : job->problems()) {
+            if (problem.ingredient == "Host FW") {
+                QCOMPARE(problem.key, QString("Host FW Boot"));
+                QVERIFY(problem.file.endsWith("HostFW_1.4.2.bin"));
+            } else if (problem.ingredient == "Presigned Controller FW") {
+                QCOMPARE(problem.required, QString("95232 bytes"));
+                QCOMPARE(problem.actual, QString("95000 bytes"));
+            }
+        }
+    }
+
+    void aNewValueSettles_data()
+    {
+        QTest::addColumn<QString>("ingredient");
+        row("two candidates", QString("Host FW"));
+        row("failed check", QString("Presigned Secure Annex"));
+        row("errors of the data file", QString("Legacy XML Data File"));
+    }
+    void aNewValueSettles()
+    {
+        QFETCH(QString, ingredient);
+        job->fillFromDirectory(samples.filePath("broken"));
+        job->check();
+        const int before = job->problems().count();
+        const int own = kinds(ingredient).count();
+        const QString file = writeFile(folder->filePath("new.bin"), "new");
+        if (ingredient.startsWith("Legacy")) {
+            // The plug-in reports errors again for this one, and they replace the older ones.
+            QVERIFY(job->setValue(ingredient, file));
+            QVERIFY(!kinds(ingredient).isEmpty());
+            return;
+        }
+        // In the model, as a window edits it.
+        QAbstractItemModel *model = session->ingredientManager()->getIngredients();
+        const Ingredient found = findIngredient(*model, ingredient);
+        QVariant value;
+        QCOMPARE(valueFromText(file, found.value, &value), QString());
+        QSignalSpy changes(job.data(), &ImageJob::problemsChanged);
+        QVERIFY(model->setData(found.valueIndex, value, Qt::EditRole));
+        QCOMPARE(changes.count(), 1);
+        QVERIFY(kinds(ingredient).isEmpty());
+        QCOMPARE(job->problems().count(), before - own);
+    }
+
+    void refusedInputs_data()
+    {
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("text");
+        row("no directory", QString("d:nothing"), QString("no such directory"));
+        row("a file as directory", QString("d:file"), QString("it is not a directory"));
+        row("symlinks", QString("d:links"), QString("it holds 1 symlinks, which are skipped"));
+        row("an empty directory", QString("d:empty"), QString("was refused"));
+        row("a file that fits nothing", QString("f:file"), QString("was refused"));
+        row("no configuration", QString("c:nothing"), QString("was refused"));
+        row("unknown name", QString("s:Nothing"), QString("has the name or key \"Nothing\""));
+    }
+    void refusedInputs()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, text);
+        QDir::setCurrent(folder->path());
+        writeFile("file", "x");
+        QDir().mkdir("empty");
+        QDir().mkdir("links");
+        QFile::link("/etc/hostname", "links/HostFW_1.bin");
+        const QString name = input.mid(2);
+        const QHash<QChar, std::function<bool()>> inputs{
+            {'d', [&] { return job->fillFromDirectory(name); }},
+            {'f', [&] { return job->addFile(name); }},
+            {'c', [&] { return job->loadConfig(name); }},
+            {'s', [&] { return job->setValue(name, "x"); }}};
+        QVERIFY(!inputs.value(input.at(0))());
+        const Problem problem = job->problems().last();
+        QVERIFY2(problem.text.contains(text), qPrintable(problem.text));
+        QCOMPARE(problem.kind, ProblemKind::Input);
+        QVERIFY(job->isBlocked(false));
+        job->forgetInputProblems();
+        QVERIFY(!job->isBlocked(true));
+    }
+
+    void findings_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("actual");
+        QTest::addColumn<bool>("mustBeFixed");
+        row("directory", QString("."), QString("not a regular file"), QString("a directory"),
+            false);
+        row("device", QString("/dev/zero"), QString("not a regular file"), QString("a device"),
+            false);
+        row("FIFO", QString("fifo"), QString("not a regular file"), QString("a FIFO"), false);
+        row("empty", QString("empty"), QString("is empty"), QString("0 bytes"), false);
+        row("unreadable", QString("secret"), QString("cannot be read"), QString(), false);
+        row("line feed", QString("a\nb"), QString("control character"), QString(), true);
+        row("escape", QString("a\033[2Jb"), QString("control character"), QString(), true);
+        row("the output", QString("i.bin"), QString("same file as the input"), QString(), true);
+        row("hard link", QString("hard.bin"), QString("same file as the input"), QString(), true);
+        row("symlink", QString("soft.bin"), QString("same file as the input"), QString(), true);
+        row("good", QString("file"), QString(), QString(), false);
+    }
+    void findings()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, text);
+        QFETCH(bool, mustBeFixed);
+        QDir::setCurrent(folder->path());
+        writeFile("i.bin", "image");
+        QCOMPARE(link("i.bin", "hard.bin"), 0);
+        QCOMPARE(symlink("i.bin", "soft.bin"), 0);
+        QCOMPARE(mkfifo("fifo", 0600), 0);
+        writeFile("empty", "");
+        writeFile("file", "x");
+        writeFile("secret", "x");
+        QVERIFY(QFile::setPermissions("secret", {}));
+        QVERIFY(job->setValue("Presigned Codec FW", name));
+
+        // The superuser may read everything.
+        const uid_t user = geteuid();
+        if (user == 0 && name == "secret") {
+            QFile::setPermissions(folder->path(), QFile::Permissions(0x7777));
+            QCOMPARE(seteuid(65534), 0);
+        }
+        const QVector<Problem> problems = job->problems();
+        const bool blocked = job->isBlocked(true);
+        QCOMPARE(seteuid(user), 0);
+        QCOMPARE(problems.count(), text.isEmpty() ? 0 : 1);
+        if (!text.isEmpty()) {
+            const Problem &problem = problems.first();
+            QCOMPARE(problem.kind, ProblemKind::Finding);
+            QVERIFY2(problem.text.contains(text), qPrintable(problem.text));
+            QTEST(problem.actual, "actual");
+        }
+        QCOMPARE(job->isBlocked(false), mustBeFixed);
+        QCOMPARE(blocked, !text.isEmpty());
+    }
+
+    void aNewRootObjectIsClean()
+    {
+        job->fillFromDirectory(samples.filePath("broken"));
+        QVERIFY(session->reload());
+        QVERIFY(job->problems().isEmpty());
+        QVERIFY(job->fillFromDirectory(samples.filePath("good")));
+        job->setImage(folder->filePath("i.bin"));
+        QVERIFY(job->check());
+        QVERIFY(!job->isBlocked(true));
+    }
+
+private:
+    QList<ProblemKind> kinds(const QString &ingredient) const
+    {
+        QList<ProblemKind> found;
+        for (const Problem &problem : job->problems()) {
+            if (problem.ingredient == ingredient) {
+                found << problem.kind;
+            }
+        }
+        return found;
+    }
+
+    QTemporaryDir samples;
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<PluginSession> session;
+    QScopedPointer<ImageJob> job;
+};
+
+QTEST_MAIN(TestImageJob)
+#include "tst_imagejob.moc"

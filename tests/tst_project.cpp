@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "hostprogram.h"
+#include "row.h"
+
+/// Project files, manifests, and the JSON that the terminal host writes.
+class TestProject : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        host.reset();
+        QVERIFY(QDir(host.folder->path()).mkdir("work"));
+        QVERIFY(makeSample(host.path("work/drop")));
+        host.environment.insert("PATH", EXAMPLES_FOLDER ":" + host.environment.value("PATH"));
+    }
+
+    void roundTrip()
+    {
+        QCOMPARE(run("-d work/drop --image work/i.bin project -o work/p.json").status, 0);
+        const QByteArray written = readFile(host.path("work/p.json"));
+        QVERIFY(written.contains("\"drop/platform/veldmark-d1.xml\""));
+        QVERIFY(written.contains("\"i.bin\""));
+        // Elsewhere, with all that it names.
+        QVERIFY(QDir(host.folder->path()).rename("work", "moved"));
+        QCOMPARE(run("-p moved/p.json check").status, 0);
+        QCOMPARE(run("-p moved/p.json project -o moved/again.json").status, 0);
+        QCOMPARE(readFile(host.path("moved/again.json")), written);
+        // Later inputs come on top of it.
+        QVERIFY(matches(run("-p moved/p.json -s Flash-Layer=/x ingredients").output,
+                        "Flash-Layer +/x .*Vendor Signed FW +/.*moved/drop"));
+        const Run text = run("-p moved/p.json project");
+        QVERIFY(text.output.contains("\"moved/i.bin\""));
+    }
+
+    void unusable_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("problem");
+        row("nothing", QByteArray(), "line 1: not valid JSON");
+        row("no JSON", QByteArray("{\n\"a\": }"), "p.json: line 2: not valid JSON");
+        row("a list", QByteArray("[]"), "it is not a JSON object");
+        row("no version", QByteArray("{}"), "\"schemaVersion\" is missing");
+        row("newer", QByteArray("{\"schemaVersion\": 2}"), "schemaVersion is 2, but this program");
+        row("no target", QByteArray("{\"schemaVersion\": 1}"), "\"target\" is missing");
+        row("wrong type", project("{}").replace("\"T\"", "7"), "\"target\" is not a text");
+        row("unknown key", project("[], \"extra\": 1"), "\"extra\" is not known here");
+        row("other target", project("[]").replace("\"T\"", "\"X\""), "is for the target \"X\"");
+        row("unknown ingredient", project(entry("nope", "\"text\": \"\"")),
+            "no ingredient with the key \"nope\"");
+        row("no value", project(entry("Flash-Layer", "\"size\": 1")),
+            "ingredients\\[0\\]: one of \"file\", \"choice\" and \"text\" is needed");
+        row("wrong kind", project(entry("Flash-Layer", "\"text\": \"x\"")),
+            "\"Flash-Layer\" is a text in the file, but a file in the target");
+        row("wrong hash", project(entry("Flash-Layer", "\"file\": \"x\", \"sha256\": \"12\"")),
+            "is not a SHA-256");
+        row("second one wrong",
+            project(entry("Flash-Layer", "\"file\": \"x\"").chopped(1) + ", "
+                    + entry("nope", "\"file\": \"\"").mid(1)),
+            "no ingredient with the key \"nope\"");
+    }
+    void unusable()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, problem);
+        content.replace("\"T\"", "\"Veldmark D1 Phone - Unsigned Zorv\"");
+        writeFile(host.path("p.json"), content);
+        const Run run = this->run("-p p.json ingredients");
+        QCOMPARE(run.status, 1);
+        QVERIFY2(matches(run.errors, problem), qPrintable(run.errors));
+        QVERIFY2(matches(run.output, "Flash-Layer  +input file"), qPrintable(run.output));
+    }
+
+    void unwritable()
+    {
+        QDir(host.folder->path()).mkdir("folder");
+        for (const QString file : {"folder", "/dev/null", "nowhere/p.json"}) {
+            QCOMPARE(run("project -o " + file).status, 1);
+        }
+        QVERIFY(
+            run("-d work/drop build -o i.bin --manifest nowhere/m").errors.contains("nowhere/m"));
+        QVERIFY(!QFile::exists(host.path("i.bin")));
+    }
+
+    void manifest()
+    {
+        QCOMPARE(run("-d work/drop build -o work/i.bin --manifest work/m.json").status, 0);
+        const QJsonObject manifest
+            = QJsonDocument::fromJson(readFile(host.path("work/m.json"))).object();
+        const QJsonValue build = manifest["build"];
+        QCOMPARE(build["image"]["file"].toString(), QString("i.bin"));
+        QCOMPARE(build["image"]["sha256"].toString(), hashOf("work/i.bin"));
+        QCOMPARE(build["stitcher"]["exitStatus"].toInt(-1), 0);
+        QCOMPARE(build["stitcher"]["file"].toString(),
+                 QString(EXAMPLES_FOLDER "/tamblin-stitcher"));
+        QVERIFY(build["configuration"].toString().contains("Flash-Layer = /"));
+        QCOMPARE(manifest.value("ingredients")[1]["sha256"].toString(),
+                 hashOf("work/drop/platform/veldmark-d1.xml"));
+
+        QCOMPARE(run("-p work/m.json --locked build -o again.bin").status, 0);
+        QCOMPARE(readFile(host.path("again.bin")), readFile(host.path("work/i.bin")));
+        QCOMPARE(run("verify work/m.json").output,
+                 QString("work/m.json: 10 files compared, 0 differ\n"));
+    }
+
+    void differences_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("difference");
+        row("size", "work/drop/presigned/Controller_Signed.bin", QByteArray("x"),
+            "Presigned Controller FW: The size differs");
+        row("content", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(31120, 'x'),
+            "Probe Set: The content differs");
+        row("gone", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(),
+            "Probe Set: It does not");
+        row("image", "work/i.bin", QByteArray("x"), "");
+    }
+    void differences()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, difference);
+        QCOMPARE(run("-d work/drop build -o work/i.bin --manifest work/m.json").status, 0);
+        QVERIFY(QFile::remove(host.path(file)));
+        if (!content.isEmpty()) {
+            writeFile(host.path(file), content);
+        }
+        const Run verified = run("verify work/m.json");
+        QCOMPARE(verified.status, 1);
+        QVERIFY2(matches(verified.output, file + "\nwork/m.json: 10 files compared, 1 differ\n$"),
+                 qPrintable(verified.output));
+        // The image is no input: it may be built again.
+        const Run locked = run("-p work/m.json --locked build --no-check");
+        QCOMPARE(locked.status, difference.isEmpty() ? 0 : 1);
+        QVERIFY2(locked.errors.contains(difference), qPrintable(locked.errors));
+    }
+
+    void lockedElsewhere()
+    {
+        run("-d work/drop build -o work/i.bin --manifest work/m.json");
+        run("-d work/drop --image work/i.bin project -o p.json");
+        QVERIFY(run("-p p.json --locked check").errors.contains("is not a manifest"));
+        QVERIFY(run("verify p.json").errors.contains("records no build"));
+        QCOMPARE(run("--locked check").status, 2);
+        const QString other
+            = "-s ImageName=x -s Secure_Annex_FW=work/drop/firmware/probe/D1_ProbeSet.bin";
+        QVERIFY(run("-p work/m.json --locked " + other + " check")
+                    .errors.contains("Presigned Secure Annex: The size differs"));
+    }
+
+    void schemas_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        row("info", "info");
+        row("targets", "targets");
+        row("ingredients", "ingredients");
+        row("check", "check");
+        row("check of the broken one", "-d BROKEN check");
+        row("validate", "validate GOOD/platform/veldmark-d1.xml");
+        row("config", "config");
+        row("config to a file", "config -o c.txt");
+        row("project", "project");
+        row("project to a file", "project -o p.json");
+        row("build", "-d GOOD build -o i.bin --manifest m.json --keep-work");
+        row("dry run", "-d GOOD build -o i.bin --dry-run");
+        row("failed build", "build --no-check -o i.bin");
+        row("verify", "verify work/m.json");
+        row("wrong command line", "frob");
+        row("no plug-in", "--plugin nowhere info");
+    }
+    void schemas()
+    {
+        QFETCH(QString, arguments);
+        writeFile(host.path("work/m.json"), "{}");
+        const Run run = this->run("--json " + arguments);
+        check("report", writeFile(host.path("report.json"), run.output.toUtf8()));
+        for (const QString file : {"p.json", "m.json"}) {
+            if (QFile::exists(host.path(file))) {
+                check("project", host.path(file));
+            }
+        }
+    }
+
+private:
+    static QByteArray project(const QByteArray &ingredients)
+    {
+        return "{\"schemaVersion\": 1, \"target\": \"T\", \"ingredients\": " + ingredients + "}";
+    }
+    static QByteArray entry(const QByteArray &key, const QByteArray &value)
+    {
+        return "[{\"key\": \"" + key + "\", \"name\": \"n\", " + value + "}]";
+    }
+
+    Run run(const QString &arguments) const
+    {
+        return host.start("-q " + arguments);
+    }
+    QString hashOf(const QString &file) const
+    {
+        return QCryptographicHash::hash(readFile(host.path(file)), QCryptographicHash::Sha256)
+            .toHex();
+    }
+
+    static void check(const QString &schema, const QString &document)
+    {
+        QProcess python;
+        python.start("/usr/bin/python3",
+                     {"-c",
+                      "import json, jsonschema, sys\n"
+                      "schema, document = (json.load(open(name)) for name in sys.argv[1:])\n"
+                      "jsonschema.Draft7Validator.check_schema(schema)\n"
+                      "jsonschema.validate(document, schema)",
+                      DOCS_FOLDER "/" + schema + ".schema.json", document});
+        QVERIFY(python.waitForFinished());
+        QVERIFY2(python.exitCode() == 0,
+                 python.readAllStandardError() + readFile(document).left(2000));
+    }
+
+    HostProgram host;
+};
+
+QTEST_GUILESS_MAIN(TestProject)
+#include "tst_project.moc"
