@@ -63,16 +63,30 @@ hyperfine --warmup 1 --runs 5 --ignore-failure --style none --export-json "$proc
     "build-bench/loomwright -q validate $data_file" "xmllint --noout --huge $data_file" \
     > /dev/null 2>&1
 
+# The program itself: its start, and what it adds to the time of the stitcher that it runs.
+drop=$LOOMWRIGHT_BENCH_INPUTS/drop
+image=$LOOMWRIGHT_BENCH_INPUTS/image.bin
+config=$LOOMWRIGHT_BENCH_INPUTS/config.txt
+programs=$LOOMWRIGHT_BENCH_INPUTS/programs.json
+examples/make-sample.sh "$drop"
+build-bench/loomwright -q -d "$drop" --image "$image" config -o "$config" 2> /dev/null
+hyperfine --shell none --warmup 3 --runs 50 --style none --export-json "$programs" \
+    "build-bench/loomwright info" "build-bench/benchmarks/emptyprogram" \
+    "build-bench/loomwright -q -d $drop build -o $image --stitcher examples/tamblin-stitcher" \
+    "examples/tamblin-stitcher -k $drop/platform/veldmark-d1.xml -c $config -A" > /dev/null 2>&1
+
 legacy_memory=$("$bench" --peak 2> /dev/null)
 
 {
     echo "work|reference|ratio|target|memory|slowdown"
-    jq --raw-output --slurp --slurpfile processes "$processes" --arg memory "$legacy_memory" '
+    jq --raw-output --slurp --slurpfile processes "$processes" --slurpfile programs "$programs" \
+        --arg memory "$legacy_memory" '
         # In nanoseconds, whatever the unit of the benchmark.
         def nanoseconds: .real_time * {ns: 1, us: 1e3, ms: 1e6, s: 1e9}[.time_unit];
         (map(.benchmarks[]) | map(select(.aggregate_name == "median")
             | {key: (.run_name | sub("/real_time"; "")), value: nanoseconds}) | from_entries) as $time
         | ($processes[0].results | map(.median)) as $process
+        | ($programs[0].results | map(.median)) as $program
         | def two: . * 100 | round / 100 | tostring;
           def row(work; against; ratio; aim; memory; growth):
               [work, against, (ratio | two), aim, memory, growth] | join("|");
@@ -90,6 +104,9 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
           inside("load 10,000 lines of configuration"; "QTextStream, split twice"; "configuration";
               10000; "3"; "-"),
           inside("check 100,000 files"; "QFileInfo::exists and size"; "check"; 100000; "1.5"; "-"),
+          row("loomwright info"; "an empty Qt program"; $program[0] / $program[1]; "1.15"; "-"; "-"),
+          row("loomwright build"; "the bare stand-in stitcher"; $program[2] / $program[3]; "1.1"; "-";
+              "-"),
           inside("relay 200 MB of output"; "cat into a bare QProcess"; "relay"; 200; "1.5"; "-")
     ' "$LOOMWRIGHT_BENCH_INPUTS"/results-*.json
 } | column -t -s '|'
