@@ -4,6 +4,8 @@
 #include "hostprogram.h"
 #include "row.h"
 
+#include <csignal>
+
 /// Project files, manifests, and the JSON that the terminal host writes.
 class TestProject : public QObject
 {
@@ -137,6 +139,16 @@ private slots:
         const Run locked = run("-p work/m.json --locked build --no-check");
         QCOMPARE(locked.status, difference.isEmpty() ? 0 : 1);
         QVERIFY2(locked.errors.contains(difference), qPrintable(locked.errors));
+    }
+
+    void stoppedWhileHashing()
+    {
+        run("-d work/drop build -o work/i.bin --manifest work/m.json");
+        QVERIFY(QFile::resize(host.path("work/i.bin"), qint64(8) << 30));
+        const Run stopped
+            = host.shell("\"$1\" verify work/m.json & sleep 0.3; kill -TERM $!; wait $!");
+        QCOMPARE(stopped.status, 128 + SIGTERM);
+        QVERIFY(stopped.errors.contains("it was interrupted"));
     }
 
     void lockedElsewhere()
