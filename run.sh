@@ -50,20 +50,22 @@ examples/make-sample.sh --broken "$out/broken-sample"
 stitcher_path=$PWD/examples:$PATH
 
 heading "The files of the sample, mapped to ingredients by name"
-build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" ingredients
+build/loomwright --quiet -d "$out/sample" --image "$out/image.bin" ingredients
 heading "The checks"
-build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" check
+build/loomwright --quiet -d "$out/sample" --image "$out/image.bin" check
 heading "The stitcher's configuration"
-build/loomwright --quiet -d "$out/sample" -s "ImageName=$out/image.bin" config
+build/loomwright --quiet -d "$out/sample" --image "$out/image.bin" config
 
 heading "The broken sample: what is wrong with it"
-if build/loomwright --quiet -d "$out/broken-sample" -s "ImageName=$out/image.bin" check; then
+if build/loomwright --quiet -d "$out/broken-sample" --image "$out/image.bin" check; then
     echo "run.sh: the broken sample passed its checks" >&2
     exit 1
 fi
 
-heading "The build, with every message of the plug-in"
-PATH=$stitcher_path build/loomwright -d "$out/sample" build -o "$out/image.bin"
+heading "The build, with every message of the plug-in, and whether the image is what its manifest records"
+PATH=$stitcher_path build/loomwright --verbose -d "$out/sample" build -o "$out/image.bin" \
+    --manifest "$out/image.json"
+build/loomwright verify "$out/image.json"
 
 heading "The table of contents of $out/image.bin"
 sed '/^$/q' "$out/image.bin"
