@@ -98,7 +98,7 @@ private slots:
         QTest::addColumn<QString>("text");
         row("no directory", QString("d:nothing"), QString("no such directory"));
         row("a file as directory", QString("d:file"), QString("it is not a directory"));
-        row("symlinks", QString("d:links"), QString("it holds 1 symlinks, which are skipped"));
+        row("symlinks", QString("d:links"), QString("its symlinks (1) are skipped"));
         row("an empty directory", QString("d:empty"), QString("was refused"));
         row("a file that fits nothing", QString("f:file"), QString("was refused"));
         row("no configuration", QString("c:nothing"), QString("was refused"));

@@ -156,6 +156,5 @@ QString directoryRemark(const QString &directory)
         entries.next();
         symlinkCount += entries.fileInfo().isSymLink() ? 1 : 0;
     }
-    return symlinkCount == 0 ? QString()
-                             : tr("it holds %1 symlinks, which are skipped").arg(symlinkCount);
+    return symlinkCount == 0 ? QString() : tr("its symlinks (%1) are skipped").arg(symlinkCount);
 }
