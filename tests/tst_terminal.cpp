@@ -353,7 +353,7 @@ private slots:
         const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
         const QByteArray much = "yes x | head -c 300000; printf image > $image; touch done";
         const QString build = "\"$1\" build --no-check -o i.bin";
-        const QString whenDone = " | (while [ ! -e done ]; do sleep 0.02; done; grep -c x)";
+        const QString whenDone = " | (while [ ! -e done ]; do sleep 0.02; done; grep -cx x)";
         row("dots", dots, build, "^ab\nImage ");
         row("quiet", dots, build + " -q", "^Image ");
         row("slow reader", much, build + whenDone, "^150000\n$");
