@@ -68,6 +68,11 @@ private slots:
         row("info, verbose", "-v info", 0, "^   Status bridge.*Veldmark D1 Phone", none);
         row("data views", "-d GOOD info", 0, "Data views +\\w", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
+        row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
+            none);
+        row("names", "ingredients --names", 0, "\nHost FW\nHost FW Boot\n", none);
+        row("names and JSON", "--json ingredients --names", 2, "exclude each other",
+            "exclude each other");
         row("target", "--target Nowhere info", 3, none, "\"Nowhere\"; there are: \"Veldmark");
         row("ingredients", "ingredients", 0,
             "Binary Files +Host FW +Host FW Boot +input file, required, "

@@ -150,6 +150,9 @@ QString checkCombinations(const QCommandLineParser &parser, CommandLine *command
     if (has(OptionName::quiet) && has(OptionName::verbose)) {
         return QStringLiteral("--quiet and --verbose exclude each other.");
     }
+    if (has(OptionName::names) && has(OptionName::json)) {
+        return QStringLiteral("--names and --json exclude each other.");
+    }
     if (has(OptionName::locked) && !has(OptionName::project)) {
         return QStringLiteral("--locked needs --project.");
     }
@@ -235,6 +238,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     commandLine.stitcherFile = text(OptionName::stitcher);
     commandLine.manifestFile = text(OptionName::manifest);
     commandLine.isWorkKept = has(OptionName::keepWork);
+    commandLine.areNamesWanted = has(OptionName::names);
     commandLine.isHelpWanted = has(OptionName::help);
     commandLine.isVersionWanted = has(OptionName::version);
     if (has(OptionName::json)) {

@@ -32,6 +32,7 @@ struct CommandLine {
     int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
     QString manifestFile;
     bool isWorkKept = false;
+    bool areNamesWanted = false; ///< Names alone, for scripts.
 
     Report::Format format = Report::Format::Text;
     Report::Verbosity verbosity = Report::Verbosity::Normal;

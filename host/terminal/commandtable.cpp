@@ -17,6 +17,11 @@ OptionInfo outputOption(const char *description)
     return {OptionName::output, "o", "FILE", description};
 }
 
+OptionInfo namesOption(const char *description)
+{
+    return {OptionName::names, nullptr, nullptr, description};
+}
+
 std::vector<OptionInfo> buildOptions()
 {
     return {
@@ -57,7 +62,7 @@ const std::vector<CommandInfo> &commandTable()
          "Lists the targets for which there is a plug-in; --target takes one of the names.\n"
          "The plug-in directory is that of --plugin or LOOMWRIGHT_PLUGIN, else those of\n"
          "the program and of the installation.",
-         {},
+         {namesOption("Print only the names, one per line.")},
          "loomwright targets",
          CommandNeeds::Nothing,
          listTargets},
@@ -68,7 +73,7 @@ const std::vector<CommandInfo> &commandTable()
          "list ingredients, their values and what they must be",
          "Lists group, name, key and value of every ingredient, and what the value must\n"
          "be. Hidden ingredients are marked.",
-         {},
+         {namesOption("Print only names and keys, one per line.")},
          "loomwright -d drop ingredients",
          CommandNeeds::Plugin,
          listIngredients},

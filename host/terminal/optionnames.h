@@ -16,6 +16,7 @@ constexpr char json[] = "json";
 constexpr char keepWork[] = "keep-work";
 constexpr char locked[] = "locked";
 constexpr char manifest[] = "manifest";
+constexpr char names[] = "names";
 constexpr char noCheck[] = "no-check";
 constexpr char output[] = "output";
 constexpr char plugin[] = "plugin";

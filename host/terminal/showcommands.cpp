@@ -56,6 +56,18 @@ Record recordOf(const Ingredient &ingredient)
     return record;
 }
 
+/// Names and keys, each once, as --set takes them.
+void printIngredientNames(CommandContext &context)
+{
+    QStringList names;
+    for (const Ingredient &ingredient : context.job->ingredients()) {
+        names << ingredient.name << ingredient.key;
+    }
+    names.removeAll(QString());
+    names.removeDuplicates();
+    context.report.print(names.join(QLatin1Char('\n')));
+}
+
 } // namespace
 
 int showInfo(CommandContext &context)
@@ -85,9 +97,15 @@ int listTargets(CommandContext &context)
             status = Failed;
             continue;
         }
+        if (context.commandLine.areNamesWanted) {
+            context.report.print(session.plugin()->getTargetName());
+        }
         rows.push_back({{"Target", "target", session.plugin()->getTargetName()},
                         {"Version", "version", session.plugin()->getPluginVersion()},
                         {"File", "file", file}});
+    }
+    if (context.commandLine.areNamesWanted) {
+        return status;
     }
     if (rows.empty()) {
         context.report.print(QStringLiteral("No plug-in found."));
@@ -99,6 +117,10 @@ int listTargets(CommandContext &context)
 
 int listIngredients(CommandContext &context)
 {
+    if (context.commandLine.areNamesWanted) {
+        printIngredientNames(context);
+        return inputStatus(context);
+    }
     std::vector<Record> rows;
     for (const Ingredient &ingredient : context.job->ingredients()) {
         rows.push_back(recordOf(ingredient));
