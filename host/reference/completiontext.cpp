@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/reference/completiontext.h"
+
+#include "host/terminal/commandtable.h"
+
+#include <QStringList>
+
+#include <functional>
+
+namespace {
+
+/// The options that are offered before a command is typed, or after one that shares them.
+std::vector<OptionInfo> sharedOptions(bool withInputs)
+{
+    std::vector<OptionInfo> options;
+    if (withInputs) {
+        options = inputOptions();
+    }
+    options.insert(options.end(), generalOptions().begin(), generalOptions().end());
+    return options;
+}
+
+std::vector<OptionInfo> optionsOf(const CommandInfo &command)
+{
+    std::vector<OptionInfo> options = command.options;
+    const std::vector<OptionInfo> shared = sharedOptions(command.needs == CommandNeeds::Plugin);
+    options.insert(options.end(), shared.begin(), shared.end());
+    return options;
+}
+
+/// The words under which an option can be typed, joined with @p separator.
+QString words(const OptionInfo &option, const QString &separator)
+{
+    const QString name = QLatin1String("--") + QLatin1String(option.name);
+    return option.shortName ? QLatin1Char('-') + QLatin1String(option.shortName) + separator + name
+                            : name;
+}
+
+/// In single quotes, which all three shells read alike when the text has none itself.
+QString quoted(const QString &text)
+{
+    return QLatin1Char('\'') + QString(text).replace(QLatin1String("'"), QLatin1String("'\\''"))
+        + QLatin1Char('\'');
+}
+
+/// One branch per command, and a last one for a line without a command.
+QString branches(const std::function<QString(const std::vector<OptionInfo> &)> &body)
+{
+    QString text;
+    for (const CommandInfo &command : commandTable()) {
+        text += QStringLiteral("    %1) %2 ;;\n")
+                    .arg(QLatin1String(command.name), body(optionsOf(command)));
+    }
+    return text + QStringLiteral("    *) %1 ;;\n").arg(body(sharedOptions(true)));
+}
+
+QString zshAction(const OptionInfo &option)
+{
+    const QString value = QLatin1String(option.value);
+    if (value == QLatin1String("NAME=VALUE")) {
+        return QStringLiteral(":ingredient:_loomwright_setting");
+    }
+    if (value == QLatin1String("NAME")) {
+        return QStringLiteral(":target:_loomwright_target");
+    }
+    if (value == QLatin1String("DIR")) {
+        return QStringLiteral(":directory:_files -/");
+    }
+    return value == QLatin1String("FILE") ? QStringLiteral(":file:_files")
+                                          : QStringLiteral(":%1: ").arg(value.toLower());
+}
+
+/// One option for zsh's _arguments. The words that are typed exclude each other unless the option may
+/// be repeated.
+QString zshOption(const OptionInfo &option)
+{
+    QString description = QLatin1String(option.description);
+    description.replace(QLatin1Char('['), QLatin1String("\\["))
+        .replace(QLatin1Char(']'), QLatin1String("\\]"));
+    const QString rest = QLatin1Char('[') + description + QLatin1Char(']')
+        + (option.value ? zshAction(option) : QString());
+    QStringList specs;
+    const QStringList names = words(option, QStringLiteral(" ")).split(QLatin1Char(' '));
+    const QString prefix = option.isRepeatable
+        ? QStringLiteral("*")
+        : QStringLiteral("(%1)").arg(names.join(QLatin1Char(' ')));
+    for (const QString &name : names) {
+        const QString isLong = name.startsWith(QLatin1String("--")) && option.value
+            ? QStringLiteral("=")
+            : QString();
+        specs.append(quoted(prefix + name + isLong + rest));
+    }
+    return specs.join(QLatin1Char(' '));
+}
+
+QString fishValue(const OptionInfo &option)
+{
+    const QString value = QLatin1String(option.value ? option.value : "");
+    if (value.isEmpty()) {
+        return {};
+    }
+    if (value == QLatin1String("NAME=VALUE")) {
+        return QStringLiteral(" -x -a '(__loomwright_settings)'");
+    }
+    if (value == QLatin1String("NAME")) {
+        return QStringLiteral(" -x -a '(__loomwright_targets)'");
+    }
+    if (value == QLatin1String("DIR")) {
+        return QStringLiteral(" -x -a '(__fish_complete_directories)'");
+    }
+    return value == QLatin1String("FILE") ? QStringLiteral(" -r -F") : QStringLiteral(" -x");
+}
+
+QString fishOptions(const std::vector<OptionInfo> &options, const QString &condition)
+{
+    QString text;
+    for (const OptionInfo &option : options) {
+        text += QLatin1String("complete -c loomwright") + condition;
+        if (option.shortName) {
+            text += QStringLiteral(" -s %1").arg(QLatin1String(option.shortName));
+        }
+        text += QStringLiteral(" -l %1").arg(QLatin1String(option.name)) + fishValue(option)
+            + QLatin1String(" -d ") + quoted(QLatin1String(option.description)) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+} // namespace
+
+QString bashCommands()
+{
+    return commandNames().join(QLatin1Char(' '));
+}
+
+QString bashOptions()
+{
+    return branches([](const std::vector<OptionInfo> &options) {
+        QStringList names;
+        for (const OptionInfo &option : options) {
+            names.append(words(option, QStringLiteral(" ")));
+        }
+        return QStringLiteral("echo ") + quoted(names.join(QLatin1Char(' ')));
+    });
+}
+
+QString bashValues()
+{
+    std::vector<OptionInfo> options = sharedOptions(true);
+    for (const CommandInfo &command : commandTable()) {
+        options.insert(options.end(), command.options.begin(), command.options.end());
+    }
+    QString text;
+    QStringList seen;
+    for (const OptionInfo &option : options) {
+        if (!option.value || seen.contains(QLatin1String(option.name))) {
+            continue;
+        }
+        seen.append(QLatin1String(option.name));
+        text += QStringLiteral("    %1) echo %2 ;;\n")
+                    .arg(words(option, QStringLiteral(" | ")), QLatin1String(option.value));
+    }
+    return text;
+}
+
+QString zshCommands()
+{
+    QString text;
+    for (const CommandInfo &command : commandTable()) {
+        text += QLatin1String("        ")
+            + quoted(QLatin1String(command.name) + QLatin1Char(':')
+                     + QLatin1String(command.summary))
+            + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString zshOptions()
+{
+    return branches([](const std::vector<OptionInfo> &options) {
+        QStringList specs;
+        for (const OptionInfo &option : options) {
+            specs.append(zshOption(option));
+        }
+        return QStringLiteral("options=(%1)").arg(specs.join(QLatin1Char(' ')));
+    });
+}
+
+QString fishCompletions()
+{
+    QString text;
+    QStringList withoutInputs;
+    for (const CommandInfo &command : commandTable()) {
+        const QString name = QLatin1String(command.name);
+        text += QStringLiteral("complete -c loomwright -n __fish_use_subcommand -f -a %1 -d %2\n")
+                    .arg(name, quoted(QLatin1String(command.summary)))
+            + fishOptions(command.options,
+                          QStringLiteral(" -n '__fish_seen_subcommand_from %1'").arg(name));
+        if (command.needs == CommandNeeds::Nothing) {
+            withoutInputs.append(name);
+        }
+    }
+    return text
+        + fishOptions(inputOptions(),
+                      QStringLiteral(" -n 'not __fish_seen_subcommand_from %1'")
+                          .arg(withoutInputs.join(QLatin1Char(' '))))
+        + fishOptions(generalOptions(), {});
+}
