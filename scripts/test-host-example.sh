@@ -1,0 +1,41 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+
+set -eu
+
+case ${1:-} in
+    '' | -h | --help)
+        cat <<'EOF'
+Usage: scripts/test-host-example.sh PREFIX
+
+Builds examples/minimal-host with the CMake package that is installed below PREFIX, and lets it build
+the sample with the stand-in for the stitcher.
+EOF
+        exit 0
+        ;;
+esac
+
+prefix=$1
+examples=$(cd "$(dirname "$0")/../examples" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+cmake -S "$examples/minimal-host" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" > "$work/log"
+cmake --build "$work/build" >> "$work/log" || { cat "$work/log" >&2; exit 1; }
+
+"$examples/make-sample.sh" "$work/sample"
+export QT_QPA_PLATFORM=offscreen TMPDIR="$work" PATH="$examples:$PATH"
+"$work/build/minimal-host" "$work/sample" "$work/image.bin" > "$work/log" 2>&1 || {
+    cat "$work/log" >&2
+    exit 1
+}
+# The last line is the stitcher's own: its output has arrived whole.
+tail -n 2 "$work/log"
+head -n 1 "$work/image.bin"
+
+"$examples/make-sample.sh" --broken "$work/broken"
+if "$work/build/minimal-host" "$work/broken" "$work/other.bin" > "$work/log" 2>&1; then
+    echo "The broken sample was built" >&2
+    exit 1
+fi
