@@ -32,19 +32,26 @@ public:
     void cancelExecution() override;
     IngredientCheckModel *getIngredientChecks() override;
     CheckResultSummary getIngredientCheckSummary() override;
+    /// The temporary directory after a run has begun; before that what was set.
     QString getWorkingDirectory() override;
     /// Does not reach the stitcher: beginExecution() sets the temporary folder.
     void setWorkingDirectory(const QString &directory) override;
     bool verifyInputs() override;
 
 signals:
+    /// Progress, and a chunk of the stitcher's standard output.
     void statusMessage(QString message);
+    /// Why a run could not start or broke off, and a chunk of the stitcher's standard error.
     void errorMessage(QString message);
+    /// Never emitted.
     void executionFinished();
 
 public slots:
+    /// Sends all that has arrived on standard output as one status message.
     void processStandardOut();
+    /// Sends all that has arrived on standard error as one error message.
     void processStandardError();
+    /// Sends Qt's description of @p error as an error message.
     void processCommandLineError(QProcess::ProcessError error);
 
 private:

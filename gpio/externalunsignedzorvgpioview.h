@@ -20,14 +20,20 @@ class ExternalUnsignedZorvGpioView : public QObject, public IDataView
     Q_INTERFACES(IDataView)
 
 public:
+    /// Creates the table with its two pins.
     explicit ExternalUnsignedZorvGpioView(QObject *parent = nullptr);
     ~ExternalUnsignedZorvGpioView() override;
 
+    /// Always empty.
     QVector<unsigned char> exportData() override;
     QAbstractItemModel *getDataModel() override;
+    /// "GPIO Settings".
     QString getDisplayName() override;
+    /// Always empty.
     QHash<QString, QVariant> getParameters() override;
+    /// "GPIO".
     QString getTargetName() override;
+    /// Always false: the view takes no data.
     bool loadData(const QVector<unsigned char> &data) override;
 
 private:

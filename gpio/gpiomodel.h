@@ -20,6 +20,10 @@ public:
     /// Shows the pins of @p xml, see initializeFromXml().
     explicit GpioModel(const QString &xml, QObject *parent = nullptr);
 
+    /// @name What QAbstractTableModel promises
+    /// @{
+
+    /// See QAbstractTableModel.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
@@ -28,6 +32,8 @@ public:
     /// Sets the cell's bit when the lowest 8 bits of @p value as a number are not 0, else clears it.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    /// @}
 
     /// Bit number @p bit (0 to 7) of @p value, 0 or 1.
     unsigned char extractBitValue(unsigned char value, unsigned char bit) const;

@@ -47,11 +47,18 @@ public:
 
     /// Writes @p config as a configuration file; false, with an error message, when that fails.
     bool writeConfigToFile(const QString &fileName, const QHash<QString, QString> &config);
+    /// @name Sections of a configuration file: each appends its lines to @p lines.
+    /// @{
+
+    /// Appends the section of that name from @p config.
     void writeConfigForOutputSettings(QStringList &lines, const QHash<QString, QString> &config);
     void writeConfigForUnsignedIngredients(QStringList &lines,
                                            const QHash<QString, QString> &config);
     void writeConfigForPresignedIngredients(QStringList &lines,
                                             const QHash<QString, QString> &config);
+
+    /// @}
+
     /// Appends an entry for each of @p keys, or a placeholder comment for one without a value.
     void writeConfigEntries(QStringList &lines, const QStringList &keys,
                             const QHash<QString, QString> &config);
@@ -60,11 +67,16 @@ public:
     bool verifyHeader(QDomNode header);
 
 signals:
+    /// Progress and reports, for the user.
     void statusMessage(QString message);
+    /// What went wrong, for the user; of the model and the mapper as well.
     void errorMessage(QString message);
+    /// A legacy data file has been loaded, valid or not: the data views are new ones.
     void dataFileLoaded();
 
 public slots:
+    /// Loads the legacy data file when the cell at @p topLeft names another one. The model changes one
+    /// cell at a time, so @p bottomRight is not looked at.
     void processDataChange(QModelIndex topLeft, QModelIndex bottomRight);
 
 private:

@@ -16,6 +16,7 @@ public:
     /// An expression that does not compile matches nothing.
     explicit FileNamePattern(const QString &regularExpression = QString());
 
+    /// Whether the pattern fits all of @p fileName, which has no directory.
     bool matches(const QString &fileName) const;
 
 private:

@@ -35,7 +35,9 @@ public:
     QHash<QString, QString> findAllIngredients(const QString &directory);
 
 signals:
+    /// Text for the user; sent by no operation so far.
     void statusMessage(QString message);
+    /// A second file for an ingredient.
     void errorMessage(QString message);
 
 private:

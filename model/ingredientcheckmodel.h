@@ -18,14 +18,21 @@ class IngredientCheckModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// Creates the table with its placeholder row.
     explicit IngredientCheckModel(QObject *parent = nullptr);
 
+    /// @name What QAbstractTableModel promises
+    /// @{
+
+    /// See QAbstractTableModel.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    /// @}
 
     using QAbstractTableModel::setData;
     /// Replaces all rows and counts them anew.

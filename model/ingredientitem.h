@@ -21,6 +21,7 @@ public:
     void appendChild(IngredientItem *item);
     /// The child at @p row, or null when there is none.
     IngredientItem *child(int row) const;
+    /// Number of children.
     int childCount() const;
     /// Number of cells.
     int columnCount() const;
@@ -32,7 +33,9 @@ public:
     IngredientItem *parent() const;
     /// Position among the parent's children; 0 for the root.
     int row() const;
+    /// The visibility flag; hidden nodes stay in the tree.
     bool isVisible() const;
+    /// Sets the visibility flag.
     void setIsVisible(bool isVisible);
 
 private:

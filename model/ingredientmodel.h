@@ -32,6 +32,10 @@ public:
     explicit IngredientModel(const QString &definition, QObject *parent = nullptr);
     ~IngredientModel() override;
 
+    /// @name What QAbstractItemModel promises
+    /// @{
+
+    /// See QAbstractItemModel.
     QModelIndex index(int row, int column,
                       const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex &index) const override;
@@ -47,14 +51,18 @@ public:
                         int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
+    /// @}
+
     /// Whether a view should show @p column; false for a column that the definition does not name.
     bool shouldColumnBeVisible(int column) const;
     /// Always true, whatever was set; ::VisibilityRole gives the flag.
     bool getGroupVisible(const QString &groupName) const;
+    /// Sets the visibility flag of a group; an unknown name is reported.
     void setGroupVisible(const QString &groupName, bool visible);
     /// True for every ingredient, hidden ones too; ::VisibilityRole gives the flag. False, with an
     /// error message, for an unknown name.
     bool getIngredientVisible(const QString &ingredientName);
+    /// Sets the visibility flag of an ingredient; an unknown name is reported.
     void setIngredientVisible(const QString &ingredientName, bool visible);
     /// Rebuilds the lookup tables by name; of several equal names the first wins.
     void generateIndexes();
@@ -83,7 +91,9 @@ public:
 signals:
     /// Declared for the host; the model announces its changes through dataChanged() alone.
     void changeOccured(QString broadcastName, QString value);
+    /// Text for the user; sent by no operation so far.
     void statusMessage(QString message);
+    /// A name that was looked up and not found.
     void errorMessage(QString message);
 
 private:

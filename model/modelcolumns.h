@@ -7,6 +7,7 @@
 
 /// The columns of the ingredient tree with the shipped definition.
 namespace IngredientColumn {
+/// Column numbers; Count is how many there are.
 enum Column {
     Name,  ///< Display name of the group or ingredient.
     Value, ///< Path, text or choice; visible and editable.
@@ -17,6 +18,7 @@ enum Column {
 
 /// The columns of the check table.
 namespace CheckColumn {
+/// Column numbers; Count is how many there are.
 enum Column {
     Passed,     ///< Whether the check passed, as a boolean.
     Ingredient, ///< Display name of the ingredient.

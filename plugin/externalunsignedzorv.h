@@ -23,9 +23,14 @@ class ExternalUnsignedZorv : public QObject, public ILoomwrightPlugin
     ZORV_PLUGIN_METADATA(ILoomwrightPlugin_iid)
 
 public:
+    /// Creates the target-details widget and both managers.
     explicit ExternalUnsignedZorv(QObject *parent = nullptr);
     ~ExternalUnsignedZorv() override;
 
+    /// @name What ILoomwrightPlugin promises
+    /// @{
+
+    /// See ILoomwrightPlugin.
     QString getAuthor() override;
     IIngredientManager *getIngredientManager() override;
     IExecutionManager *getExecutionManager() override;
@@ -36,9 +41,14 @@ public:
     /// Also greets through @p manager; a manager that the host deletes counts as switched off.
     void registerStatusManager(StatusManager *manager) override;
 
+    /// @}
+
 public slots:
+    /// Passes @p message on as a status message, if a relay is registered.
     void statusMessage(const QString &message);
+    /// Passes @p message on as an error message, if a relay is registered.
     void errorMessage(const QString &message);
+    /// Passes the event on, if a relay is registered.
     void dataFileChanged();
 
 private:

@@ -13,6 +13,7 @@ class ExternalUnsignedZorvTargetDetails : public QWidget
     Q_OBJECT
 
 public:
+    /// Creates the page with its text.
     explicit ExternalUnsignedZorvTargetDetails(QWidget *parent);
     ~ExternalUnsignedZorvTargetDetails() override;
 

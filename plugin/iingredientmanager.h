@@ -20,6 +20,7 @@ class QAbstractItemModel;
 class IIngredientManager
 {
 public:
+    /// The plug-in deletes its managers; hosts do not.
     virtual ~IIngredientManager() { }
 
     /// Whether a legacy data file has been loaded, sound or not.
@@ -47,5 +48,6 @@ public:
     virtual bool validateXmlFile(const QString &fileName) = 0;
 };
 
+/// What Qt casts by; see vendorprefix.h.
 #define IIngredientManager_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.IIngredientManager/1.0"
 Q_DECLARE_INTERFACE(IIngredientManager, IIngredientManager_iid)

@@ -21,11 +21,14 @@ class StatusManager;
 class ILoomwrightPlugin
 {
 public:
+    /// The plug-in loader deletes the root object.
     virtual ~ILoomwrightPlugin() { }
 
     /// Author's name, followed by a contact address.
     virtual QString getAuthor() = 0;
+    /// What goes into an image: the same object every time; null when there is none.
     virtual IIngredientManager *getIngredientManager() = 0;
+    /// The checks and the run of the stitcher: the same object every time; null when there is none.
     virtual IExecutionManager *getExecutionManager() = 0;
     /// The host interface versions that the plug-in supports.
     virtual QStringList getTargetAPIVersions() = 0;
@@ -33,11 +36,13 @@ public:
     virtual QWidget *getTargetDetailsWidget() = 0;
     /// Display name of the target platform.
     virtual QString getTargetName() = 0;
+    /// Version of the plug-in itself, for the user.
     virtual QString getPluginVersion() = 0;
     /// Hands over the relay for all messages and events; null switches relaying off. What the
     /// plug-in has to say before the first call is dropped.
     virtual void registerStatusManager(StatusManager *manager) = 0;
 };
 
+/// What Qt casts by; see vendorprefix.h.
 #define ILoomwrightPlugin_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.ILoomwrightPlugin/1.0"
 Q_DECLARE_INTERFACE(ILoomwrightPlugin, ILoomwrightPlugin_iid)

@@ -16,11 +16,16 @@ class StatusManager : public QObject
     Q_OBJECT
 
 public:
+    /// Creates a relay that nobody listens to yet.
     explicit StatusManager(QObject *parent = nullptr)
         : QObject(parent)
     {
     }
 
+    /// @name For the plug-in: each sends the signal of the same name.
+    /// @{
+
+    /// Sends the signal.
     void relayStatusMessage(const QString &message)
     {
         emit statusMessage(message);
@@ -38,9 +43,15 @@ public:
         emit targetDetailsChanged();
     }
 
+    /// @}
+
 signals:
+    /// Something went wrong. Text for the user, with the line feeds and spaces that it has.
     void errorMessage(QString message);
+    /// Progress and reports. Text for the user, with the line feeds and spaces that it has.
     void statusMessage(QString message);
+    /// What the target-details page shows has changed.
     void targetDetailsChanged();
+    /// A legacy data file has been loaded: the data views are new ones.
     void dataFileChanged();
 };

@@ -32,7 +32,7 @@ struct BuildOptions {
 
 /// How a build ended.
 struct BuildResult {
-    bool isSuccess = false;
+    bool isSuccess = false;   ///< Whether the image was built.
     QString reason;           ///< Why it failed, in sentences; empty on success.
     QString imageFile;        ///< Absolute path of the image.
     qint64 imageSize = 0;     ///< In bytes; 0 unless the build succeeded.
@@ -75,6 +75,7 @@ public:
 signals:
     /// The image is being hashed: @p done of @p total bytes.
     void hashing(qint64 done, qint64 total);
+    /// The build has ended. Nothing of the stitcher runs any more.
     void finished(const BuildResult &result);
 
 private:

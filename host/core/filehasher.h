@@ -15,7 +15,7 @@ class QThread;
 
 /// What hashing one file brought.
 struct FileHash {
-    QString file;
+    QString file;      ///< The path as it was given.
     qint64 size = 0;   ///< The bytes that were read.
     QByteArray sha256; ///< In hexadecimal; empty on an error.
     QString error;     ///< Why there is no hash; empty when there is one.
@@ -27,6 +27,7 @@ class FileHasher : public QObject
     Q_OBJECT
 
 public:
+    /// Creates a hasher that waits for start().
     explicit FileHasher(QObject *parent = nullptr);
     /// Cancels, and waits for the thread.
     ~FileHasher() override;

@@ -17,7 +17,7 @@ class PluginSession;
 
 /// One row of the plug-in's check table, with what it is about.
 struct FileCheck {
-    bool passed = false;
+    bool passed = false;      ///< Whether the check succeeded.
     QString details;          ///< What was found, in the plug-in's words.
     Ingredient ingredient;    ///< The one that was checked.
     QString file;             ///< The path that was checked.
@@ -39,6 +39,9 @@ public:
     /// object.
     explicit ImageJob(PluginSession *pluginSession, QObject *parent = nullptr);
 
+    /// @name Inputs
+    /// @{
+
     /// Each of these applies one input; a relative path is taken against the current directory.
     /// False when the input was refused: problems() says why, and nothing but it has changed.
     bool loadConfig(const QString &file);
@@ -48,6 +51,8 @@ public:
     bool setImage(const QString &file);
     /// Applies the project that was read from @p file.
     bool loadProject(const Project &project, const QString &file);
+
+    /// @}
 
     /// Adds a problem that was found elsewhere, such as a file that cannot be read as a project.
     void addProblem(const Problem &problem);
@@ -69,6 +74,7 @@ public:
     QString overwriteProblem(const QString &file) const;
     /// The current values, for a project file.
     Project project() const;
+    /// All ingredients with their current values.
     QVector<Ingredient> ingredients() const;
 
 signals:

@@ -12,17 +12,18 @@ class QAbstractItemModel;
 
 /// One row of the ingredient tree, as a host reads it.
 struct Ingredient {
-    QString group;
-    QString name;
-    QString key;
+    QString group;          ///< Display name of its group.
+    QString name;           ///< Display name.
+    QString key;            ///< Name in the stitcher's configuration.
     QModelIndex valueIndex; ///< The cell to edit.
     QVariant value;         ///< A FilePath, a Choice or a text.
-    bool isVisible = true;
+    bool isVisible = true;  ///< Whether views should show the row.
 };
 
 /// What kind of value a cell holds.
 enum class ValueKind { File, Choice, Text, Other };
 
+/// The kind of @p value.
 ValueKind kindOf(const QVariant &value);
 /// The kind as reports and project files name it: "file", "choice", "text" or "other".
 QString kindName(ValueKind kind);
@@ -39,6 +40,7 @@ QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model);
 
 /// The ingredient that the build writes; one with an invalid index when there is none.
 Ingredient outputIngredient(const QAbstractItemModel &model);
+/// The same among @p ingredients.
 Ingredient outputIngredient(const QVector<Ingredient> &ingredients);
 
 /// The ingredient with that display name or else key; one with an invalid index when there is none.

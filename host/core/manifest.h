@@ -16,10 +16,10 @@ struct FileHash;
 /// A file with what a manifest records of it.
 struct RecordedFile {
     QString ingredient; ///< Display name of the ingredient.
-    QString key;
-    QString file; ///< Absolute path.
-    qint64 size = 0;
-    QByteArray sha256;
+    QString key;        ///< The ingredient's key; empty for the image.
+    QString file;       ///< Absolute path.
+    qint64 size = 0;    ///< In bytes.
+    QByteArray sha256;  ///< In hexadecimal.
 };
 
 /// The image and all inputs that @p manifest, which has a build, records.
@@ -36,6 +36,7 @@ QVector<Problem> differencesInValues(const Project &manifest,
 QVector<Problem> differencesInFiles(const QVector<RecordedFile> &files,
                                     const QList<FileHash> &hashes);
 
+/// The paths of @p files, in their order.
 QStringList pathsOf(const QVector<RecordedFile> &files);
 
 /// The paths of all input files that @p project names, and in the same order the entries that

@@ -20,6 +20,7 @@ class PluginSession : public QObject
     Q_OBJECT
 
 public:
+    /// Creates a session without a plug-in.
     explicit PluginSession(QObject *parent = nullptr);
     /// Ends the plug-in; a stitcher that still runs is killed by it.
     ~PluginSession() override;
@@ -36,10 +37,13 @@ public:
 
     /// The file that was loaded.
     QString fileName() const;
+    /// The relay, which exists before a plug-in is loaded; owned by this object.
     StatusManager *statusManager();
-    /// The plug-in and its managers; owned by it, null before load() succeeded.
+    /// The plug-in's root object; owned by the library, null before load() succeeded.
     ILoomwrightPlugin *plugin() const;
+    /// Owned by the plug-in; null before load() succeeded.
     IIngredientManager *ingredientManager() const;
+    /// Owned by the plug-in; null before load() succeeded.
     IExecutionManager *executionManager() const;
 
 signals:

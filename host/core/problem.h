@@ -16,6 +16,7 @@ enum class ProblemKind {
 
 /// Something that is wrong with an image or its inputs, and blocks a build.
 struct Problem {
+    /// Where it comes from.
     ProblemKind kind = ProblemKind::Input;
     QString text;       ///< What is wrong, in words.
     QString ingredient; ///< Display name of the ingredient; empty when it concerns none.

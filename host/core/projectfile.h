@@ -14,34 +14,34 @@
 
 /// One ingredient's value in a project file.
 struct ProjectEntry {
-    QString key;
-    QString name;
-    ValueKind kind = ValueKind::Text;
-    QString value;     ///< An absolute path or empty, the chosen entry, or the text.
-    qint64 size = -1;  ///< Of an input file in a manifest, in bytes; else -1.
-    QByteArray sha256; ///< Of the same file, in hexadecimal; else empty.
+    QString key;                      ///< The ingredient's key; may be empty.
+    QString name;                     ///< Its display name.
+    ValueKind kind = ValueKind::Text; ///< What @c value is.
+    QString value;                    ///< An absolute path or empty, the chosen entry, or the text.
+    qint64 size = -1;                 ///< Of an input file in a manifest, in bytes; else -1.
+    QByteArray sha256;                ///< Of the same file, in hexadecimal; else empty.
 };
 
 /// What a manifest records of a build beyond the values.
 struct BuildRecord {
-    QString imageFile; ///< Absolute path.
-    qint64 imageSize = 0;
-    QByteArray imageSha256;
-    QString configuration; ///< The text that the stitcher was given.
-    QString stitcherFile;  ///< Absolute path.
-    QByteArray stitcherSha256;
-    int stitcherExitStatus = 0;
-    QString hostVersion;
-    QString pluginVersion;
-    QString qtVersion;
-    QString time; ///< In UTC, as in ISO 8601.
+    QString imageFile;          ///< Absolute path.
+    qint64 imageSize = 0;       ///< In bytes.
+    QByteArray imageSha256;     ///< In hexadecimal.
+    QString configuration;      ///< The text that the stitcher was given.
+    QString stitcherFile;       ///< Absolute path.
+    QByteArray stitcherSha256;  ///< In hexadecimal.
+    int stitcherExitStatus = 0; ///< 0, since a failed build has no record.
+    QString hostVersion;        ///< Of the program that built.
+    QString pluginVersion;      ///< As the plug-in reports it.
+    QString qtVersion;          ///< Of the Qt that ran.
+    QString time;               ///< In UTC, as in ISO 8601.
 };
 
 /// The values of all ingredients of a target; with the record of a build it is a manifest.
 struct Project {
-    QString target;
-    QVector<ProjectEntry> entries;
-    std::optional<BuildRecord> build;
+    QString target;                   ///< Display name of the target.
+    QVector<ProjectEntry> entries;    ///< In tree order.
+    std::optional<BuildRecord> build; ///< In a manifest only.
 };
 
 /// Reads @p file. On failure @p project stays as it is.

@@ -18,6 +18,7 @@ class StitcherRun : public QObject
     Q_OBJECT
 
 public:
+    /// Creates a run that waits for start().
     explicit StitcherRun(QObject *parent = nullptr);
     /// Terminates what still runs, and waits for its end.
     ~StitcherRun() override;
@@ -27,6 +28,7 @@ public:
     /// when nothing was started. Call it once.
     /// @param stitcher absolute path of the stitcher
     /// @param workDirectory what TMPDIR is set to
+    /// @param begin makes the plug-in start its stitcher
     /// @return an empty text, or why nothing could be started; ended() does not follow then
     QString start(const QString &stitcher, const QString &workDirectory,
                   const std::function<void()> &begin);
