@@ -16,7 +16,7 @@ EOF
         ;;
 esac
 
-prefix=$1
+prefix=$(cd "$1" && pwd)
 examples=$(cd "$(dirname "$0")/../examples" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -24,18 +24,19 @@ trap 'rm -rf "$work"' EXIT
 cmake -S "$examples/minimal-host" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" > "$work/log"
 cmake --build "$work/build" >> "$work/log" || { cat "$work/log" >&2; exit 1; }
 
-"$examples/make-sample.sh" "$work/sample"
+cd "$work"
+"$examples/make-sample.sh" sample
 export QT_QPA_PLATFORM=offscreen TMPDIR="$work" PATH="$examples:$PATH"
-"$work/build/minimal-host" "$work/sample" "$work/image.bin" > "$work/log" 2>&1 || {
-    cat "$work/log" >&2
+build/minimal-host sample image.bin > log 2>&1 || {
+    cat log >&2
     exit 1
 }
 # The last line is the stitcher's own: its output has arrived whole.
-tail -n 2 "$work/log"
-head -n 1 "$work/image.bin"
+tail -n 2 log
+head -n 1 image.bin
 
-"$examples/make-sample.sh" --broken "$work/broken"
-if "$work/build/minimal-host" "$work/broken" "$work/other.bin" > "$work/log" 2>&1; then
+"$examples/make-sample.sh" --broken broken
+if build/minimal-host broken other.bin > log 2>&1; then
     echo "The broken sample was built" >&2
     exit 1
 fi

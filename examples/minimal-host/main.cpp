@@ -34,17 +34,17 @@ int main(int argc, char **argv)
         qCritical("%s", plugin ? "Two arguments needed" : qPrintable(loader.errorString()));
         return 2;
     }
-
     StatusManager relay;
     const auto print = [](const QString &text) { qInfo().noquote() << text; };
     QObject::connect(&relay, &StatusManager::statusMessage, print);
     QObject::connect(&relay, &StatusManager::errorMessage, print);
     plugin->registerStatusManager(&relay);
 
-    const QString image = QFileInfo(argv[2]).absoluteFilePath();
+    const QDir here; // The stitcher runs in another directory, so paths must be absolute.
+    const QString image = here.absoluteFilePath(argv[2]);
     QFile::remove(image);
     IIngredientManager *manager = plugin->getIngredientManager();
-    manager->generateConfigFromDirectory(argv[1]);
+    manager->generateConfigFromDirectory(here.absoluteFilePath(argv[1]));
     setImage(manager->getIngredients(), image);
     if (plugin->getExecutionManager()->verifyInputs()) {
         plugin->getExecutionManager()->beginExecution();

@@ -1,0 +1,26 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+# SPDX-License-Identifier: MIT
+
+set -eu
+
+case ${1:-} in
+    '') ;;
+    -h | --help)
+        cat <<'EOF'
+Usage: scripts/render-diagrams.sh
+
+Renders the diagrams of docs/ from their Graphviz sources (*.dot) as SVG.
+EOF
+        exit 0
+        ;;
+    *)
+        echo "render-diagrams.sh takes no arguments (try --help)" >&2
+        exit 2
+        ;;
+esac
+
+cd "$(dirname "$0")/../docs"
+for source in *.dot; do
+    dot -Tsvg -o "${source%.dot}.svg" "$source"
+done
