@@ -8,9 +8,15 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
-test_packages="xvfb xauth python3-jsonschema"
+test_packages="xvfb xauth python3-jsonschema fish zsh"
 # shellcheck disable=SC2034
-check_packages="clang-format clang-tidy cppcheck shellcheck devscripts"
+check_packages="clang-format shellcheck cmake-format codespell reuse desktop-file-utils appstream"
+# shellcheck disable=SC2034
+analysis_packages="clang-tidy cppcheck"
+# shellcheck disable=SC2034
+docs_packages="doxygen graphviz"
+# shellcheck disable=SC2034
+binary_packages="binutils devscripts"
 # shellcheck disable=SC2034
 package_packages="scdoc librsvg2-bin dpkg-dev lintian man-db pkg-config desktop-file-utils appstream bash-completion"
 # shellcheck disable=SC2034

@@ -44,7 +44,7 @@ in_bash() {
 }
 
 expect bash 'loomwright ver' 'verify !build' "$(in_bash ver)"
-expect bash 'loomwright help bu' 'build' "$(in_bash help bu)"
+expect bash 'loomwright help b' 'build' "$(in_bash help b)"
 expect bash 'loomwright build --' '--manifest --set --json' "$(in_bash build --)"
 expect bash 'loomwright verify --' '--json !--set !--manifest' "$(in_bash verify --)"
 expect bash 'loomwright -d d' 'drop !drop.json' "$(in_bash -d d)"
@@ -59,6 +59,10 @@ expect bash 'loomwright -s "Host F' 'Host FW=' "$(in_bash -s '"Host F')"
 expect bash 'loomwright --target Veld' 'Veldmark\ D1\ Phone\ -\ Unsigned\ Zorv' \
     "$(in_bash --target Veld)"
 unset IFS
+
+if command -v shellcheck > /dev/null; then
+    shellcheck "$build/completions/loomwright.bash" || status=1
+fi
 
 if command -v fish > /dev/null; then
     in_fish() {
