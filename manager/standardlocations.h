@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Directories that the two versions of Qt name in different ways.
+
 #include <QString>
 
 /// The user's documents folder.

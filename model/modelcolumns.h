@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Columns and roles of the plug-in's models.
+
 #include <Qt>
 
 /// The columns of the ingredient tree with the shipped definition.

@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Reading values in cells without a copy.
+
 #include <QVariant>
 
 /// The value of type @p Payload inside @p value, null when it holds another type. It points into

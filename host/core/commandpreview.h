@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// What a build would start, without starting it.
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>

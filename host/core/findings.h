@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// What the host itself finds wrong with values.
+
 #include "host/core/ingredients.h"
 #include "host/core/problem.h"
 

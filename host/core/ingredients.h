@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Reading and setting the values of an ingredient tree.
+
 #include <QModelIndex>
 #include <QString>
 #include <QVariant>

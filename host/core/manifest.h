@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Comparing values and files with a manifest.
+
 #include "host/core/ingredients.h"
 #include "host/core/problem.h"
 #include "host/core/projectfile.h"

@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Where plug-ins are looked for.
+
 #include <QStringList>
 
 /// The files that may be the plug-in, in the order in which they are tried.

@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Reading and writing project files and manifests.
+
 #include "host/core/ingredients.h"
 
 #include <QByteArray>

@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Where the stitcher and its runner are looked for.
+
 #include <QString>
 
 /// Where the stitcher is, or why there is none.
