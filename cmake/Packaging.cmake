@@ -6,7 +6,7 @@
 # with the plug-in for the Workbench.
 
 set(CPACK_PACKAGE_VENDOR "Loomwright plug-in team")
-set(CPACK_PACKAGE_CONTACT "Loomwright plug-in team <loomwright@loomwright.example>")
+set(CPACK_PACKAGE_CONTACT "Loomwright plug-in team <zorv@loomwright.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
