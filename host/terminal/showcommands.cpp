@@ -56,7 +56,16 @@ Record recordOf(const Ingredient &ingredient)
     return record;
 }
 
-/// Names and keys, each once, as --set takes them.
+/// One per line and each once.
+void printNames(CommandContext &context, QStringList names)
+{
+    names.removeDuplicates();
+    for (const QString &name : qAsConst(names)) {
+        context.report.print(name);
+    }
+}
+
+/// Names and keys, as --set takes them.
 void printIngredientNames(CommandContext &context)
 {
     QStringList names;
@@ -64,8 +73,7 @@ void printIngredientNames(CommandContext &context)
         names << ingredient.name << ingredient.key;
     }
     names.removeAll(QString());
-    names.removeDuplicates();
-    context.report.print(names.join(QLatin1Char('\n')));
+    printNames(context, names);
 }
 
 } // namespace
@@ -89,6 +97,7 @@ int showInfo(CommandContext &context)
 int listTargets(CommandContext &context)
 {
     std::vector<Record> rows;
+    QStringList names;
     int status = Success;
     for (const QString &file : installedPlugins(context.commandLine.pluginFile)) {
         PluginSession session;
@@ -97,14 +106,13 @@ int listTargets(CommandContext &context)
             status = Failed;
             continue;
         }
-        if (context.commandLine.areNamesWanted) {
-            context.report.print(session.plugin()->getTargetName());
-        }
+        names.append(session.plugin()->getTargetName());
         rows.push_back({{"Target", "target", session.plugin()->getTargetName()},
                         {"Version", "version", session.plugin()->getPluginVersion()},
                         {"File", "file", file}});
     }
     if (context.commandLine.areNamesWanted) {
+        printNames(context, names);
         return status;
     }
     if (rows.empty()) {
