@@ -5,69 +5,21 @@
 
 #include "host/terminal/outputqueue.h"
 
+#include <QSocketNotifier>
+
 #include <csignal>
-#include <fcntl.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
-
-namespace {
-
-int handlerDescriptor = -1;
-volatile std::sig_atomic_t lastSignal = 0;
-
-extern "C" void noteSignal(int number)
-{
-    lastSignal = number;
-    const eventfd_t value = 1;
-    // Nothing can be done about a failure inside a signal handler.
-    [[maybe_unused]] const auto written = write(handlerDescriptor, &value, sizeof value);
-}
-
-} // namespace
 
 InterruptWatch::InterruptWatch(const OutputQueue &output, QObject *parent)
     : QObject(parent)
-    , eventDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    handlerDescriptor = eventDescriptor;
-    auto signalNotifier = new QSocketNotifier(eventDescriptor, QSocketNotifier::Read, this);
-    connect(signalNotifier, &QSocketNotifier::activated, this, [this] {
-        eventfd_t count = 0;
-        if (eventfd_read(eventDescriptor, &count) == 0) {
-            emit interrupted(lastSignal);
-        }
+    connect(&signalWatch, &SignalWatch::received, this, &InterruptWatch::interrupted);
+    if (SignalWatch::isIgnored(SIGPIPE)) {
+        return;
+    }
+    auto readerNotifier
+        = new QSocketNotifier(output.readerGoneDescriptor(), QSocketNotifier::Read, this);
+    connect(readerNotifier, &QSocketNotifier::activated, this, [this, readerNotifier] {
+        readerNotifier->setEnabled(false);
+        emit interrupted(SIGPIPE);
     });
-    if (!isIgnored(SIGPIPE)) {
-        auto readerNotifier
-            = new QSocketNotifier(output.readerGoneDescriptor(), QSocketNotifier::Read, this);
-        connect(readerNotifier, &QSocketNotifier::activated, this, [this, readerNotifier] {
-            readerNotifier->setEnabled(false);
-            emit interrupted(SIGPIPE);
-        });
-    }
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        if (isIgnored(number)) {
-            continue;
-        }
-        watchedSignals.append(number);
-        struct sigaction action = {};
-        action.sa_handler = noteSignal;
-        action.sa_flags = int(SA_RESETHAND) | SA_RESTART;
-        sigaction(number, &action, nullptr);
-    }
-}
-
-InterruptWatch::~InterruptWatch()
-{
-    for (const int number : qAsConst(watchedSignals)) {
-        std::signal(number, SIG_DFL);
-    }
-    handlerDescriptor = -1;
-    close(eventDescriptor);
-}
-
-bool InterruptWatch::isIgnored(int signalNumber)
-{
-    struct sigaction action = {};
-    return sigaction(signalNumber, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }

@@ -3,15 +3,12 @@
 
 #pragma once
 
-#include <QObject>
-#include <QSocketNotifier>
-#include <QVector>
+#include "host/core/signalwatch.h"
 
 class OutputQueue;
 
-/// Turns the signals that end a program (INT, TERM, HUP), and a reader that has closed its end of
-/// the output (PIPE), into a Qt signal while it lives. A second INT, TERM or HUP ends the program at
-/// once. A signal that is ignored, as under nohup, stays ignored.
+/// Turns what interrupts a program into one Qt signal while it lives: the signals of a SignalWatch,
+/// and a reader that has closed its end of the output (PIPE).
 class InterruptWatch : public QObject
 {
     Q_OBJECT
@@ -19,15 +16,10 @@ class InterruptWatch : public QObject
 public:
     /// @param output must outlive this object
     explicit InterruptWatch(const OutputQueue &output, QObject *parent = nullptr);
-    ~InterruptWatch() override;
-
-    /// Whether the program was started with @p signalNumber ignored.
-    static bool isIgnored(int signalNumber);
 
 signals:
     void interrupted(int signalNumber);
 
 private:
-    int eventDescriptor;
-    QVector<int> watchedSignals;
+    SignalWatch signalWatch;
 };

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <QVector>
+
+/// Turns the signals that end a program (INT, TERM, HUP) into a Qt signal while it lives; there is one
+/// at a time. A second INT, TERM or HUP ends the program at once. A signal that is ignored, as under
+/// nohup, stays ignored.
+class SignalWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SignalWatch(QObject *parent = nullptr);
+    ~SignalWatch() override;
+
+    /// Whether the program was started with @p signalNumber ignored.
+    static bool isIgnored(int signalNumber);
+
+signals:
+    void received(int signalNumber);
+
+private:
+    int eventDescriptor;
+    QVector<int> watchedSignals;
+};
