@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// What a path that the user opens or drops is taken for.
+enum class InputKind {
+    Directory,     ///< Fills ingredients from its files.
+    Project,       ///< A project file or a manifest: its content is a JSON object.
+    Configuration, ///< A stitcher configuration: its name ends in ".txt".
+    File           ///< Fills the ingredient that its name fits.
+};
+
+/// Reads the start of @p file if it is a regular file.
+InputKind inputKindOf(const QString &file);
