@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/openfolder.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("OpenFolder", text);
+}
+
+} // namespace
+
+QString openFolder(const QString &path)
+{
+    const QString shownPath = QDir::toNativeSeparators(path);
+    if (!QFileInfo(path).isDir()) {
+        return tr("There is no folder %1.").arg(shownPath);
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+        return tr("No program was found that opens the folder %1.").arg(shownPath);
+    }
+    return {};
+}
