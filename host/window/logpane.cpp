@@ -4,37 +4,52 @@
 #include "host/window/logpane.h"
 
 #include "host/window/failurecolor.h"
+#include "host/window/icons.h"
+#include "host/window/messages.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QElapsedTimer>
+#include <QEvent>
 #include <QFileDialog>
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
+#include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSaveFile>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <QTime>
+#include <QToolButton>
 
 namespace {
 
 const int showIntervalMs = 50;
+/// How long the window may be busy with one batch.
+const int batchMs = 20;
 /// A longer line would keep the text layout busy for seconds.
-const int longestLine = 4096;
+const int maxLineLength = 4096;
 
-QString inShortLines(const QString &text)
+/// What a block of the view is, as its user state.
+enum BlockState { StatusBlock, ErrorStart, ErrorContinuation };
+
+/// Whether a text document starts a new block at @p character.
+bool endsLine(QChar character)
 {
-    QStringList lines;
-    for (const QString &line : text.split(QLatin1Char('\n'))) {
-        int start = 0;
-        do {
-            lines << line.mid(start, longestLine);
-            start += longestLine;
-        } while (start < line.size());
+    switch (character.unicode()) {
+    case '\n':
+    case '\r':
+    case QChar::ParagraphSeparator:
+    case 0xfdd0: // What a document uses for the borders of frames.
+    case 0xfdd1:
+        return true;
+    default:
+        return false;
     }
-    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -42,35 +57,105 @@ QString inShortLines(const QString &text)
 LogPane::LogPane(QWidget *parent)
     : QWidget(parent)
     , view(new QPlainTextEdit(this))
+    , droppedNotice(new QLabel(this))
 {
-    auto title = new QLabel(tr("&Log"), this);
-    title->setBuddy(view);
-    auto header = new QHBoxLayout;
-    header->addWidget(title);
-    header->addStretch();
-    const auto addButton = [this, header](const QString &text, const QString &name, auto action) {
-        auto button = new QPushButton(text, this);
-        button->setAccessibleName(name);
-        connect(button, &QPushButton::clicked, this, action);
-        header->addWidget(button);
-    };
-    addButton(tr("Cop&y"), tr("Copy the log"), &LogPane::copy);
-    addButton(tr("Cl&ear"), tr("Clear the log"), &LogPane::clear);
-    addButton(tr("Sa&ve…"), tr("Save the log"), &LogPane::save);
+    createView();
+    droppedNotice->setObjectName(QStringLiteral("logDropped"));
+    droppedNotice->setText(tr("Older lines were dropped: the log keeps the newest %1 characters.")
+                               .arg(QLocale().toString(charactersKept)));
+    droppedNotice->setWordWrap(true);
+    droppedNotice->hide();
     auto layout = new QVBoxLayout(this);
-    layout->addLayout(header);
+    layout->addWidget(createBar());
+    layout->addWidget(droppedNotice);
     layout->addWidget(view);
+    setFocusProxy(view);
+    updateFont();
 
+    showTimer.setSingleShot(true);
+    showTimer.setInterval(showIntervalMs);
+    connect(&showTimer, &QTimer::timeout, this, &LogPane::showSome);
+}
+
+void LogPane::createView()
+{
     view->setObjectName(QStringLiteral("log"));
     view->setAccessibleName(tr("Log"));
     view->setReadOnly(true);
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setUndoRedoEnabled(false);
     view->setTabChangesFocus(true);
+    // The range changes before the value does, so a view that was at the end stays there whether
+    // text is added or the window shrinks.
+    const QScrollBar *bar = view->verticalScrollBar();
+    connect(bar, &QScrollBar::rangeChanged, this, [this](int, int maximum) {
+        if (followsEnd) {
+            view->verticalScrollBar()->setValue(maximum);
+        }
+    });
+    connect(bar, &QScrollBar::valueChanged, this,
+            [this, bar](int value) { followsEnd = value >= bar->maximum(); });
+}
 
-    showTimer.setSingleShot(true);
-    showTimer.setInterval(showIntervalMs);
-    connect(&showTimer, &QTimer::timeout, this, &LogPane::showPending);
+QWidget *LogPane::createBar()
+{
+    auto bar = new QWidget(this);
+    auto layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    searchLine = new QLineEdit(bar);
+    searchLine->setObjectName(QStringLiteral("logSearch"));
+    searchLine->setPlaceholderText(tr("Search the log"));
+    searchLine->setAccessibleName(tr("Search the log"));
+    searchLine->setClearButtonEnabled(true);
+    layout->addWidget(searchLine, 1);
+    searchState = new QLabel(bar);
+    searchState->setObjectName(QStringLiteral("logSearchState"));
+    searchState->setMargin(fontMetrics().horizontalAdvance(QLatin1Char(' ')));
+    searchState->hide();
+    layout->addWidget(searchState);
+
+    const auto add = [this, bar](const char *icon, const QString &name, auto action) {
+        QToolButton *button = addButton(bar, QLatin1String(icon), name);
+        connect(button, &QToolButton::clicked, this, action);
+    };
+    add("go-up", tr("Find previous"), &LogPane::findPrevious);
+    add("go-down", tr("Find next"), &LogPane::findNext);
+    layout->addSpacing(layout->contentsMargins().left() + searchState->margin());
+    errorsOnlyButton = addButton(bar, QStringLiteral("dialog-error"), tr("Show errors only"));
+    errorsOnlyButton->setObjectName(QStringLiteral("logErrorsOnly"));
+    errorsOnlyButton->setCheckable(true);
+    connect(errorsOnlyButton, &QToolButton::toggled, this, &LogPane::setErrorsOnly);
+    add("go-jump", tr("Next error"), &LogPane::showNextError);
+    layout->addSpacing(searchState->margin());
+    add("edit-copy", tr("Copy the log"), &LogPane::copy);
+    add("edit-clear", tr("Clear the log"), &LogPane::clear);
+    add("document-save-as", tr("Save the log"), &LogPane::save);
+
+    connect(searchLine, &QLineEdit::textChanged, this, [this] {
+        // The match grows in place while the text is typed.
+        QTextCursor start = view->textCursor();
+        start.setPosition(start.selectionStart());
+        view->setTextCursor(start);
+        find({});
+    });
+    connect(searchLine, &QLineEdit::returnPressed, this, [this] {
+        const bool backward = QApplication::keyboardModifiers() & Qt::ShiftModifier;
+        backward ? findPrevious() : findNext();
+    });
+    return bar;
+}
+
+QToolButton *LogPane::addButton(QWidget *bar, const QString &iconName, const QString &name)
+{
+    auto button = new QToolButton(bar);
+    button->setIcon(namedIcon(iconName));
+    button->setToolTip(name);
+    button->setAccessibleName(name);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    bar->layout()->addWidget(button);
+    return button;
 }
 
 void LogPane::addStatus(const QString &message)
@@ -92,73 +177,224 @@ void LogPane::add(const QString &message, bool isError)
     }
     const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
     const QString mark = isError ? QStringLiteral("✖ ") : QStringLiteral("  ");
-    pending.append({time + QLatin1Char(' ') + mark + kept, isError});
-    pendingCharacters += pending.last().text.size();
-    while (pending.size() > 1 && pendingCharacters > charactersKept) {
-        pendingCharacters -= pending.first().text.size();
-        pending.removeFirst();
+    incoming.push_back({time + QLatin1Char(' ') + mark + kept, isError});
+    incomingCharacters += incoming.back().text.size();
+    while (incoming.size() > 1 && incomingCharacters > charactersKept) {
+        incomingCharacters -= incoming.front().text.size();
+        incoming.pop_front();
+        droppedNotice->show();
     }
     if (!showTimer.isActive()) {
-        showTimer.start();
+        showTimer.start(showIntervalMs);
     }
 }
 
-void LogPane::showPending()
+/// Turns the oldest message that came in into lines.
+void LogPane::splitNextMessage()
 {
-    const bool isAtEnd
-        = view->verticalScrollBar()->value() >= view->verticalScrollBar()->maximum() - 1;
-    QTextCursor end(view->document());
-    end.movePosition(QTextCursor::End);
-    end.beginEditBlock();
-    for (const Entry &entry : std::exchange(pending, {})) {
-        QTextCharFormat format;
-        if (entry.isError) {
-            format.setForeground(failureColor(palette()));
+    const Message message = std::move(incoming.front());
+    incoming.pop_front();
+    incomingCharacters -= message.text.size();
+    bool startsMessage = true;
+    int start = 0;
+    for (int i = 0; i <= message.text.size(); ++i) {
+        const bool atEnd = i == message.text.size();
+        const bool lineEnds = atEnd || endsLine(message.text.at(i));
+        if (!lineEnds && i - start < maxLineLength) {
+            continue;
         }
-        if (!view->document()->isEmpty()) {
-            end.insertBlock();
-        }
-        end.insertText(inShortLines(entry.text), format);
-    }
-    end.endEditBlock();
-    pendingCharacters = 0;
-    trim();
-    if (isAtEnd) {
-        view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+        lines.push_back({message.text.mid(start, i - start), message.isError, startsMessage});
+        lineCharacters += i - start + 1;
+        startsMessage = false;
+        const bool carriageReturnFirst
+            = !atEnd && message.text.midRef(i, 2) == QLatin1String("\r\n");
+        i += carriageReturnFirst ? 1 : 0;
+        start = lineEnds ? i + 1 : i;
     }
 }
 
 /// Takes the oldest lines away until little enough is kept.
 void LogPane::trim()
 {
-    const int excess = view->document()->characterCount() - charactersKept;
-    if (excess <= 0) {
+    int blocksToRemove = 0;
+    while (!lines.empty() && lineCharacters + incomingCharacters > charactersKept) {
+        const Line &oldest = lines.front();
+        lineCharacters -= oldest.text.size() + 1;
+        if (linesProcessed > 0) {
+            --linesProcessed;
+            blocksToRemove += isShown(oldest) ? 1 : 0;
+        }
+        lines.pop_front();
+        droppedNotice->show();
+    }
+    if (blocksToRemove == 0) {
+        return;
+    }
+    blocksShown -= blocksToRemove;
+    if (blocksShown == 0) {
+        view->clear();
         return;
     }
     QTextCursor oldest(view->document());
-    oldest.setPosition(excess, QTextCursor::KeepAnchor);
-    oldest.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-    oldest.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
+    oldest.setPosition(view->document()->findBlockByNumber(blocksToRemove).position(),
+                       QTextCursor::KeepAnchor);
     oldest.removeSelectedText();
+}
+
+/// Shows what has not been shown yet, as much as one batch may take.
+void LogPane::showSome()
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    trim();
+    QTextCursor end(view->document());
+    end.movePosition(QTextCursor::End);
+    end.beginEditBlock();
+    while (elapsed.elapsed() < batchMs) {
+        if (linesProcessed < lines.size()) {
+            showLine(&end, lines.at(linesProcessed));
+            ++linesProcessed;
+        } else if (!incoming.empty()) {
+            splitNextMessage();
+        } else {
+            break;
+        }
+    }
+    end.endEditBlock();
+    trim();
+    if (linesProcessed < lines.size() || !incoming.empty()) {
+        showTimer.start(showIntervalMs);
+    }
+}
+
+void LogPane::showLine(QTextCursor *end, const Line &line)
+{
+    if (!isShown(line)) {
+        return;
+    }
+    QTextCharFormat format;
+    if (line.isError) {
+        format.setForeground(failureColor(palette()));
+    }
+    if (blocksShown > 0) {
+        end->insertBlock();
+    }
+    end->insertText(line.text, format);
+    const BlockState errorState = line.startsMessage ? ErrorStart : ErrorContinuation;
+    end->block().setUserState(line.isError ? errorState : StatusBlock);
+    ++blocksShown;
+}
+
+/// Fills the view anew, after a change of what is shown or how.
+void LogPane::showAgain()
+{
+    view->clear();
+    blocksShown = 0;
+    linesProcessed = 0;
+    followsEnd = true;
+    showSome();
+}
+
+bool LogPane::isShown(const Line &line) const
+{
+    return line.isError || !errorsOnly;
+}
+
+void LogPane::setErrorsOnly(bool newErrorsOnly)
+{
+    errorsOnly = newErrorsOnly;
+    errorsOnlyButton->setChecked(errorsOnly);
+    showAgain();
+}
+
+void LogPane::findNext()
+{
+    find({});
+}
+
+void LogPane::findPrevious()
+{
+    find(QTextDocument::FindBackward);
+}
+
+void LogPane::find(QTextDocument::FindFlags direction)
+{
+    const QString wanted = searchLine->text();
+    QString state;
+    if (!wanted.isEmpty()) {
+        QTextCursor match = view->document()->find(wanted, view->textCursor(), direction);
+        if (match.isNull()) {
+            QTextCursor from(view->document());
+            from.movePosition(direction ? QTextCursor::End : QTextCursor::Start);
+            match = view->document()->find(wanted, from, direction);
+            state = direction ? tr("Continued from the end") : tr("Continued from the start");
+        }
+        if (match.isNull()) {
+            state = tr("Not found");
+        } else {
+            select(match);
+        }
+    }
+    searchState->setText(state);
+    searchState->setVisible(!state.isEmpty());
+}
+
+void LogPane::showNextError()
+{
+    const QTextBlock current = view->textCursor().block();
+    const bool isCurrentSelected = view->textCursor().hasSelection();
+    QTextBlock block = isCurrentSelected ? current.next() : current;
+    for (int visited = 0; visited < view->document()->blockCount(); ++visited) {
+        if (!block.isValid()) {
+            block = view->document()->firstBlock();
+        }
+        if (block.userState() == ErrorStart) {
+            QTextCursor error(block);
+            error.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            select(error);
+            searchState->hide();
+            return;
+        }
+        block = block.next();
+    }
+    searchState->setText(tr("No errors"));
+    searchState->show();
+}
+
+void LogPane::select(const QTextCursor &cursor)
+{
+    view->setTextCursor(cursor);
+    view->ensureCursorVisible();
 }
 
 QString LogPane::text()
 {
-    showPending();
-    return view->toPlainText();
+    while (!incoming.empty()) {
+        splitNextMessage();
+    }
+    trim();
+    QStringList all;
+    for (const Line &line : lines) {
+        all << line.text;
+    }
+    return all.join(QLatin1Char('\n'));
 }
 
 void LogPane::copy()
 {
     const QString selected = view->textCursor().selection().toPlainText();
-    QApplication::clipboard()->setText(selected.isEmpty() ? text() : selected);
+    QApplication::clipboard()->setText(selected.isEmpty() ? view->toPlainText() : selected);
 }
 
 void LogPane::clear()
 {
-    pending.clear();
-    pendingCharacters = 0;
-    view->clear();
+    incoming.clear();
+    lines.clear();
+    incomingCharacters = 0;
+    lineCharacters = 0;
+    droppedNotice->hide();
+    searchState->hide();
+    showAgain();
 }
 
 void LogPane::save()
@@ -169,10 +405,37 @@ void LogPane::save()
     if (fileName.isEmpty()) {
         return;
     }
+    QString content = text() + QLatin1Char('\n');
+    if (!droppedNotice->isHidden()) {
+        content.prepend(droppedNotice->text() + QLatin1Char('\n'));
+    }
     QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text().toUtf8() + '\n') < 0
-        || !file.commit()) {
-        QMessageBox::warning(this, tr("Save the log"),
-                             tr("%1 could not be written: %2").arg(fileName, file.errorString()));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0 || !file.commit()) {
+        showWarning(this, tr("Save the log"),
+                    tr("%1 could not be written: %2").arg(fileName, file.errorString()));
+    }
+}
+
+void LogPane::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        showAgain();
+    } else if (event->type() == QEvent::FontChange) {
+        updateFont();
+    }
+}
+
+void LogPane::updateFont()
+{
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setPointSizeF(font().pointSizeF());
+    view->setFont(fixed);
+    const QList<QToolButton *> buttons = findChildren<QToolButton *>();
+    for (QToolButton *button : buttons) {
+        // Not those inside the search field.
+        if (button->parentWidget() != searchLine) {
+            button->setIconSize(iconSizeFor(this));
+        }
     }
 }
