@@ -4,70 +4,80 @@
 #include "host/window/dataviewpane.h"
 
 #include "host/window/bitdelegate.h"
-#include "host/window/bittogglemodel.h"
+#include "host/window/bittoggleproxymodel.h"
 #include "plugin/idataview.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
 
-#include <QHeaderView>
+#include <QLabel>
 #include <QTableView>
+#include <QVBoxLayout>
 
 DataViewPane::DataViewPane(QWidget *parent)
     : QTabWidget(parent)
 {
     setObjectName(QStringLiteral("dataViews"));
-    setAccessibleName(tr("Target details and data views"));
-}
-
-DataViewPane::~DataViewPane()
-{
-    releaseDetails();
-}
-
-void DataViewPane::releaseDetails()
-{
-    if (details) {
-        details->hide();
-        details->setParent(nullptr);
-    }
+    setAccessibleName(tr("Data views"));
+    setDocumentMode(true);
 }
 
 void DataViewPane::setPlugin(ILoomwrightPlugin *newPlugin)
 {
-    releaseDetails();
     plugin = newPlugin;
-    details = plugin ? plugin->getTargetDetailsWidget() : nullptr;
-    if (details) {
-        addTab(details, tr("Target &details"));
-    }
     refreshViews();
 }
 
 void DataViewPane::refreshViews()
 {
     const QString shownTab = tabText(currentIndex());
-    for (int tab = count() - 1; tab >= 0; --tab) {
-        if (widget(tab) != details) {
-            delete widget(tab);
-        }
+    while (count() > 0) {
+        delete widget(0);
     }
-    if (!plugin) {
-        return;
-    }
-    const QList<IDataView *> views = plugin->getIngredientManager()->getSupportedViews();
+    const QList<IDataView *> views
+        = plugin ? plugin->getIngredientManager()->getSupportedViews() : QList<IDataView *>();
     for (IDataView *view : views) {
-        const QString name = view->getDisplayName();
-        addTab(createView(view->getDataModel(), name), name);
+        if (!view) {
+            continue;
+        }
+        // In the text of a tab an ampersand marks a key.
+        QString name = view->getDisplayName();
+        name.replace(QLatin1Char('&'), QLatin1String("&&"));
+        addTab(createPage(view), name);
         if (name == shownTab) {
             setCurrentIndex(count() - 1);
         }
     }
+    emit viewsChanged(count());
 }
 
-QWidget *DataViewPane::createView(QAbstractItemModel *model, const QString &name)
+QWidget *DataViewPane::createPage(IDataView *view)
+{
+    auto page = new QWidget(this);
+    auto layout = new QVBoxLayout(page);
+    const auto addNote = [page, layout](const QString &text) {
+        auto note = new QLabel(text, page);
+        note->setObjectName(QStringLiteral("dataViewNote"));
+        note->setWordWrap(true);
+        layout->addWidget(note);
+    };
+    QAbstractItemModel *model = view->getDataModel();
+    if (!model) {
+        addNote(tr("This view has no data."));
+        layout->addStretch();
+        return page;
+    }
+    // A view that exports nothing cannot get its settings into any file.
+    if (view->exportData().isEmpty()) {
+        addNote(tr("These settings are not saved and are not part of the image."));
+    }
+    layout->addWidget(createTable(model, view->getDisplayName()));
+    return page;
+}
+
+QWidget *DataViewPane::createTable(QAbstractItemModel *model, const QString &name)
 {
     auto table = new QTableView(this);
-    auto shown = new BitToggleModel(table);
+    auto shown = new BitToggleProxyModel(table);
     shown->setSourceModel(model);
     table->setModel(shown);
     table->setItemDelegate(new BitDelegate(table));

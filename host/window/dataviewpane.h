@@ -3,31 +3,32 @@
 
 #pragma once
 
-#include <QPointer>
 #include <QTabWidget>
 
+class IDataView;
 class ILoomwrightPlugin;
 class QAbstractItemModel;
 
-/// The target-details page and the data views that the plug-in offers, a tab each.
+/// The data views that the plug-in offers, a tab each.
 class DataViewPane : public QTabWidget
 {
     Q_OBJECT
 
 public:
     explicit DataViewPane(QWidget *parent = nullptr);
-    ~DataViewPane() override;
 
-    /// Shows the pages of @p newPlugin, which must outlive this pane or be replaced by null.
+    /// Shows the views of @p newPlugin, which must outlive this pane or be replaced by null.
     void setPlugin(ILoomwrightPlugin *newPlugin);
     /// Fetches the data views anew: the plug-in deletes the old ones when it loads a data file.
     void refreshViews();
 
+signals:
+    /// The views have been fetched anew; there are @p count now.
+    void viewsChanged(int count);
+
 private:
-    void releaseDetails();
-    QWidget *createView(QAbstractItemModel *model, const QString &name);
+    QWidget *createPage(IDataView *view);
+    QWidget *createTable(QAbstractItemModel *model, const QString &name);
 
     ILoomwrightPlugin *plugin = nullptr;
-    /// The plug-in's widget, which stays its own.
-    QPointer<QWidget> details;
 };

@@ -6,12 +6,12 @@
 #include <QIdentityProxyModel>
 
 /// Shows bit cells of a data view as check boxes; all other cells stay as they are.
-class BitToggleModel : public QIdentityProxyModel
+class BitToggleProxyModel : public QIdentityProxyModel
 {
     Q_OBJECT
 
 public:
-    explicit BitToggleModel(QObject *parent = nullptr);
+    explicit BitToggleProxyModel(QObject *parent = nullptr);
 
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;

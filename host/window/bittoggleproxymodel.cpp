@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/bittogglemodel.h"
+#include "host/window/bittoggleproxymodel.h"
 
 #include "gpio/gpiobittoggle.h"
 
@@ -14,12 +14,12 @@ bool isBit(const QVariant &value)
 
 } // namespace
 
-BitToggleModel::BitToggleModel(QObject *parent)
+BitToggleProxyModel::BitToggleProxyModel(QObject *parent)
     : QIdentityProxyModel(parent)
 {
 }
 
-QVariant BitToggleModel::data(const QModelIndex &index, int role) const
+QVariant BitToggleProxyModel::data(const QModelIndex &index, int role) const
 {
     const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
     if (!isBit(value)) {
@@ -36,7 +36,7 @@ QVariant BitToggleModel::data(const QModelIndex &index, int role) const
     }
 }
 
-bool BitToggleModel::setData(const QModelIndex &index, const QVariant &value, int role)
+bool BitToggleProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     if (role != Qt::CheckStateRole) {
         return QIdentityProxyModel::setData(index, value, role);
@@ -45,7 +45,7 @@ bool BitToggleModel::setData(const QModelIndex &index, const QVariant &value, in
     return QIdentityProxyModel::setData(index, bit, Qt::EditRole);
 }
 
-Qt::ItemFlags BitToggleModel::flags(const QModelIndex &index) const
+Qt::ItemFlags BitToggleProxyModel::flags(const QModelIndex &index) const
 {
     const Qt::ItemFlags sourceFlags = QIdentityProxyModel::flags(index);
     const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
