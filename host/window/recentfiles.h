@@ -6,7 +6,8 @@
 #include <QMenu>
 #include <QStringList>
 
-/// A menu of the files and folders that were opened last, kept in the user's settings.
+/// A menu of the projects, configurations, folders and files that were opened last, kept in the
+/// user's settings. An icon shows of which kind each is.
 class RecentFiles : public QMenu
 {
     Q_OBJECT
@@ -16,11 +17,14 @@ public:
 
     /// Puts @p file at the top.
     void add(const QString &file);
+    /// Takes @p file out, such as one that is no longer there.
+    void remove(const QString &file);
 
 signals:
     void chosen(const QString &file);
 
 private:
+    void setFiles(const QStringList &newFiles);
     void fill();
 
     QStringList files;
