@@ -2,43 +2,170 @@
 // SPDX-License-Identifier: MIT
 
 #include "host/core/pluginlocator.h"
+#include "host/core/signalwatch.h"
+#include "host/window/arguments.h"
+#include "host/window/icons.h"
 #include "host/window/mainwindow.h"
+#include "host/window/settings.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QIcon>
 
-int main(int argc, char **argv)
+#include <csignal>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+const int usageError = 2;
+const char programName[] = "loomwright-gui";
+
+QStringList argumentsOf(int count, char **values)
+{
+    QStringList arguments;
+    for (int i = 0; i < count; ++i) {
+        arguments << QString::fromLocal8Bit(values[i]);
+    }
+    return arguments;
+}
+
+/// The arguments as Qt wants them: writable, and there for as long as the application is.
+class ArgumentVector
+{
+public:
+    explicit ArgumentVector(const QStringList &arguments)
+        : count(arguments.count())
+    {
+        for (const QString &argument : arguments) {
+            texts.push_back(argument.toLocal8Bit());
+        }
+        for (QByteArray &text : texts) {
+            pointers.push_back(text.data());
+        }
+        pointers.push_back(nullptr);
+    }
+
+    int count;
+    char **values()
+    {
+        return pointers.data();
+    }
+
+private:
+    std::vector<QByteArray> texts;
+    std::vector<char *> pointers;
+};
+
+struct CommandLine {
+    QString pluginFile;
+    QStringList files;
+    QString information; ///< To be printed instead of opening a window.
+    QString problem;     ///< What is wrong with the command line.
+};
+
+/// The parser asks the application for the program's name; this one needs no display.
+QString helpText(const QCommandLineParser &parser)
+{
+    ArgumentVector arguments({QLatin1String(programName)});
+    const QCoreApplication application(arguments.count, arguments.values());
+    return parser.helpText();
+}
+
+CommandLine parse(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "A window for target plug-ins: fills in the files of an image, checks them, and has the\n"
+        "stitcher build the image.\n\n"
+        "The plug-in is the one that --plugin names, else that of the environment variable\n"
+        "LOOMWRIGHT_PLUGIN, else that of the settings, else the one beside the program or in the\n"
+        "install directory.\n\n"
+        "Qt's own options, such as -platform and -style, are taken as well, with one dash."));
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Print this help."));
+    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("Print the version."));
+    const QCommandLineOption plugin(QStringLiteral("plugin"), QStringLiteral("Load this plug-in."),
+                                    QStringLiteral("FILE"));
+    parser.addOptions({help, version, plugin});
+    parser.addPositionalArgument(
+        QStringLiteral("path"),
+        QStringLiteral("Projects and configurations to open, files and directories to map to "
+                       "ingredients."),
+        QStringLiteral("[PATH...]"));
+
+    CommandLine commandLine;
+    const bool parsed = parser.parse(arguments);
+    if (!parsed) {
+        commandLine.problem = parser.errorText();
+    } else if (parser.isSet(help)) {
+        commandLine.information = helpText(parser);
+    } else if (parser.isSet(version)) {
+        commandLine.information = QStringLiteral("%1 %2\n").arg(QLatin1String(programName),
+                                                                QStringLiteral(LOOMWRIGHT_VERSION));
+    } else if (parser.isSet(plugin) && parser.value(plugin).isEmpty()) {
+        commandLine.problem = QStringLiteral("--plugin needs the name of a file.");
+    }
+    commandLine.pluginFile = parser.value(plugin);
+    commandLine.files = parser.positionalArguments();
+    return commandLine;
+}
+
+/// The plug-in for which the user has decided, for this run before for all.
+QString chosenPlugin(const CommandLine &commandLine)
+{
+    const bool chosenForThisRun
+        = !commandLine.pluginFile.isEmpty() || qEnvironmentVariableIsSet("LOOMWRIGHT_PLUGIN");
+    return chosenForThisRun ? commandLine.pluginFile : readSettings().pluginFile;
+}
+
+/// Runs the program; @p endSignal is set to the signal that has ended it.
+int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *endSignal)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
+    QApplication application(qtArguments->count, qtArguments->values());
     QApplication::setOrganizationName(QStringLiteral("Loomwright"));
-    QApplication::setApplicationName(QStringLiteral("loomwright-gui"));
+    QApplication::setApplicationName(QLatin1String(programName));
     QApplication::setApplicationDisplayName(QStringLiteral("Loomwright"));
     QApplication::setApplicationVersion(QStringLiteral(LOOMWRIGHT_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("loomwright-gui"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/loomwright.svg")));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "A window for the plug-in for unsigned Zorv images.\n\n"
-        "The plug-in is named by --plugin, or by the environment variable LOOMWRIGHT_PLUGIN, or "
-        "looked\n"
-        "for beside the program and in the install folder; the window can also choose one."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption plugin(QStringLiteral("plugin"), QStringLiteral("Load this plug-in."),
-                                    QStringLiteral("FILE"));
-    parser.addOption(plugin);
-    parser.addPositionalArgument(QStringLiteral("files"),
-                                 QStringLiteral("Files and folders to map to ingredients."),
-                                 QStringLiteral("[FILE OR FOLDER...]"));
-    parser.process(application);
+    QApplication::setDesktopFileName(QLatin1String(programName));
+    QApplication::setWindowIcon(applicationIcon());
 
     MainWindow window;
-    window.loadPlugin(pluginCandidates(parser.value(plugin)));
-    window.open(parser.positionalArguments());
+    SignalWatch signalWatch;
+    QObject::connect(&signalWatch, &SignalWatch::received, &application, [endSignal](int number) {
+        *endSignal = number;
+        // Nobody may be there to answer a question.
+        QCoreApplication::quit();
+    });
+    window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));
+    window.open(commandLine.files);
     window.show();
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const Arguments arguments = splitArguments(argumentsOf(argc, argv));
+    const CommandLine commandLine = parse(arguments.own);
+    if (!commandLine.problem.isEmpty()) {
+        std::fprintf(stderr, "%s: %s Try --help.\n", programName, qPrintable(commandLine.problem));
+        return usageError;
+    }
+    if (!commandLine.information.isEmpty()) {
+        std::fputs(qPrintable(commandLine.information), stdout);
+        return 0;
+    }
+    ArgumentVector qtArguments(arguments.forQt);
+    int endSignal = 0;
+    const int status = runWindow(commandLine, &qtArguments, &endSignal);
+    if (endSignal != 0) {
+        // Whoever has started the program has to see the signal.
+        std::signal(endSignal, SIG_DFL);
+        std::raise(endSignal);
+    }
+    return status;
 }
