@@ -136,7 +136,7 @@ QWidget *LogPane::createBar()
         // The match grows in place while the text is typed.
         QTextCursor start = view->textCursor();
         start.setPosition(start.selectionStart());
-        view->setTextCursor(start);
+        select(start);
         find({});
     });
     connect(searchLine, &QLineEdit::returnPressed, this, [this] {
@@ -182,10 +182,11 @@ void LogPane::add(const QString &message, bool isError)
     while (incoming.size() > 1 && incomingCharacters > charactersKept) {
         incomingCharacters -= incoming.front().text.size();
         incoming.pop_front();
+        forgetLines();
         droppedNotice->show();
     }
     if (!showTimer.isActive()) {
-        showTimer.start(showIntervalMs);
+        showTimer.start();
     }
 }
 
@@ -232,7 +233,7 @@ void LogPane::trim()
     }
     blocksShown -= blocksToRemove;
     if (blocksShown == 0) {
-        view->clear();
+        clearView();
         return;
     }
     QTextCursor oldest(view->document());
@@ -247,6 +248,9 @@ void LogPane::showSome()
     QElapsedTimer elapsed;
     elapsed.start();
     trim();
+    const QTextCursor current = view->textCursor();
+    const int anchor = current.anchor();
+    const int position = current.position();
     QTextCursor end(view->document());
     end.movePosition(QTextCursor::End);
     end.beginEditBlock();
@@ -261,10 +265,31 @@ void LogPane::showSome()
         }
     }
     end.endEditBlock();
+    moveBack(anchor, position);
     trim();
-    if (linesProcessed < lines.size() || !incoming.empty()) {
-        showTimer.start(showIntervalMs);
+    if (isBusy()) {
+        showTimer.start();
     }
+}
+
+bool LogPane::isBusy() const
+{
+    return linesProcessed < lines.size() || !incoming.empty();
+}
+
+/// Moves the user's cursor back to where it was: at the end new text takes it along.
+void LogPane::moveBack(int anchor, int position)
+{
+    QTextCursor cursor = view->textCursor();
+    if (cursor.anchor() == anchor && cursor.position() == position) {
+        return;
+    }
+    cursor.setPosition(anchor);
+    cursor.setPosition(position, QTextCursor::KeepAnchor);
+    QScrollBar *bar = view->verticalScrollBar();
+    const int value = followsEnd ? bar->maximum() : bar->value();
+    view->setTextCursor(cursor);
+    bar->setValue(value);
 }
 
 void LogPane::showLine(QTextCursor *end, const Line &line)
@@ -288,11 +313,29 @@ void LogPane::showLine(QTextCursor *end, const Line &line)
 /// Fills the view anew, after a change of what is shown or how.
 void LogPane::showAgain()
 {
-    view->clear();
-    blocksShown = 0;
+    clearView();
     linesProcessed = 0;
     followsEnd = true;
     showSome();
+}
+
+/// Forgets all that came before the incoming messages.
+void LogPane::forgetLines()
+{
+    if (lines.empty()) {
+        return;
+    }
+    lines.clear();
+    lineCharacters = 0;
+    linesProcessed = 0;
+    clearView();
+    followsEnd = true;
+}
+
+void LogPane::clearView()
+{
+    view->clear();
+    blocksShown = 0;
 }
 
 bool LogPane::isShown(const Line &line) const
@@ -389,12 +432,10 @@ void LogPane::copy()
 void LogPane::clear()
 {
     incoming.clear();
-    lines.clear();
     incomingCharacters = 0;
-    lineCharacters = 0;
+    forgetLines();
     droppedNotice->hide();
     searchState->hide();
-    showAgain();
 }
 
 void LogPane::save()

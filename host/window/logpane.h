@@ -45,6 +45,9 @@ public:
     /// All text that is kept, whether it is shown or not.
     QString text();
 
+    /// Whether there is text that has not been shown yet.
+    bool isBusy() const;
+
     /// How much text is kept, in characters.
     static const int charactersKept = 2 * 1024 * 1024;
 
@@ -69,8 +72,11 @@ private:
     void splitNextMessage();
     void trim();
     void showSome();
+    void moveBack(int anchor, int position);
     void showLine(QTextCursor *end, const Line &line);
     void showAgain();
+    void forgetLines();
+    void clearView();
     bool isShown(const Line &line) const;
     void find(QTextDocument::FindFlags direction);
     void select(const QTextCursor &cursor);
