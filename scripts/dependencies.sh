@@ -8,9 +8,9 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
-test_packages="xvfb xauth python3-jsonschema fish zsh"
+test_packages="xvfb xauth python3-jsonschema desktop-file-utils"
 # shellcheck disable=SC2034
-check_packages="clang-format shellcheck cmake-format codespell reuse desktop-file-utils appstream"
+check_packages="clang-format shellcheck cmake-format codespell reuse desktop-file-utils appstream fish zsh"
 # shellcheck disable=SC2034
 analysis_packages="clang-tidy cppcheck"
 # shellcheck disable=SC2034
@@ -24,7 +24,7 @@ fuzz_packages="clang libclang-rt-14-dev"
 # shellcheck disable=SC2034
 memcheck_packages="valgrind libc6-dbg"
 # shellcheck disable=SC2034
-bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils"
+bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils xvfb xauth"
 
 # install_packages PACKAGE...: installs the missing ones and prints their names.
 install_packages() {

@@ -1,0 +1,500 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "files.h"
+#include "host/core/pluginsession.h"
+#include "host/window/arguments.h"
+#include "host/window/dataviewpane.h"
+#include "host/window/failurecolor.h"
+#include "host/window/icons.h"
+#include "host/window/logpane.h"
+#include "host/window/openfolder.h"
+#include "host/window/recentfiles.h"
+#include "host/window/settingsdialog.h"
+#include "host/window/targetdetailspane.h"
+#include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
+#include "row.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+#include <QtWidgets>
+
+#include <csignal>
+
+namespace {
+
+QPalette paletteWith(const QColor &background)
+{
+    QPalette palette(background);
+    palette.setColor(QPalette::Base, background);
+    return palette;
+}
+
+/// What a screen reader reads for @p widget.
+QString spokenText(QWidget *widget)
+{
+    return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+}
+
+} // namespace
+
+class TestWindowParts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        QApplication::setOrganizationName("Loomwright");
+    }
+    void init()
+    {
+        log.reset(new LogPane);
+        log->resize(600, 300);
+        view = log->findChild<QPlainTextEdit *>("log");
+        QSettings().clear();
+    }
+
+    /// Messages become lines; whatever else ends a line in a document is no line too many.
+    void logLines_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("shown");
+        row("line ends", QString("a\r\nb\rc\n\nd\n"), QString("a\nb\nc\n\nd"));
+        row("paragraph separator", QString("a%1b").arg(QChar(0x2029)), QString("a\nb"));
+        row("HTML", QString("<h1>a</h1>&amp;"), QString("<h1>a</h1>&amp;"));
+        row("long", QString(5000, 'x'), QString(4081, 'x') + '\n' + QString(919, 'x'));
+    }
+    void logLines()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, shown);
+        log->addStatus(message);
+        log->addError("end");
+        QCOMPARE(log->text().section(' ', 3).section('\n', 0, -2), shown);
+        log->addStatus(QString());
+        QTRY_COMPARE(view->document()->blockCount(), shown.count('\n') + 3);
+        QCOMPARE(view->toPlainText(), log->text());
+    }
+
+    void logSearch_data()
+    {
+        QTest::addColumn<QString>("wanted");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<int>("block");
+        QTest::addColumn<QString>("state");
+        row("as typed", QString("ALPHA"), QString(), 0, QString());
+        row("next", QString("alpha"), QString("n"), 2, QString());
+        row("around the end", QString("alpha"), QString("nn"), 0,
+            QString("Continued from the start"));
+        row("backward", QString("alpha"), QString("p"), 2, QString("Continued from the end"));
+        row("nothing", QString("delta"), QString("n"), 0, QString("Not found"));
+        row("cleared", QString(), QString("np"), 0, QString());
+    }
+    void logSearch()
+    {
+        QFETCH(QString, wanted);
+        QFETCH(QString, keys);
+        QFETCH(QString, state);
+        log->addStatus("alpha");
+        log->addError("beta");
+        log->addStatus("alpha");
+        showLog(3);
+        auto search = log->findChild<QLineEdit *>("logSearch");
+        QTest::keyClicks(search, wanted);
+        for (const QChar key : keys) {
+            QTest::keyClick(search, Qt::Key_Return,
+                            key == 'p' ? Qt::ShiftModifier : Qt::NoModifier);
+        }
+        QTEST(view->textCursor().blockNumber(), "block");
+        QCOMPARE(view->textCursor().selectedText(),
+                 state == "Not found" ? QString() : wanted.toLower());
+        auto label = log->findChild<QLabel *>("logSearchState");
+        QCOMPARE(label->isVisible(), !state.isEmpty());
+        QCOMPARE(spokenText(label), state);
+    }
+
+    void logErrors()
+    {
+        log->showNextError();
+        QCOMPARE(log->findChild<QLabel *>("logSearchState")->text(), QString("No errors"));
+        log->addError("first\nsecond line");
+        log->addStatus("between");
+        log->addError("second");
+        showLog(4);
+        for (const int block : {0, 3, 0}) {
+            log->showNextError();
+            QCOMPARE(view->textCursor().blockNumber(), block);
+        }
+        auto button = log->findChild<QToolButton *>("logErrorsOnly");
+        button->click();
+        QCOMPARE(view->document()->blockCount(), 3);
+        log->addStatus("hidden");
+        log->addError("shown");
+        QTRY_COMPARE(view->document()->blockCount(), 4);
+        QVERIFY(log->text().contains("hidden"));
+        button->click();
+        QTRY_COMPARE(view->document()->blockCount(), 6);
+        QCOMPARE(view->toPlainText(), log->text());
+    }
+
+    void logFollowsThePalette()
+    {
+        log->addError("old");
+        showLog(1);
+        for (const QColor &background : {QColor(Qt::black), QColor(Qt::white)}) {
+            log->setPalette(paletteWith(background));
+            QTextCursor start(view->document());
+            start.movePosition(QTextCursor::NextCharacter);
+            QCOMPARE(start.charFormat().foreground().color(), failureColor(log->palette()));
+        }
+    }
+
+    /// At the end it stays there, whatever happens to text and size; elsewhere it stays put.
+    void logStaysAtTheEnd()
+    {
+        for (int i = 0; i < 200; ++i) {
+            log->addStatus(QString::number(i));
+        }
+        showLog(200);
+        QScrollBar *bar = view->verticalScrollBar();
+        QTRY_COMPARE(bar->value(), bar->maximum());
+        for (const int height : {120, 400, 150}) {
+            log->resize(600, height);
+            QCoreApplication::processEvents();
+            QVERIFY(bar->maximum() > 0);
+            QCOMPARE(bar->value(), bar->maximum());
+        }
+        bar->setValue(3);
+        log->resize(600, 120);
+        log->addStatus("more");
+        QTRY_COMPARE(view->document()->blockCount(), 201);
+        QCOMPARE(bar->value(), 3);
+    }
+
+    void logIsBounded_data()
+    {
+        QTest::addColumn<bool>("errorsOnly");
+        row("all", false);
+        row("errors only", true);
+    }
+    void logIsBounded()
+    {
+        QFETCH(bool, errorsOnly);
+        log->setErrorsOnly(errorsOnly);
+        auto notice = log->findChild<QLabel *>("logDropped");
+        log->addError("oldest");
+        showLog(1);
+        QVERIFY(!notice->isVisible());
+        const int messages = 40;
+        for (int i = 0; i < messages; ++i) {
+            log->addError(QString::number(i) + ' ' + QString(LogPane::charactersKept / 20, 'x'));
+            QCoreApplication::processEvents();
+        }
+        QTRY_VERIFY(view->toPlainText().contains(QString::number(messages - 1) + " xxx"));
+        QVERIFY(notice->isVisible());
+        QVERIFY(spokenText(notice).contains("Older lines were dropped"));
+        QVERIFY(!log->text().contains("oldest"));
+        QVERIFY(log->text().size() <= LogPane::charactersKept);
+        QVERIFY(log->text().size() > LogPane::charactersKept / 2);
+        QTRY_COMPARE(view->toPlainText(), log->text());
+        log->clear();
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(view->toPlainText() + log->text(), QString());
+    }
+
+    void dataViews()
+    {
+        PluginSession second;
+        QVERIFY(second.load({SECOND_TARGET}));
+        DataViewPane pane;
+        QSignalSpy changed(&pane, &DataViewPane::viewsChanged);
+        pane.setPlugin(second.plugin());
+        QCOMPARE(changed.last().first().toInt(), 2);
+        QCOMPARE(pane.findChildren<QTableView *>().count(), 1);
+        QVERIFY(spokenText(pane.widget(1)->findChild<QLabel *>()).contains("no data"));
+
+        PluginSession zorv;
+        QVERIFY(zorv.load({PLUGIN_LIBRARY}));
+        pane.setPlugin(zorv.plugin());
+        QCOMPARE(pane.count(), 0);
+        connect(zorv.statusManager(), &StatusManager::dataFileChanged, &pane,
+                &DataViewPane::refreshViews);
+        zorv.ingredientManager()->loadDataFromXmlFile("/nope.xml");
+        pane.refreshViews();
+        pane.setPlugin(nullptr);
+        QCOMPARE(changed.last().first().toInt(), 0);
+    }
+
+    void bitsOfADataView()
+    {
+        QVERIFY(makeSample(folder.filePath("sample")));
+        PluginSession zorv;
+        QVERIFY(zorv.load({PLUGIN_LIBRARY}));
+        DataViewPane pane;
+        pane.setPlugin(zorv.plugin());
+        connect(zorv.statusManager(), &StatusManager::dataFileChanged, &pane,
+                &DataViewPane::refreshViews);
+        zorv.ingredientManager()->generateConfigFromDirectory(folder.filePath("sample"));
+        QCOMPARE(pane.count(), 1);
+        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("not part of the image"));
+        auto table = pane.findChild<QTableView *>();
+        QCOMPARE(spokenText(table), QString("GPIO Settings"));
+        pane.show();
+        for (const Qt::CheckState state : {Qt::Checked, Qt::Unchecked}) {
+            const QModelIndex bit = table->model()->index(0, 2);
+            table->setCurrentIndex(bit);
+            QTest::keyClick(table, Qt::Key_Space);
+            QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(state));
+            auto cell
+                = QAccessible::queryAccessibleInterface(table)->tableInterface()->cellAt(0, 2);
+            QCOMPARE(cell->text(QAccessible::Name), QString(state == Qt::Checked ? "on" : "off"));
+        }
+    }
+
+    void targetDetails_data()
+    {
+        QTest::addColumn<QWidget *>("content");
+        QTest::addColumn<bool>("needed");
+        const auto content = [](QWidget *widget) { return widget; };
+        auto link = new QLabel("<a href='x'>selectable</a>");
+        link->setTextInteractionFlags(Qt::TextBrowserInteraction);
+        row("label", content(new QLabel("Nothing to do here")), false);
+        row("label with a link", content(link), false);
+        row("scroll area", content(new QScrollArea), false);
+        row("button", content(new QPushButton), true);
+        row("disabled field", content([] {
+                auto field = new QLineEdit;
+                field->setEnabled(false);
+                return field;
+            }()),
+            true);
+    }
+    void targetDetails()
+    {
+        QFETCH(QWidget *, content);
+        QWidget page;
+        content->setParent(&page);
+        QTEST(hasInputs(page), "needed");
+    }
+
+    void targetDetailsAreHandedBack()
+    {
+        PluginSession zorv;
+        QVERIFY(zorv.load({PLUGIN_LIBRARY}));
+        QWidget *page = zorv.plugin()->getTargetDetailsWidget();
+        {
+            TargetDetailsPane pane;
+            for (int round = 0; round < 2; ++round) {
+                pane.setPlugin(zorv.plugin());
+                QVERIFY(pane.isAncestorOf(page));
+                QVERIFY(!pane.isPageNeeded());
+                pane.setPlugin(nullptr);
+                QVERIFY(!page->parent());
+                QVERIFY(!page->isVisible());
+            }
+            pane.setPlugin(zorv.plugin());
+        }
+        QVERIFY(!page->parent());
+    }
+
+    void settings_data()
+    {
+        QTest::addColumn<QString>("plugin");
+        QTest::addColumn<QString>("stitcher");
+        QTest::addColumn<QString>("problem");
+        const QString plain = writeFile(folder.filePath("<b>plain"), "x");
+        row("nothing chosen", QString(), QString(), QString());
+        row("both valid", QString(PLUGIN_LIBRARY), QString(EXAMPLES_FOLDER "/tamblin-stitcher"),
+            QString());
+        row("no file", QString("/nope.so"), QString(), QString("There is no such file."));
+        row("folder", folder.path(), QString(), QString("This is a folder, not a file."));
+        row("no library", plain, QString(), QString("not a plug-in"));
+        row("no stitcher", QString(), QString("/nope"), QString("/nope"));
+        row("not executable", QString(), plain, QString("<b>plain"));
+    }
+    void settings()
+    {
+        QFETCH(QString, plugin);
+        QFETCH(QString, stitcher);
+        QFETCH(QString, problem);
+        SettingsDialog dialog(readSettings());
+        dialog.findChild<QLineEdit *>("settingsPlugin")->setText(plugin);
+        dialog.findChild<QLineEdit *>("settingsStitcher")->setText(stitcher);
+        dialog.findChild<QSpinBox *>("settingsTimeLimit")->setValue(90);
+        dialog.show();
+        QString shown;
+        for (const char *label : {"settingsPluginProblem", "settingsStitcherProblem"}) {
+            auto widget = dialog.findChild<QLabel *>(label);
+            shown += widget->isVisible() ? spokenText(widget) : QString();
+        }
+        QVERIFY2(shown.contains(problem) && shown.isEmpty() == problem.isEmpty(),
+                 qPrintable(shown));
+        auto buttons = dialog.findChild<QDialogButtonBox *>();
+        QCOMPARE(buttons->button(QDialogButtonBox::Ok)->isEnabled(), problem.isEmpty());
+
+        writeSettings(dialog.settings());
+        const Settings stored = SettingsDialog(readSettings()).settings();
+        QCOMPARE(stored.pluginFile, plugin);
+        QCOMPARE(stored.stitcherFile, stitcher);
+        QCOMPARE(stored.timeLimitSeconds, 90);
+    }
+
+    void icons()
+    {
+        QVERIFY(namedIcon("no-such-icon").isNull());
+        QVERIFY(!applicationIcon().pixmap(64).isNull());
+        const QPalette before = QApplication::palette();
+        const QIcon icon = namedIcon("process-stop");
+        for (const QColor &background : {QColor(Qt::black), QColor(Qt::white)}) {
+            QApplication::setPalette(paletteWith(background));
+            const QColor text = QApplication::palette().color(QPalette::ButtonText);
+            QCOMPARE(icon.pixmap(32).toImage().pixelColor(16, 16), text);
+        }
+        QApplication::setPalette(before);
+        QWidget widget;
+        const QSize small = iconSizeFor(&widget);
+        QFont large = widget.font();
+        large.setPointSize(40);
+        widget.setFont(large);
+        QVERIFY(iconSizeFor(&widget).width() > small.width());
+    }
+
+    /// Each button and field of the log and of the settings has a name.
+    void accessibleNames()
+    {
+        SettingsDialog dialog({});
+        dialog.show();
+        log->show();
+        for (QWidget *part :
+             {static_cast<QWidget *>(&dialog), static_cast<QWidget *>(log.data())}) {
+            const QList<QWidget *> widgets = part->findChildren<QWidget *>();
+            for (QWidget *widget : widgets) {
+                const bool isControl = widget->focusPolicy() != Qt::NoFocus && widget->isVisible()
+                    && !widget->objectName().startsWith("qt_");
+                QVERIFY2(!isControl || !spokenText(widget).isEmpty(),
+                         qPrintable(widget->metaObject()->className() + widget->objectName()));
+            }
+        }
+    }
+
+    void recentFiles()
+    {
+        const QString directory = folder.filePath("sub&dir");
+        QVERIFY(QDir().mkpath(directory));
+        const QString project = writeFile(directory + "/p.loomwright", "{}");
+        const QString longPath = "/" + QString("long/").repeated(100) + "<b>end.bin";
+        RecentFiles menu;
+        QVERIFY(!menu.isEnabled());
+        for (int i = 0; i < 12; ++i) {
+            menu.add(QString("/%1.bin").arg(i));
+        }
+        for (const QString &file : {project, longPath, directory, longPath}) {
+            menu.add(file);
+        }
+        menu.remove("/11.bin");
+        RecentFiles restored;
+        emit restored.aboutToShow();
+        const QList<QAction *> actions = restored.actions();
+        QVERIFY(actions.at(0)->text().endsWith("<b>end.bin"));
+        QVERIFY(restored.sizeHint().width() < restored.fontMetrics().averageCharWidth() * 90);
+        QCOMPARE(QTextDocumentFragment::fromHtml(actions.at(0)->toolTip()).toPlainText(), longPath);
+        QVERIFY(actions.at(0)->icon().isNull());
+        QVERIFY(actions.at(1)->text().contains("sub&&dir"));
+        QVERIFY(actions.at(1)->icon().pixmap(16).toImage()
+                != actions.at(2)->icon().pixmap(16).toImage());
+        QVERIFY(actions.at(3)->text().endsWith("/10.bin"));
+        QSignalSpy chosen(&restored, &RecentFiles::chosen);
+        actions.at(2)->trigger();
+        QCOMPARE(chosen.first().first().toString(), project);
+        actions.last()->trigger();
+        QVERIFY(!restored.isEnabled());
+        QVERIFY(!RecentFiles().isEnabled());
+    }
+
+    void arguments_data()
+    {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<QStringList>("own");
+        row("two words", QStringList({"--plugin", "a"}), QStringList({"--plugin", "a"}));
+        row("one word", QStringList("--plugin=a"), QStringList("--plugin=a"));
+        row("Qt's", QStringList({"-platform", "xcb", "f", "-style=x", "-reverse"}),
+            QStringList("f"));
+        row("with two dashes", QStringList({"--platform", "a"}), QStringList({"--platform", "a"}));
+        row("after the end", QStringList({"--", "-style", "a"}),
+            QStringList({"--", "-style", "a"}));
+        row("value missing", QStringList({"a", "-style"}), QStringList("a"));
+    }
+    void arguments()
+    {
+        QFETCH(QStringList, given);
+        QFETCH(QStringList, own);
+        const Arguments split = splitArguments(QStringList("program") + given);
+        QCOMPARE(split.own, QStringList("program") + own);
+        QCOMPARE(split.forQt.count() + split.own.count(), given.count() + 2);
+    }
+
+    void program_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("printed");
+        row("help", QStringList("--help"), 0, QString("--plugin <FILE>"));
+        row("version", QStringList("--version"), 0, QString("loomwright-gui "));
+        row("unknown option", QStringList("--nope"), 2, QString("'nope'"));
+        row("no file", QStringList("--plugin="), 2, QString("--plugin needs"));
+        row("no value", QStringList("--plugin"), 2, QString("'--plugin'"));
+    }
+    void program()
+    {
+        QFETCH(QStringList, arguments);
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "none such");
+        process.setProcessEnvironment(environment);
+        process.start(WINDOW_PROGRAM, arguments);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QTEST(process.exitCode(), "status");
+        QFETCH(QString, printed);
+        const QString output = process.readAll();
+        QVERIFY2(output.contains(printed), qPrintable(output));
+    }
+
+    void openFolder_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("problem");
+        row("no folder", QString("/nope"), QString("There is no folder /nope."));
+        row("no program", folder.path(), QString("No program was found"));
+    }
+    void openFolder()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, problem);
+        if (QGuiApplication::platformName() != "offscreen") {
+            QSKIP("A desktop may have a program that opens folders.");
+        }
+        QVERIFY(::openFolder(path).startsWith(problem));
+    }
+
+private:
+    void showLog(int blocks)
+    {
+        log->show();
+        QVERIFY(QTest::qWaitForWindowExposed(log.data()));
+        QTRY_COMPARE(view->document()->blockCount(), blocks);
+        QTRY_VERIFY(!view->document()->isEmpty());
+    }
+
+    QTemporaryDir folder;
+    QScopedPointer<LogPane> log;
+    QPlainTextEdit *view = nullptr;
+};
+
+QTEST_MAIN(TestWindowParts)
+#include "tst_window_parts.moc"
