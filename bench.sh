@@ -75,18 +75,26 @@ hyperfine --shell none --warmup 3 --runs 50 --style none --export-json "$program
     "build-bench/loomwright -q -d $drop build -o $image --stitcher examples/tamblin-stitcher" \
     "examples/tamblin-stitcher -k $drop/platform/veldmark-d1.xml -c $config -A" > /dev/null 2>&1
 
+# A window on a virtual display, from the start of the program to the first paint.
+windows=$LOOMWRIGHT_BENCH_INPUTS/windows.json
+HOME=$LOOMWRIGHT_BENCH_INPUTS QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1600x1200x24" \
+    hyperfine --shell none --warmup 5 --runs 50 --style none --export-json "$windows" \
+    "build-bench/benchmarks/bench_window ours" "build-bench/benchmarks/bench_window empty" \
+    > /dev/null 2>&1
+
 legacy_memory=$("$bench" --peak 2> /dev/null)
 
 {
     echo "work|reference|ratio|target|memory|slowdown"
     jq --raw-output --slurp --slurpfile processes "$processes" --slurpfile programs "$programs" \
-        --arg memory "$legacy_memory" '
+        --slurpfile windows "$windows" --arg memory "$legacy_memory" '
         # In nanoseconds, whatever the unit of the benchmark.
         def nanoseconds: .real_time * {ns: 1, us: 1e3, ms: 1e6, s: 1e9}[.time_unit];
         (map(.benchmarks[]) | map(select(.aggregate_name == "median")
             | {key: (.run_name | sub("/real_time"; "")), value: nanoseconds}) | from_entries) as $time
         | ($processes[0].results | map(.median)) as $process
         | ($programs[0].results | map(.median)) as $program
+        | ($windows[0].results | map(.median)) as $window
         | def two: . * 100 | round / 100 | tostring;
           def row(work; against; ratio; aim; memory; growth):
               [work, against, (ratio | two), aim, memory, growth] | join("|");
@@ -106,6 +114,8 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
           inside("check 100,000 files"; "QFileInfo::exists and size"; "check"; 100000; "1.5"; "-"),
           row("loomwright info"; "an empty Qt program"; $program[0] / $program[1]; "1.15"; "-"; "-"),
           row("loomwright build"; "the bare stand-in stitcher"; $program[2] / $program[3]; "1.1"; "-";
+              "-"),
+          row("first paint of the window"; "an empty QMainWindow"; $window[0] / $window[1]; "1.7"; "-";
               "-"),
           inside("relay 200 MB of output"; "cat into a bare QProcess"; "relay"; 200; "1.5"; "-")
     ' "$LOOMWRIGHT_BENCH_INPUTS"/results-*.json
