@@ -137,6 +137,29 @@ bool isChangedByConfiguration(const QString &value)
         || QString::fromLocal8Bit(value.toLocal8Bit()) != value;
 }
 
+QStringList configurationRemarks(const QVector<Ingredient> &ingredients, const QString &file)
+{
+    QFile configuration(file);
+    if (!configuration.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QString text = QLatin1Char('\n') + QString::fromLocal8Bit(configuration.readAll());
+    QStringList remarks;
+    for (const Ingredient &ingredient : ingredients) {
+        const QString value = textOf(ingredient.value);
+        if (value.isEmpty()) {
+            continue;
+        }
+        if (!text.contains(QLatin1Char('\n') + ingredient.key + QLatin1String(" = "))) {
+            remarks << tr("\"%1\" is not part of a configuration.").arg(ingredient.name);
+        } else if (isChangedByConfiguration(value)) {
+            remarks << tr("\"%1\" cannot be read back from a configuration: %2")
+                           .arg(ingredient.name, value);
+        }
+    }
+    return remarks;
+}
+
 QString directoryRemark(const QString &directory)
 {
     const QFileInfo info(directory);

@@ -9,6 +9,7 @@
 #include "host/core/ingredients.h"
 #include "host/core/problem.h"
 
+#include <QStringList>
 #include <QVector>
 
 /// What the host finds wrong with values that the plug-in's checks let pass: files that are no
@@ -21,6 +22,9 @@ Ingredient inputWithFile(const QVector<Ingredient> &ingredients, const QString &
 
 /// Whether a stitcher configuration cannot hold @p value so that reading it gives the same again.
 bool isChangedByConfiguration(const QString &value);
+
+/// What loading the configuration in @p file would not bring back, in a sentence for each value.
+QStringList configurationRemarks(const QVector<Ingredient> &ingredients, const QString &file);
 
 /// Why nothing may have been found in @p directory: it does not exist, or its symlinks are skipped.
 /// Empty when there is nothing to say.

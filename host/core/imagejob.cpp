@@ -67,6 +67,8 @@ Problem problemOf(const FileCheck &check)
     if (check.expectedSize >= 0) {
         problem.required = sizeText(check.expectedSize);
         problem.actual = check.actualSize >= 0 ? sizeText(check.actualSize) : QString();
+        problem.requiredSize = check.expectedSize;
+        problem.actualSize = check.actualSize;
     }
     return problem;
 }
@@ -251,13 +253,21 @@ bool ImageJob::addFile(const QString &file)
 
 bool ImageJob::setValue(const QString &nameOrKey, const QString &text)
 {
+    const Ingredient ingredient
+        = findIngredient(*session->ingredientManager()->getIngredients(), nameOrKey);
+    return ingredient.valueIndex.isValid()
+        ? setValue(ingredient, text)
+        : refuse(tr("No ingredient has the name or key \"%1\".").arg(nameOrKey));
+}
+
+bool ImageJob::setValue(const Ingredient &ingredient, const QString &text)
+{
     QAbstractItemModel *model = session->ingredientManager()->getIngredients();
-    const Ingredient ingredient = findIngredient(*model, nameOrKey);
     QString problem;
     apply({}, [&] {
         // A value that was there before settles what was wrong with it as well.
         settle(ingredient);
-        problem = setIngredientValue(model, nameOrKey, text);
+        problem = setIngredientValue(model, ingredient, text);
         return problem.isEmpty();
     });
     return problem.isEmpty() || refuse(problem, ingredient);

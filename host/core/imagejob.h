@@ -48,6 +48,7 @@ public:
     bool fillFromDirectory(const QString &directory);
     bool addFile(const QString &file);
     bool setValue(const QString &nameOrKey, const QString &text);
+    bool setValue(const Ingredient &ingredient, const QString &text);
     bool setImage(const QString &file);
     /// Applies the project that was read from @p file.
     bool loadProject(const Project &project, const QString &file);

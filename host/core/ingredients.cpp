@@ -168,6 +168,22 @@ Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOr
     return found == ingredients.end() ? Ingredient() : *found;
 }
 
+Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString &name,
+                          const QString &key)
+{
+    const auto found
+        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &each) {
+              return each.name == name && each.key == key;
+          });
+    return found == ingredients.end() ? Ingredient() : *found;
+}
+
+bool isDataFile(const Ingredient &ingredient)
+{
+    return ingredient.value.canConvert<FilePath>()
+        && ingredient.value.value<FilePath>().broadcastChanges;
+}
+
 QString valueFromText(const QString &text, const QVariant &current, QVariant *value)
 {
     switch (kindOf(current)) {
@@ -198,19 +214,24 @@ QString valueFromText(const QString &text, const QVariant &current, QVariant *va
 QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey, const QString &text)
 {
     const Ingredient ingredient = findIngredient(*model, nameOrKey);
-    if (!ingredient.valueIndex.isValid()) {
-        return tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
-    }
+    return ingredient.valueIndex.isValid()
+        ? setIngredientValue(model, ingredient, text)
+        : tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
+}
+
+QString setIngredientValue(QAbstractItemModel *model, const Ingredient &ingredient,
+                           const QString &text)
+{
     const bool isFile = kindOf(ingredient.value) == ValueKind::File;
     QVariant value;
     const QString problem
         = valueFromText(isFile ? absolutePath(text) : text, ingredient.value, &value);
     if (!problem.isEmpty()) {
-        return nameOrKey + QLatin1String(": ") + problem;
+        return ingredient.name + QLatin1String(": ") + problem;
     }
     return model->setData(ingredient.valueIndex, value, Qt::EditRole)
         ? QString()
-        : tr("\"%1\" cannot be set.").arg(nameOrKey);
+        : tr("\"%1\" cannot be set.").arg(ingredient.name);
 }
 
 void makePathsAbsolute(QAbstractItemModel *model)

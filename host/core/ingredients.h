@@ -49,6 +49,13 @@ Ingredient outputIngredient(const QVector<Ingredient> &ingredients);
 /// The ingredient with that display name or else key; one with an invalid index when there is none.
 Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey);
 
+/// The ingredient with that display name and key; one with an invalid index when there is none.
+Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString &name,
+                          const QString &key);
+
+/// Whether the plug-in loads a file as soon as it becomes the value of @p ingredient.
+bool isDataFile(const Ingredient &ingredient);
+
 /// The value that @p text gives in the place of @p current, a path taken as it is.
 /// @return an empty text, or why there is none
 QString valueFromText(const QString &text, const QVariant &current, QVariant *value);
@@ -57,6 +64,8 @@ QString valueFromText(const QString &text, const QVariant &current, QVariant *va
 /// current directory, since the stitcher runs in another one.
 /// @return an empty text, or why nothing was set
 QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey,
+                           const QString &text);
+QString setIngredientValue(QAbstractItemModel *model, const Ingredient &ingredient,
                            const QString &text);
 
 /// Makes every relative path in the tree absolute, against the current directory.

@@ -18,12 +18,14 @@ enum class ProblemKind {
 struct Problem {
     /// Where it comes from.
     ProblemKind kind = ProblemKind::Input;
-    QString text;       ///< What is wrong, in words.
-    QString ingredient; ///< Display name of the ingredient; empty when it concerns none.
-    QString key;        ///< The ingredient's key.
-    QString file;       ///< Path of the file that it is about; may be empty.
-    QString required;   ///< What should be there, where that can be said.
-    QString actual;     ///< What is there instead.
+    QString text;             ///< What is wrong, in words.
+    QString ingredient;       ///< Display name of the ingredient; empty when it concerns none.
+    QString key;              ///< The ingredient's key.
+    QString file;             ///< Path of the file that it is about; may be empty.
+    QString required;         ///< What should be there, where that can be said.
+    QString actual;           ///< What is there instead.
+    qint64 requiredSize = -1; ///< In bytes, where required is a size; else -1.
+    qint64 actualSize = -1;   ///< In bytes, where actual is a size; else -1.
     /// Whether a build without checks is blocked as well.
     bool mustBeFixed = false;
 };

@@ -164,6 +164,15 @@ QString readDocument(const QJsonDocument &document, const QDir &directory, Proje
 
 } // namespace
 
+bool Project::hasSameValuesAs(const Project &other) const
+{
+    return std::equal(entries.begin(), entries.end(), other.entries.begin(), other.entries.end(),
+                      [](const ProjectEntry &left, const ProjectEntry &right) {
+                          return left.key == right.key && left.name == right.name
+                              && left.value == right.value;
+                      });
+}
+
 QString readProject(const QString &file, Project *project)
 {
     QFile source(file);

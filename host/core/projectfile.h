@@ -10,6 +10,8 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QList>
+#include <QMetaType>
 #include <QString>
 #include <QVector>
 
@@ -43,9 +45,14 @@ struct BuildRecord {
 /// The values of all ingredients of a target; with the record of a build it is a manifest.
 struct Project {
     QString target;                   ///< Display name of the target.
-    QVector<ProjectEntry> entries;    ///< In tree order.
+    QList<ProjectEntry> entries;      ///< In tree order.
     std::optional<BuildRecord> build; ///< In a manifest only.
+
+    /// Whether both hold the same values for the same ingredients; sizes and hashes do not count.
+    bool hasSameValuesAs(const Project &other) const;
 };
+
+Q_DECLARE_METATYPE(Project)
 
 /// Reads @p file. On failure @p project stays as it is.
 /// @return an empty text, or what is wrong with the file

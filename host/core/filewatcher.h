@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/filestate.h"
+
+#include <QFileSystemWatcher>
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+/// Reports changes of files on disk, also of files that appear, go or are replaced as a whole.
+class FileWatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FileWatcher(QObject *parent = nullptr);
+
+    /// Watches @p files, absolute paths, from their present state on. A file that was watched
+    /// before keeps the state that was reported last.
+    void setFiles(const QStringList &files);
+
+signals:
+    /// The files that differ from their last reported state; a fraction of a second after the
+    /// change, so that a file that is being written is not reported for each block.
+    void changed(const QStringList &files);
+
+private:
+    void watchPaths();
+    void report();
+
+    QFileSystemWatcher watcher;
+    QHash<QString, FileState> states;
+    QTimer reportTimer;
+};

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/manifestwriter.h"
+
+#include "host/core/filehasher.h"
+#include "host/core/manifest.h"
+
+#include <QDateTime>
+
+BuildRecord buildRecordOf(const BuildResult &result, const QString &pluginVersion)
+{
+    BuildRecord record;
+    record.imageFile = result.imageFile;
+    record.imageSize = result.imageSize;
+    record.imageSha256 = result.sha256;
+    record.configuration = QString::fromLocal8Bit(result.configuration);
+    record.stitcherFile = result.stitcher;
+    record.stitcherExitStatus = result.exitStatus;
+    record.hostVersion = QStringLiteral(LOOMWRIGHT_VERSION);
+    record.pluginVersion = pluginVersion;
+    record.qtVersion = QLatin1String(qVersion());
+    record.time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
+    return record;
+}
+
+ManifestWriter::ManifestWriter(QObject *parent)
+    : QObject(parent)
+    , hasher(std::make_unique<FileHasher>())
+{
+    connect(hasher.get(), &FileHasher::finished, this, &ManifestWriter::write);
+}
+
+ManifestWriter::~ManifestWriter() = default;
+
+void ManifestWriter::start(const LastBuild &lastBuild, const QString &pluginVersion,
+                           const QString &file)
+{
+    build = lastBuild;
+    manifestFile = file;
+    manifest = build.values();
+    manifest.build = buildRecordOf(build.result(), pluginVersion);
+    hasher->start(QStringList(build.inputStates().keys()) << build.result().stitcher);
+}
+
+/// Names an input that is not what the image was built from; empty when all are.
+QString ManifestWriter::changedInput() const
+{
+    const QHash<QString, FileState> &states = build.inputStates();
+    for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
+        if (FileState::of(state.key()) != *state) {
+            return state.key();
+        }
+    }
+    return {};
+}
+
+void ManifestWriter::write(const QList<FileHash> &hashes)
+{
+    const FileHash &stitcher = hashes.last();
+    const QString changed = changedInput();
+    if (!changed.isEmpty()) {
+        emit finished(tr("No manifest is written: %1 changed meanwhile.").arg(changed));
+        return;
+    }
+    for (const FileHash &hash : hashes) {
+        if (!hash.error.isEmpty()) {
+            emit finished(tr("No manifest is written: %1: %2").arg(hash.file, hash.error));
+            return;
+        }
+    }
+    setInputHashes(&manifest, hashes);
+    manifest.build->stitcherSha256 = stitcher.sha256;
+    emit finished(writeProject(manifestFile, manifest));
+}

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/lastbuild.h"
+
+#include <QObject>
+
+#include <memory>
+
+class FileHasher;
+struct FileHash;
+
+/// Writes the manifest of a build that has succeeded, after it has hashed the inputs in the
+/// background.
+class ManifestWriter : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ManifestWriter(QObject *parent = nullptr);
+    /// Cancels; no manifest is written then.
+    ~ManifestWriter() override;
+
+    /// Writes @p file for @p lastBuild, whose inputs must not have changed since. finished()
+    /// follows. Call it once.
+    /// @param pluginVersion as the plug-in reports it
+    void start(const LastBuild &lastBuild, const QString &pluginVersion, const QString &file);
+
+signals:
+    /// @p problem is empty when the manifest has been written.
+    void finished(const QString &problem);
+
+private:
+    void write(const QList<FileHash> &hashes);
+    QString changedInput() const;
+
+    std::unique_ptr<FileHasher> hasher;
+    LastBuild build;
+    Project manifest;
+    QString manifestFile;
+};
+
+/// What a manifest records of @p result, with the versions and the time; the stitcher's hash is left
+/// to the caller.
+BuildRecord buildRecordOf(const BuildResult &result, const QString &pluginVersion);

@@ -1,0 +1,395 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "files.h"
+#include "host/core/imagesession.h"
+#include "host/core/manifestwriter.h"
+#include "host/core/stitcherlocator.h"
+#include "host/core/terminalcommand.h"
+#include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
+#include "row.h"
+
+#include <QAbstractItemModel>
+#include <QtTest>
+
+class TestImageSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        qputenv("PATH", EXAMPLES_FOLDER ":" + qgetenv("PATH"));
+        QVERIFY(makeSample(samples.filePath("good")));
+        QVERIFY(makeSample(samples.filePath("broken"), true));
+    }
+    void init()
+    {
+        folder.reset(new QTemporaryDir);
+        session.reset(new ImageSession);
+        QVERIFY2(session->loadPlugin({PLUGIN_LIBRARY}), qPrintable(session->pluginProblem()));
+        set("Output file name", folder->filePath("i.bin"));
+    }
+
+    void aPluginStaysUntilAnotherIsLoaded()
+    {
+        session->open({samples.filePath("good")});
+        const ILoomwrightPlugin *plugin = session->plugin();
+        const QString wrong = writeFile(folder->filePath("wrong.so"), "no library");
+        QVERIFY(!session->loadPlugin({wrong}));
+        QVERIFY(session->pluginProblem().contains("not a shared library"));
+        QVERIFY(session->loadPlugin({PLUGIN_LIBRARY}));
+        QCOMPARE(session->plugin(), plugin);
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+    }
+
+    /// What the plug-in keeps of one data file must not be in the verdict on the next one.
+    void dataFilesAreJudgedAlone_data()
+    {
+        QTest::addColumn<QString>("way");
+        row("opened as a file", QString("file"));
+        row("opened with a folder", QString("folder"));
+        row("set as a value", QString("value"));
+        row("changed on disk", QString("disk"));
+        row("undone", QString("undo"));
+        row("opened with a project", QString("project"));
+    }
+    void dataFilesAreJudgedAlone()
+    {
+        QFETCH(QString, way);
+        const QString goodFile = samples.filePath("good/platform/veldmark-d1.xml");
+        session->open({samples.filePath("good")});
+        const Project good = session->values();
+        const QString project = folder->filePath("p.json");
+        QVERIFY(session->saveProject(project));
+        const QString copy
+            = writeFile(folder->filePath("copy.xml"),
+                        readFile(samples.filePath("broken/platform/veldmark-d1.xml")));
+        session->open({copy});
+        session->check();
+        QCOMPARE(problemsOf("Legacy XML Data File").count(), 3);
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+
+        if (way == "file") {
+            session->open({goodFile});
+        } else if (way == "folder") {
+            session->open({samples.filePath("good")});
+        } else if (way == "value") {
+            set("Legacy XML Data File", goodFile);
+        } else if (way == "disk") {
+            writeFile(copy, readFile(goodFile));
+        } else if (way == "undo") {
+            session->restore(good);
+        } else {
+            QVERIFY(session->openProject(project));
+        }
+        QTRY_VERIFY(problemsOf("Legacy XML Data File").isEmpty());
+        QVERIFY(session->problems().isEmpty());
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+        QVERIFY(session->plugin()->getIngredientManager()->getSupportedViews().count() == 1);
+    }
+
+    void anotherFileKeepsTheDataFile()
+    {
+        session->open({samples.filePath("broken")});
+        session->open({samples.filePath("good/presigned/secure/Signed_annex_07.bin")});
+        session->check();
+        QVERIFY(value("Legacy XML Data File").contains("/broken/"));
+        QCOMPARE(problemsOf("Legacy XML Data File").count(), 3);
+        QCOMPARE(problemsOf("Host FW").count(), 1);
+    }
+
+    void anEditedDataFileWaits()
+    {
+        session->open({samples.filePath("good")});
+        const QString file = writeFile(folder->filePath("d.xml"), "<platform/>");
+        session->open({file});
+        session->setEditing(true);
+        session->check();
+        QSignalSpy changes(session.data(), &ImageSession::changed);
+        QSignalSpy replaced(session.data(), &ImageSession::pluginChanged);
+        writeFile(file, "<platform></platform>");
+        QTRY_VERIFY(changes.count() > 0);
+        QCOMPARE(replaced.count(), 0);
+        session->setEditing(false);
+        QCOMPARE(replaced.count(), 1);
+    }
+
+    void refusedInputsAreNoticedOnce()
+    {
+        QSignalSpy noticed(session.data(), &ImageSession::noticed);
+        session->open({samples.filePath("good")});
+        session->open({writeFile(folder->filePath("nothing.dat"), "x")});
+        QCOMPARE(noticed.count(), 1);
+        QVERIFY(noticed.first().first().toString().contains("nothing.dat"));
+        session->check();
+        QVERIFY(session->problems().isEmpty());
+    }
+
+    void candidatesAreOffered()
+    {
+        session->open({samples.filePath("broken")});
+        session->check();
+        const QStringList files = session->candidates("Host FW", "Host FW Boot");
+        QCOMPARE(files.count(), 2);
+        QCOMPARE(problemsOf("Host FW").count(), 1);
+        const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
+        set("Host FW", other);
+        session->check();
+        QVERIFY(problemsOf("Host FW").isEmpty());
+        QCOMPARE(session->candidates("Host FW", "Host FW Boot"), files);
+
+        session->rescan();
+        session->check();
+        QCOMPARE(value("Host FW"), other);
+        QVERIFY(problemsOf("Host FW").isEmpty());
+    }
+
+    void everyChangeIsCheckedAndCanBeUndone()
+    {
+        QSignalSpy steps(session.data(), &ImageSession::valuesChanged);
+        session->open({samples.filePath("good")});
+        QTRY_VERIFY(session->problems().isEmpty());
+        set("Probe Set", samples.filePath("good/presigned/Controller_Signed.bin"));
+        QTRY_COMPARE(session->problems().count(), 1);
+        QCOMPARE(session->problems().first().requiredSize, qint64(31120));
+        QCOMPARE(session->problems().first().actualSize, qint64(95232));
+        QCOMPARE(steps.count(), 2);
+        session->restore(steps.last().at(1).value<Project>());
+        QTRY_VERIFY(session->problems().isEmpty());
+        QCOMPARE(steps.count(), 2);
+        set("Probe Set", QString());
+        // One problem, although the size cannot be checked either.
+        QTRY_COMPARE(session->problems().count(), 1);
+    }
+
+    void filesOnDiskAreWatched_data()
+    {
+        QTest::addColumn<QString>("change");
+        row("written", QString("write"));
+        row("replaced", QString("replace"));
+        row("removed", QString("remove"));
+    }
+    void filesOnDiskAreWatched()
+    {
+        QFETCH(QString, change);
+        session->open({samples.filePath("good")});
+        const QString file = folder->filePath("HostFW_x.bin");
+        writeFile(file, QByteArray(102400, 'x'));
+        session->open({file});
+        QTRY_VERIFY(session->problems().isEmpty());
+        if (change == "write") {
+            writeFile(file, "short");
+        } else if (change == "replace") {
+            QFile::rename(writeFile(file + ".new", "short"), file + ".new2");
+            QVERIFY(rename(QFile::encodeName(file + ".new2"), QFile::encodeName(file)) == 0);
+        } else {
+            QFile::remove(file);
+        }
+        QTRY_COMPARE(problemsOf("Host FW").count(), 1);
+        writeFile(file, QByteArray(102400, 'y'));
+        QTRY_VERIFY(session->problems().isEmpty());
+    }
+
+    void theImageIsToldFromTheValues_data()
+    {
+        QTest::addColumn<QString>("change");
+        row("a value", QString("value"));
+        row("an input on disk", QString("input"));
+        row("the image on disk", QString("image"));
+    }
+    void theImageIsToldFromTheValues()
+    {
+        QFETCH(QString, change);
+        session->open({samples.filePath("good")});
+        const QString file = writeFile(folder->filePath("Signed_anchor_x.bin"), "anchor");
+        session->open({file});
+        QCOMPARE(session->buildState(), BuildState::NotBuilt);
+        build();
+        QCOMPARE(session->buildState(), BuildState::Current);
+        QVERIFY(!session->isNewerThanImage(ingredient("Presigned Secure Anchor")));
+
+        if (change == "value") {
+            set("Presigned Codec FW", file);
+        } else if (change == "input") {
+            writeFile(file, "another");
+            QVERIFY(session->isNewerThanImage(ingredient("Presigned Secure Anchor")));
+        } else {
+            QFile::remove(folder->filePath("i.bin"));
+        }
+        QCOMPARE(session->buildState(), BuildState::Outdated);
+        const QString manifest = folder->filePath("m.json");
+        QVERIFY(writeManifest(manifest).contains(change == "input" ? "changed meanwhile" : ""));
+        QCOMPARE(QFileInfo::exists(manifest), change != "input");
+    }
+
+    void nothingChangesDuringABuild()
+    {
+        writeStitcher(folder->path(), "exec sleep 1000");
+        session->open({samples.filePath("good")});
+        BuildOptions options;
+        options.stitcher = folder->filePath("tamblin-stitcher");
+        session->build(options);
+        QCOMPARE(session->buildState(), BuildState::Running);
+        const Project before = session->values();
+        session->open({samples.filePath("broken")});
+        set("Host FW", "/x");
+        QVERIFY(!session->openProject(folder->filePath("p.json")));
+        QVERIFY(!session->loadPlugin({PLUGIN_LIBRARY}));
+        QVERIFY(session->values().hasSameValuesAs(before));
+        QSignalSpy finished(session.data(), &ImageSession::buildFinished);
+        QStringList errors;
+        connect(session.data(), &ImageSession::errorMessage, this,
+                [&errors](const QString &message) { errors << message; });
+        session->stopBuild();
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
+        QVERIFY(session->isStopped());
+        QVERIFY2(errors.isEmpty(), qPrintable(errors.join(";")));
+        QCOMPARE(session->buildState(), BuildState::Failed);
+    }
+
+    void projects()
+    {
+        session->open({samples.filePath("broken")});
+        const Project before = session->values();
+        const QString file = folder->filePath("p.json");
+        QVERIFY(session->isModified());
+        QVERIFY(session->saveProject(file));
+        QVERIFY(session->saveProject(file));
+        QVERIFY(!session->isModified());
+        set("Host FW", "/x");
+        QVERIFY(session->isModified());
+
+        session.reset(new ImageSession);
+        QVERIFY(session->loadPlugin({PLUGIN_LIBRARY}));
+        QVERIFY(!session->isModified());
+        QVERIFY(session->openProject(file));
+        QVERIFY(session->values().hasSameValuesAs(before));
+        QVERIFY(!session->isModified());
+        QCOMPARE(session->projectFile(), file);
+    }
+
+    void refusedProjectsChangeNothing_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("text");
+        row("no JSON", QByteArray("{"), QString("not valid JSON"));
+        row("another target",
+            QByteArray(R"({"schemaVersion": 1, "target": "T", "ingredients": []})"),
+            QString("is for the target"));
+    }
+    void refusedProjectsChangeNothing()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, text);
+        session->open({samples.filePath("good")});
+        const Project before = session->values();
+        QSignalSpy noticed(session.data(), &ImageSession::noticed);
+        session->open({writeFile(folder->filePath("p.json"), content)});
+        QCOMPARE(noticed.count(), 1);
+        QVERIFY(noticed.first().first().toString().contains(text));
+        QVERIFY(session->values().hasSameValuesAs(before));
+        QVERIFY(session->projectFile().isEmpty());
+        session->check();
+        QVERIFY(session->problems().isEmpty());
+    }
+
+    void whatIsWritten()
+    {
+        session->open({samples.filePath("good")});
+        QSignalSpy noticed(session.data(), &ImageSession::noticed);
+        QVERIFY(session->saveConfiguration(folder->filePath("c.txt")));
+        QVERIFY(noticed.last().first().toString().contains(
+            "\"Legacy XML Data File\" is not part of a configuration."));
+        QVERIFY(!session->saveConfiguration(value("Host FW")));
+        QVERIFY(!session->saveProject(value("Host FW")));
+        QVERIFY(noticed.last().first().toString().contains("same file as the input"));
+
+        build();
+        const QString manifest = folder->filePath("m.json");
+        QCOMPARE(writeManifest(manifest), QString());
+        set("Host FW", "/a b/it's.bin");
+        const QString command = terminalCommand(session->ingredients(), session->pluginFile());
+        QProcess shell;
+        shell.start("sh", {"-c", "loomwright() { printf '%s\\n' \"$@\"; }; " + command});
+        QVERIFY(shell.waitForFinished());
+        const QList<QByteArray> words = shell.readAllStandardOutput().split('\n');
+        QVERIFY(words.contains("Host FW=/a b/it's.bin"));
+        QCOMPARE(words.at(words.count() - 2), QByteArray("build"));
+
+        // Opened, it gives the values, but is not what a project is saved to.
+        QVERIFY(session->openProject(manifest));
+        QVERIFY(session->projectFile().isEmpty());
+    }
+
+    void aDataFileWithVeryManyErrors()
+    {
+        QByteArray nodes;
+        for (int i = 0; i < 1000; ++i) {
+            nodes += "<node name=\"n\" offset=\"7\" byte_cnt=\"4\"><data>00</data></node>";
+        }
+        set("Legacy XML Data File",
+            writeFile(folder->filePath("d.xml"),
+                      "<platform PLENKITVersion=\"0.1.0\"><header_a title=\"A\">" + nodes
+                          + "</header_a></platform>"));
+        session->check();
+        const QVector<Problem> problems = problemsOf("Legacy XML Data File");
+        QVERIFY(problems.count() < 100);
+        QVERIFY(problems.last().text.contains("the log"));
+    }
+
+private:
+    Ingredient ingredient(const QString &name) const
+    {
+        for (const Ingredient &each : session->ingredients()) {
+            if (each.name == name) {
+                return each;
+            }
+        }
+        return {};
+    }
+    QString value(const QString &name) const
+    {
+        return textOf(ingredient(name).value);
+    }
+    void set(const QString &name, const QString &text)
+    {
+        session->setValue(name, ingredient(name).key, text);
+    }
+    QVector<Problem> problemsOf(const QString &name) const
+    {
+        QVector<Problem> found;
+        for (const Problem &problem : session->problems()) {
+            if (problem.ingredient == name) {
+                found << problem;
+            }
+        }
+        return found;
+    }
+    void build()
+    {
+        QSignalSpy finished(session.data(), &ImageSession::buildFinished);
+        BuildOptions options;
+        options.stitcher = locateStitcher(QString()).file;
+        session->build(options);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
+        QVERIFY2(session->lastBuild().result().isSuccess,
+                 qPrintable(session->lastBuild().result().reason));
+    }
+    QString writeManifest(const QString &file)
+    {
+        ManifestWriter writer;
+        QSignalSpy finished(&writer, &ManifestWriter::finished);
+        writer.start(session->lastBuild(), "1", file);
+        return finished.wait() ? finished.first().first().toString() : QString("nothing");
+    }
+
+    QTemporaryDir samples;
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<ImageSession> session;
+};
+
+QTEST_MAIN(TestImageSession)
+#include "tst_imagesession.moc"
