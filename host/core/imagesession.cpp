@@ -109,6 +109,7 @@ bool ImageSession::loadPlugin(const QStringList &candidates)
     QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     savedValues = values();
     emit pluginChanged();
+    emit projectOpened();
     emit projectChanged();
     check();
     return true;
@@ -373,6 +374,7 @@ bool ImageSession::openProject(const QString &file)
         // A project written over a manifest would lose the record of the build.
         projectPath = project.build ? QString() : path;
         savedValues = values();
+        emit projectOpened();
         emit projectChanged();
     }
     return taken;
@@ -549,7 +551,7 @@ void ImageSession::stopBuild()
 {
     if (runner) {
         wasStopped = true;
-        runner->stop(tr("It was stopped."));
+        runner->stop(tr("The build was stopped."));
     }
 }
 

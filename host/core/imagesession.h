@@ -109,7 +109,9 @@ signals:
     void noticed(const QString &text);
     /// The user has changed values by what @p text names.
     void valuesChanged(const QString &text, const Project &before, const Project &after);
-    /// Another project file was opened or saved, or another plug-in loaded.
+    /// Another project was opened, or another plug-in loaded: the values before are gone.
+    void projectOpened();
+    /// projectFile() or isModified() may have changed.
     void projectChanged();
     /// Values, problems, files or the state of the build have changed, and have been checked.
     void changed();

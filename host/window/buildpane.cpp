@@ -3,64 +3,103 @@
 
 #include "host/window/buildpane.h"
 
-#include <QDesktopServices>
+#include "host/core/imagesession.h"
+#include "host/window/openfolder.h"
+#include "host/window/problemmodel.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QUrl>
 
 namespace {
 
 const int elapsedIntervalMs = 100;
+/// The image may be larger than what a progress bar counts to.
+const int progressSteps = 1000;
 
 QString seconds(qint64 milliseconds)
 {
-    return QString::number(double(milliseconds) / 1000, 'f', 1);
+    return QLocale().toString(double(milliseconds) / 1000, 'f', 1);
+}
+
+/// A text that breaks anywhere: a path or a hash without a space must not widen the window.
+QString breakable(const QString &text)
+{
+    const QChar zeroWidthSpace(0x200b);
+    QString result;
+    for (const QChar character : text) {
+        result += character;
+        if (!character.isLetterOrNumber()) {
+            result += zeroWidthSpace;
+        }
+    }
+    return result;
 }
 
 } // namespace
 
-BuildPane::BuildPane(QWidget *parent)
+BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     : QWidget(parent)
-    , text(new QLabel(tr("Drop a folder of firmware files on this window, check, build."), this))
+    , session(imageSession)
+    , text(new QLabel(this))
+    , age(new QLabel(tr("The values or files have changed since."), this))
     , progress(new QProgressBar(this))
     , stopButton(new QPushButton(tr("S&top"), this))
-    , folderButton(new QPushButton(tr("&Open folder"), this))
+    , folderButton(new QPushButton(tr("Open fol&der"), this))
 {
+    auto texts = new QVBoxLayout;
+    texts->addWidget(text);
+    texts->addWidget(age);
     auto layout = new QHBoxLayout(this);
-    layout->addWidget(text, 1);
+    layout->addLayout(texts, 1);
     layout->addWidget(progress);
     layout->addWidget(stopButton);
     layout->addWidget(folderButton);
 
     text->setObjectName(QStringLiteral("buildState"));
-    text->setAccessibleName(tr("State of the build"));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
+    age->setObjectName(QStringLiteral("buildAge"));
     progress->setObjectName(QStringLiteral("buildProgress"));
-    progress->setAccessibleName(tr("The stitcher is running"));
-    progress->setRange(0, 0);
+    progress->setAccessibleName(tr("Progress of the build"));
+    progress->setTextVisible(false);
     stopButton->setObjectName(QStringLiteral("stopBuild"));
-    stopButton->setAccessibleName(tr("Stop the build"));
     folderButton->setObjectName(QStringLiteral("openImageFolder"));
-    folderButton->setAccessibleName(tr("Open the folder of the image"));
-    progress->hide();
-    stopButton->hide();
-    folderButton->hide();
+    hide();
 
-    connect(stopButton, &QPushButton::clicked, this, &BuildPane::stopRequested);
-    connect(folderButton, &QPushButton::clicked, this, &BuildPane::openFolder);
+    connect(stopButton, &QPushButton::clicked, session, &ImageSession::stopBuild);
+    connect(folderButton, &QPushButton::clicked, this, [this] {
+        const QString image = session->lastBuild().result().imageFile;
+        const QString problem = openFolder(QFileInfo(image).absolutePath());
+        if (!problem.isEmpty()) {
+            emit failed(problem);
+        }
+    });
     elapsedTimer.setInterval(elapsedIntervalMs);
     connect(&elapsedTimer, &QTimer::timeout, this, &BuildPane::showElapsed);
+    connect(session, &ImageSession::buildStarted, this, &BuildPane::showRunning);
+    connect(session, &ImageSession::hashing, this, &BuildPane::showHashing);
+    connect(session, &ImageSession::buildFinished, this, &BuildPane::showResult);
+    connect(session, &ImageSession::changed, this, &BuildPane::showAge);
+    connect(session, &ImageSession::projectOpened, this, &QWidget::hide);
+}
+
+void BuildPane::setText(const QString &newText)
+{
+    text->setText(newText);
+    show();
 }
 
 void BuildPane::showRunning()
 {
+    age->hide();
     folderButton->hide();
+    progress->setRange(0, 0);
     progress->show();
     stopButton->show();
     elapsed.start();
@@ -70,7 +109,15 @@ void BuildPane::showRunning()
 
 void BuildPane::showElapsed()
 {
-    text->setText(tr("The stitcher is running: %1 s").arg(seconds(elapsed.elapsed())));
+    setText(tr("The stitcher is running: %1 s").arg(seconds(elapsed.elapsed())));
+}
+
+void BuildPane::showHashing(qint64 done, qint64 total)
+{
+    elapsedTimer.stop();
+    progress->setRange(0, progressSteps);
+    progress->setValue(total > 0 ? int(double(done) / double(total) * progressSteps) : 0);
+    setText(tr("Hashing the image: %1 of %2").arg(bytesText(done), bytesText(total)));
 }
 
 void BuildPane::showResult(const BuildResult &result)
@@ -78,18 +125,30 @@ void BuildPane::showResult(const BuildResult &result)
     elapsedTimer.stop();
     progress->hide();
     stopButton->hide();
+    age->hide();
     folderButton->setVisible(result.isSuccess);
-    imageFile = result.imageFile;
-    if (!result.isSuccess) {
-        text->setText(tr("✖ The build failed. %1").arg(result.reason));
-        return;
+    if (result.isSuccess) {
+        setText(tr("✔ %1\n%2 in %3 s, SHA-256 %4")
+                    .arg(breakable(QDir::toNativeSeparators(result.imageFile)),
+                         bytesText(result.imageSize), seconds(result.elapsedMs),
+                         QString::fromLatin1(result.sha256)));
+    } else if (session->isStopped()) {
+        setText(breakable(result.reason));
+    } else {
+        setText(tr("✖ The build failed. %1").arg(breakable(result.reason)));
     }
-    text->setText(tr("✔ %1\n%2 bytes in %3 s, SHA-256 %4")
-                      .arg(QDir::toNativeSeparators(imageFile), QString::number(result.imageSize),
-                           seconds(result.elapsedMs), QString::fromLatin1(result.sha256)));
 }
 
-void BuildPane::openFolder()
+void BuildPane::showProblem(const QString &problem)
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(imageFile).absolutePath()));
+    progress->hide();
+    stopButton->hide();
+    age->hide();
+    folderButton->hide();
+    setText(tr("✖ Nothing was built. %1").arg(breakable(problem)));
+}
+
+void BuildPane::showAge()
+{
+    age->setVisible(session->buildState() == BuildState::Outdated);
 }

@@ -9,34 +9,42 @@
 #include <QTimer>
 #include <QWidget>
 
+class ImageSession;
 class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// How the build stands: busy and for how long, the finished image, or why there is none.
+/// How the build stands: busy and for how long, the finished image, or why there is none. It takes no
+/// space before the first build.
 class BuildPane : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit BuildPane(QWidget *parent = nullptr);
+    /// Shows the builds of @p imageSession, which must outlive this pane.
+    explicit BuildPane(ImageSession *imageSession, QWidget *parent = nullptr);
 
-    void showRunning();
-    void showResult(const BuildResult &result);
+    /// Shows why a build could not even be started.
+    void showProblem(const QString &problem);
 
 signals:
-    /// The user wants the running build stopped.
-    void stopRequested();
+    /// Something that the user asked for could not be done.
+    void failed(const QString &text);
 
 private:
+    void showRunning();
     void showElapsed();
-    void openFolder();
+    void showHashing(qint64 done, qint64 total);
+    void showResult(const BuildResult &result);
+    void showAge();
+    void setText(const QString &newText);
 
+    ImageSession *session;
     QLabel *text;
+    QLabel *age;
     QProgressBar *progress;
     QPushButton *stopButton;
     QPushButton *folderButton;
     QElapsedTimer elapsed;
     QTimer elapsedTimer;
-    QString imageFile;
 };

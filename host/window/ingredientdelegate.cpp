@@ -5,9 +5,49 @@
 
 #include "host/core/ingredients.h"
 #include "host/window/filepatheditor.h"
+#include "host/window/ingredientproxymodel.h"
 #include "model/choice.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace {
+
+/// What stands at the end of the cell when there are several candidates; empty otherwise.
+QString candidatesText(const QModelIndex &index)
+{
+    const int count = index.data(IngredientProxyModel::CandidatesRole).toStringList().count();
+    return count == 0 || kindOf(index.data(Qt::EditRole)) != ValueKind::File
+        ? QString()
+        : IngredientDelegate::tr("%1 candidates ▾").arg(count);
+}
+
+/// Where that text is clicked.
+QRect candidatesRect(const QStyleOptionViewItem &cell, const QString &text)
+{
+    QRect rect = cell.rect;
+    rect.setLeft(rect.right() - cell.fontMetrics.horizontalAdvance(text + QLatin1String("  ")));
+    return rect;
+}
+
+/// What keeps a right-aligned text from the column behind it.
+int columnGap(const QStyleOptionViewItem &cell, const QModelIndex &index)
+{
+    const bool alignedRight = index.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight;
+    return alignedRight ? cell.fontMetrics.averageCharWidth() : 0;
+}
+
+QColor textColor(const QStyleOptionViewItem &cell, QPalette::ColorRole role)
+{
+    const bool selected = cell.state & QStyle::State_Selected;
+    return cell.palette.color(selected ? QPalette::HighlightedText : role);
+}
+
+} // namespace
 
 IngredientDelegate::IngredientDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
@@ -20,10 +60,30 @@ void IngredientDelegate::finish(QWidget *editor)
     emit closeEditor(editor);
 }
 
+void IngredientDelegate::commit()
+{
+    if (openEditor) {
+        finish(openEditor);
+    }
+}
+
 QWidget *IngredientDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                                           const QModelIndex &index) const
 {
-    // The signals of a delegate are not const, while this operation is.
+    openEditor = makeEditor(parent, option, index);
+    if (openEditor) {
+        // The signals of a delegate are not const, while this operation is.
+        auto self = const_cast<IngredientDelegate *>(this);
+        emit self->editingChanged(true);
+        connect(openEditor, &QObject::destroyed, self,
+                [self] { emit self->editingChanged(false); });
+    }
+    return openEditor;
+}
+
+QWidget *IngredientDelegate::makeEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                        const QModelIndex &index) const
+{
     auto self = const_cast<IngredientDelegate *>(this);
     switch (kindOf(index.data(Qt::EditRole))) {
     case ValueKind::File: {
@@ -47,6 +107,10 @@ QWidget *IngredientDelegate::createEditor(QWidget *parent, const QStyleOptionVie
 
 void IngredientDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
+    if (filledEditor == editor) {
+        return;
+    }
+    filledEditor = editor;
     const QVariant value = index.data(Qt::EditRole);
     if (auto pathEditor = qobject_cast<FilePathEditor *>(editor)) {
         pathEditor->setFilePath(value.value<FilePath>());
@@ -84,6 +148,73 @@ QSize IngredientDelegate::sizeHint(const QStyleOptionViewItem &option,
 {
     // High enough for an editor, so that rows do not jump and buttons are not cut.
     QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.setWidth(size.width() + columnGap(option, index));
     size.setHeight(qMax(size.height(), option.fontMetrics.height() * 3 / 2));
     return size;
+}
+
+void IngredientDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                               const QModelIndex &index) const
+{
+    if (index.model()->buddy(index) != index
+        || kindOf(index.data(Qt::EditRole)) != ValueKind::File) {
+        QStyleOptionViewItem plain = option;
+        plain.rect.setWidth(plain.rect.width() - columnGap(option, index));
+        QStyledItemDelegate::paint(painter, plain, index);
+        return;
+    }
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    cell.text.clear();
+    const QStyle *style = cell.widget ? cell.widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    painter->save();
+    paintPath(painter, cell, index);
+    painter->restore();
+}
+
+/// The name of the file first, since it tells more than the folder, which has the rest of the cell.
+void IngredientDelegate::paintPath(QPainter *painter, const QStyleOptionViewItem &cell,
+                                   const QModelIndex &index) const
+{
+    const QFontMetrics &metrics = cell.fontMetrics;
+    const int gap = metrics.averageCharWidth() * 2;
+    QRect rest = cell.rect.adjusted(gap / 2, 0, -gap / 2, 0);
+    const QString candidates = candidatesText(index);
+    if (!candidates.isEmpty()) {
+        const QRect place = candidatesRect(cell, candidates);
+        painter->setPen(textColor(cell, QPalette::Link));
+        painter->drawText(place, Qt::AlignCenter, candidates);
+        rest.setRight(place.left() - gap / 2);
+    }
+    const auto draw = [&](const QString &text, QPalette::ColorRole role) {
+        const QString shown = metrics.elidedText(text, Qt::ElideMiddle, rest.width());
+        painter->setPen(textColor(cell, role));
+        painter->drawText(rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+        rest.setLeft(rest.left() + metrics.horizontalAdvance(shown) + gap);
+    };
+    const QString path = textOf(index.data(Qt::EditRole));
+    if (path.isEmpty()) {
+        draw(tr("no file chosen"), QPalette::PlaceholderText);
+        return;
+    }
+    const QFileInfo file(path);
+    draw(file.fileName(), QPalette::Text);
+    // Less than that would show no folder, but only the dots.
+    if (rest.width() > gap * 4) {
+        draw(QDir::toNativeSeparators(file.path()), QPalette::PlaceholderText);
+    }
+}
+
+bool IngredientDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                     const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const QString candidates = candidatesText(index);
+    if (event->type() == QEvent::MouseButtonRelease && !candidates.isEmpty()
+        && model->buddy(index) == index
+        && candidatesRect(option, candidates).contains(static_cast<QMouseEvent *>(event)->pos())) {
+        emit candidatesRequested(index);
+        return true;
+    }
+    return QStyledItemDelegate::editorEvent(event, model, option, index);
 }

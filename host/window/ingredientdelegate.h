@@ -3,10 +3,12 @@
 
 #pragma once
 
+#include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Edits the values of the ingredient tree in place: paths with a browse button, choices with a
-/// drop-down list, texts in a line.
+/// Shows and edits the values of the ingredient tree in place. A path is shown as the file's name
+/// with its folder behind it, and is edited with a browse button; a choice has a drop-down list, a
+/// text a line. Where there are several candidates for a file, the cell offers them.
 class IngredientDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -16,11 +18,33 @@ public:
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
+    /// Fills an editor once: what the user has typed is not replaced by a change of the value.
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model,
                       const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+    /// Takes the value of an editor that is open, and closes it.
+    void commit();
+
+signals:
+    void editingChanged(bool isEditing);
+    /// The user wants to choose among the candidates for a cell.
+    void candidatesRequested(const QModelIndex &index);
+
+protected:
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
 
 private:
     void finish(QWidget *editor);
+    QWidget *makeEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                        const QModelIndex &index) const;
+    void paintPath(QPainter *painter, const QStyleOptionViewItem &cell,
+                   const QModelIndex &index) const;
+
+    mutable QPointer<QWidget> openEditor;
+    mutable QPointer<QWidget> filledEditor;
 };

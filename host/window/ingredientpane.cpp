@@ -3,69 +3,129 @@
 
 #include "host/window/ingredientpane.h"
 
+#include "host/core/imagesession.h"
 #include "host/window/ingredientdelegate.h"
-#include "host/window/ingredientviewmodel.h"
+#include "host/window/ingredientproxymodel.h"
+#include "host/window/ingredienttree.h"
+#include "model/modelcolumns.h"
 #include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
 #include <QHeaderView>
-#include <QLabel>
-#include <QTreeView>
+#include <QMenu>
 #include <QVBoxLayout>
 
-IngredientPane::IngredientPane(QWidget *parent)
+IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
     : QWidget(parent)
-    , model(new IngredientViewModel(this))
-    , tree(new QTreeView(this))
+    , session(imageSession)
+    , model(new IngredientProxyModel(imageSession, this))
+    , tree(new IngredientTree(this))
+    , delegate(new IngredientDelegate(this))
+    , editAction(new QAction(tr("&Edit value"), this))
+    , clearAction(new QAction(tr("Clear &value"), this))
+    , copyAction(new QAction(tr("Copy &path"), this))
 {
-    auto title = new QLabel(tr("&Ingredients"), this);
-    title->setBuddy(tree);
     auto layout = new QVBoxLayout(this);
-    layout->addWidget(title);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(tree);
 
     tree->setObjectName(QStringLiteral("ingredientTree"));
     tree->setAccessibleName(tr("Ingredients"));
     tree->setModel(model);
-    tree->setItemDelegate(new IngredientDelegate(this));
+    tree->setItemDelegate(delegate);
     tree->setAlternatingRowColors(true);
     tree->setUniformRowHeights(true);
     tree->setAllColumnsShowFocus(true);
     tree->setTextElideMode(Qt::ElideMiddle);
-    tree->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    tree->header()->setStretchLastSection(false);
+    setEditable(true);
 
-    connect(tree, &QTreeView::activated, this, &IngredientPane::editValue);
-    connect(model, &QAbstractItemModel::dataChanged, this, &IngredientPane::hideRows);
-    connect(model, &IngredientViewModel::editStarted, this, &IngredientPane::editStarted);
-    connect(model, &IngredientViewModel::editFinished, this, &IngredientPane::editFinished);
+    clearAction->setShortcut(QKeySequence::Delete);
+    clearAction->setShortcutContext(Qt::WidgetShortcut);
+    tree->addAction(clearAction);
+    connect(editAction, &QAction::triggered, this, &IngredientPane::editCurrent);
+    connect(clearAction, &QAction::triggered, this, &IngredientPane::clearCurrent);
+    connect(copyAction, &QAction::triggered, this, &IngredientPane::copyCurrent);
+
+    connect(tree, &QTreeView::activated, this, &IngredientPane::editCurrent);
+    connect(tree, &QWidget::customContextMenuRequested, this, &IngredientPane::showMenu);
+    connect(tree, &IngredientTree::filesDropped, this, &IngredientPane::filesDropped);
+    connect(tree, &IngredientTree::fileDropped, this,
+            [this](const QModelIndex &row, const QString &file) {
+                commitEditor();
+                const Ingredient ingredient = model->ingredientAt(row);
+                session->setValue(ingredient.name, ingredient.key, file);
+            });
+    connect(delegate, &IngredientDelegate::candidatesRequested, this,
+            &IngredientPane::showCandidates);
+    connect(delegate, &IngredientDelegate::editingChanged, session, &ImageSession::setEditing);
+    connect(session, &ImageSession::pluginAboutToChange, this, &IngredientPane::detach);
+    connect(session, &ImageSession::pluginChanged, this, &IngredientPane::attach);
+    connect(session, &ImageSession::changed, this, &IngredientPane::update);
 }
 
-void IngredientPane::setManager(IIngredientManager *manager)
+void IngredientPane::detach()
 {
-    model->setSourceModel(manager ? manager->getIngredients() : nullptr);
-    if (!manager) {
+    const Ingredient current = model->ingredientAt(tree->currentIndex());
+    currentName = current.name;
+    currentKey = current.key;
+    model->setSourceModel(nullptr);
+}
+
+void IngredientPane::attach()
+{
+    if (!session->isLoaded()) {
         return;
     }
+    IIngredientManager *manager = session->plugin()->getIngredientManager();
+    model->setSourceModel(manager->getIngredients());
+    model->update();
+    const int sourceColumns = manager->getIngredients()->columnCount();
     for (int column = 0; column < model->columnCount(); ++column) {
-        tree->setColumnHidden(column, !manager->ingredientColumnIsVisible(column));
+        const bool isValue = column == IngredientColumn::Value;
+        tree->setColumnHidden(
+            column, column < sourceColumns && !manager->ingredientColumnIsVisible(column));
+        tree->header()->setSectionResizeMode(
+            column, isValue ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
     }
     tree->expandAll();
-    tree->resizeColumnToContents(0);
+    hideRows();
+    tree->setCurrentIndex(model->valueCell(currentName, currentKey));
+}
+
+void IngredientPane::update()
+{
+    model->update();
     hideRows();
 }
 
-void IngredientPane::setFailures(const QVector<CheckResult> &failures)
+void IngredientPane::setEditable(bool isEditable)
 {
-    model->setFailures(failures);
+    tree->setEditTriggers(isEditable ? QAbstractItemView::EditKeyPressed
+                                     : QAbstractItemView::NoEditTriggers);
+    tree->setAcceptDrops(isEditable);
+    editAction->setEnabled(isEditable);
+    clearAction->setEnabled(isEditable);
 }
 
-void IngredientPane::showIngredient(const QString &name)
+void IngredientPane::showIngredient(const QString &name, const QString &key)
 {
-    const QModelIndex index = model->indexOf(name);
-    if (index.isValid()) {
-        tree->setCurrentIndex(index.sibling(index.row(), 1));
-        tree->scrollTo(index);
+    const QModelIndex cell = model->valueCell(name, key);
+    if (cell.isValid()) {
+        tree->setCurrentIndex(cell);
+        tree->scrollTo(cell);
         tree->setFocus();
     }
+}
+
+void IngredientPane::commitEditor()
+{
+    delegate->commit();
 }
 
 void IngredientPane::hideRows()
@@ -73,7 +133,7 @@ void IngredientPane::hideRows()
     for (int groupRow = 0; groupRow < model->rowCount(); ++groupRow) {
         const QModelIndex group = model->index(groupRow, 0);
         const auto isHidden = [](const QModelIndex &index) {
-            return index.data(Qt::UserRole).toString() == QLatin1String("hidden");
+            return index.data(VisibilityRole).toString() == QLatin1String("hidden");
         };
         tree->setRowHidden(groupRow, {}, isHidden(group));
         for (int row = 0; row < model->rowCount(group); ++row) {
@@ -82,15 +142,67 @@ void IngredientPane::hideRows()
     }
 }
 
-/// Opens the editor of the row, wherever in the row the user has pointed.
-void IngredientPane::editValue(const QModelIndex &index)
+QList<QAction *> IngredientPane::rowActions() const
 {
-    for (int column = 0; column < model->columnCount(index.parent()); ++column) {
-        const QModelIndex cell = index.sibling(index.row(), column);
-        if (!tree->isColumnHidden(column) && (cell.flags() & Qt::ItemIsEditable)) {
-            tree->setCurrentIndex(cell);
-            tree->edit(cell);
-            return;
-        }
+    return {editAction, clearAction, copyAction};
+}
+
+void IngredientPane::showMenu(const QPoint &position)
+{
+    const QModelIndex index = tree->indexAt(position);
+    if (!model->ingredientAt(index).valueIndex.isValid()) {
+        return;
     }
+    tree->setCurrentIndex(index);
+    QMenu menu(this);
+    menu.addActions(rowActions());
+    menu.addSeparator();
+    addCandidates(&menu, index);
+    menu.exec(tree->viewport()->mapToGlobal(position));
+}
+
+void IngredientPane::showCandidates(const QModelIndex &index)
+{
+    QMenu menu(this);
+    addCandidates(&menu, index);
+    menu.exec(tree->viewport()->mapToGlobal(tree->visualRect(index).bottomLeft()));
+}
+
+void IngredientPane::addCandidates(QMenu *menu, const QModelIndex &index)
+{
+    const Ingredient ingredient = model->ingredientAt(index);
+    const QStringList files = index.data(IngredientProxyModel::CandidatesRole).toStringList();
+    for (const QString &file : files) {
+        QString text = QDir::toNativeSeparators(file);
+        QAction *action = menu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
+        action->setCheckable(true);
+        action->setChecked(file == textOf(ingredient.value));
+        action->setEnabled(editAction->isEnabled());
+        connect(action, &QAction::triggered, this, [this, ingredient, file] {
+            session->setValue(ingredient.name, ingredient.key, file);
+        });
+    }
+}
+
+void IngredientPane::editCurrent()
+{
+    const QModelIndex cell = model->buddy(tree->currentIndex());
+    if (editAction->isEnabled() && cell.isValid()) {
+        tree->setCurrentIndex(cell);
+        tree->edit(cell);
+    }
+}
+
+void IngredientPane::clearCurrent()
+{
+    const Ingredient ingredient = model->ingredientAt(tree->currentIndex());
+    if (ingredient.valueIndex.isValid() && kindOf(ingredient.value) != ValueKind::Choice) {
+        session->setValue(ingredient.name, ingredient.key, QString());
+    }
+}
+
+void IngredientPane::copyCurrent()
+{
+    const Ingredient ingredient = model->ingredientAt(tree->currentIndex());
+    QApplication::clipboard()->setText(QDir::toNativeSeparators(textOf(ingredient.value)));
 }

@@ -3,14 +3,15 @@
 
 #pragma once
 
-#include "model/checkresult.h"
-
-#include <QVector>
+#include <QStringList>
 #include <QWidget>
 
-class IIngredientManager;
-class IngredientViewModel;
-class QTreeView;
+class ImageSession;
+class IngredientDelegate;
+class IngredientProxyModel;
+class IngredientTree;
+class QAction;
+class QMenu;
 
 /// The ingredient tree, edited in place.
 class IngredientPane : public QWidget
@@ -18,24 +19,42 @@ class IngredientPane : public QWidget
     Q_OBJECT
 
 public:
-    explicit IngredientPane(QWidget *parent = nullptr);
+    /// Shows the values of @p imageSession, which must outlive this pane.
+    explicit IngredientPane(ImageSession *imageSession, QWidget *parent = nullptr);
 
-    /// Shows the ingredients of @p manager, which must outlive this pane or be replaced by null.
-    void setManager(IIngredientManager *manager);
-    /// Marks the ingredients that @p failures name.
-    void setFailures(const QVector<CheckResult> &failures);
     /// Selects an ingredient and gives it the focus.
-    void showIngredient(const QString &name);
+    void showIngredient(const QString &name, const QString &key);
+    /// Takes over what is being typed.
+    void commitEditor();
+    /// Whether values may be changed.
+    void setEditable(bool isEditable);
+
+    /// What can be done with the current row, for a menu.
+    QList<QAction *> rowActions() const;
 
 signals:
-    /// A value is about to be edited, and has been.
-    void editStarted();
-    void editFinished();
+    /// Files and folders that were dropped on no row.
+    void filesDropped(const QStringList &files);
 
 private:
+    void attach();
+    void detach();
+    void update();
     void hideRows();
-    void editValue(const QModelIndex &index);
+    void showMenu(const QPoint &position);
+    void showCandidates(const QModelIndex &index);
+    void addCandidates(QMenu *menu, const QModelIndex &index);
+    void editCurrent();
+    void clearCurrent();
+    void copyCurrent();
 
-    IngredientViewModel *model;
-    QTreeView *tree;
+    ImageSession *session;
+    IngredientProxyModel *model;
+    IngredientTree *tree;
+    IngredientDelegate *delegate;
+    QAction *editAction;
+    QAction *clearAction;
+    QAction *copyAction;
+    QString currentName;
+    QString currentKey;
 };

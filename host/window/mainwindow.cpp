@@ -3,436 +3,381 @@
 
 #include "host/window/mainwindow.h"
 
-#include "host/core/pluginsession.h"
+#include "host/core/manifestwriter.h"
+#include "host/core/pluginlocator.h"
+#include "host/core/statustext.h"
 #include "host/core/stitcherlocator.h"
+#include "host/core/terminalcommand.h"
 #include "host/window/buildpane.h"
-#include "host/window/checkpane.h"
+#include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/droppedfiles.h"
+#include "host/window/elidedlabel.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/logpane.h"
+#include "host/window/messages.h"
+#include "host/window/noticebar.h"
 #include "host/window/problempage.h"
+#include "host/window/problempane.h"
+#include "host/window/projectfiles.h"
 #include "host/window/recentfiles.h"
-#include "plugin/iingredientmanager.h"
+#include "host/window/settings.h"
+#include "host/window/settingsdialog.h"
+#include "host/window/targetdetailspane.h"
+#include "host/window/undohistory.h"
+#include "host/window/windowactions.h"
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
-#include <QDir>
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLabel>
-#include <QMenuBar>
 #include <QMessageBox>
-#include <QPainter>
-#include <QPushButton>
+#include <QRubberBand>
+#include <QScreen>
 #include <QSettings>
-#include <QSplitter>
 #include <QStackedWidget>
-#include <QStandardPaths>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
 
-const char layoutKey[] = "layout/";
-const int listedFailures = 12;
+const char geometryKey[] = "layout/geometry";
+const char stateKey[] = "layout/state";
+/// Of the docks and toolbars; a state of another version is not restored.
+const int layoutVersion = 2;
 
-/// A triangle in the colour of text: the style's own one is black on dark backgrounds, too.
-QIcon buildIcon(const QPalette &palette)
-{
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(palette.color(QPalette::ButtonText));
-    painter.drawPolygon(QPolygon({QPoint(14, 8), QPoint(54, 32), QPoint(14, 56)}));
-    return QIcon(pixmap);
-}
-
-QString setting(const char *name)
-{
-    return QLatin1String(layoutKey) + QLatin1String(name);
-}
+const int problemPageIndex = 0;
+const int workPageIndex = 1;
 
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
+    , history(new UndoHistory(&session, this))
+    , actions(new WindowActions(this, history))
+    , projectFiles(new ProjectFiles(&session, actions->recentFiles, this))
+    , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
-    setWindowTitle(QApplication::applicationDisplayName());
     setAcceptDrops(true);
     createPanes();
-    createActions();
+    createDocks();
+    connectSession();
+    connectActions();
     restoreLayout();
-    updateActions();
+    showPlugin();
+    showState();
 }
 
 MainWindow::~MainWindow()
 {
-    releasePlugin();
+    // The plug-in goes with the session, before the widgets that show it.
+    dataViewPane->setPlugin(nullptr);
+    targetDetailsPane->setPlugin(nullptr);
+    disconnect(&session, nullptr, this, nullptr);
+    delete centralWidget();
 }
 
 void MainWindow::createPanes()
 {
-    targetLabel = new QLabel(this);
+    targetLabel = new ElidedLabel(this);
     targetLabel->setObjectName(QStringLiteral("target"));
-    targetLabel->setAccessibleName(tr("Target"));
     QFont bold = targetLabel->font();
     bold.setBold(true);
     targetLabel->setFont(bold);
-    targetLabel->setContentsMargins(9, 9, 9, 0);
-
-    ingredientPane = new IngredientPane(this);
-    checkPane = new CheckPane(this);
-    dataViewPane = new DataViewPane(this);
-    logPane = new LogPane(this);
-    buildPane = new BuildPane(this);
-
-    leftColumn = new QSplitter(Qt::Vertical, this);
-    leftColumn->addWidget(ingredientPane);
-    leftColumn->addWidget(checkPane);
-    rightColumn = new QSplitter(Qt::Vertical, this);
-    rightColumn->addWidget(dataViewPane);
-    rightColumn->addWidget(logPane);
-    columns = new QSplitter(Qt::Horizontal, this);
-    columns->addWidget(leftColumn);
-    columns->addWidget(rightColumn);
-    leftColumn->setStretchFactor(0, 3);
-    leftColumn->setStretchFactor(1, 2);
-    columns->setStretchFactor(0, 3);
-    columns->setStretchFactor(1, 2);
+    noticeBar = new NoticeBar(this);
+    ingredientPane = new IngredientPane(&session, this);
+    buildPane = new BuildPane(&session, this);
 
     auto work = new QWidget(this);
     auto layout = new QVBoxLayout(work);
-    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(targetLabel);
-    layout->addWidget(columns, 1);
+    layout->addWidget(noticeBar);
+    layout->addWidget(ingredientPane, 1);
     layout->addWidget(buildPane);
 
     problemPage = new ProblemPage(this);
     pages = new QStackedWidget(this);
-    pages->addWidget(problemPage);
-    pages->addWidget(work);
+    pages->insertWidget(problemPageIndex, problemPage);
+    pages->insertWidget(workPageIndex, work);
     setCentralWidget(pages);
 
-    connect(ingredientPane, &IngredientPane::editStarted, this, [this] {
-        currentIntake = QStringLiteral("edit");
-        intakeErrors.remove(currentIntake);
-    });
-    connect(ingredientPane, &IngredientPane::editFinished, this, [this] { currentIntake.clear(); });
-    connect(checkPane, &CheckPane::checked, this,
-            [this] { ingredientPane->setFailures(checkPane->failures()); });
-    connect(checkPane, &CheckPane::ingredientChosen, ingredientPane,
-            &IngredientPane::showIngredient);
-    connect(buildPane, &BuildPane::stopRequested, this, [this] {
-        if (runner) {
-            runner->stop(tr("It was stopped."));
-        }
-    });
-    connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
+    statusLabel = new ElidedLabel(this);
+    statusLabel->setObjectName(QStringLiteral("status"));
+    statusBar()->addWidget(statusLabel, 1);
 }
 
-void MainWindow::createActions()
+QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWidget *pane)
 {
-    const auto add = [this](QMenu *menu, const QString &text, const QKeySequence &shortcut,
-                            QStyle::StandardPixmap icon, auto action) {
-        return menu->addAction(style()->standardIcon(icon), text, this, action, shortcut);
+    auto dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWidget(pane);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    if (problemDock) {
+        // One on the other: the tree keeps the height.
+        tabifyDockWidget(problemDock, dock);
+    }
+    actions->addViews({dock->toggleViewAction()});
+    return dock;
+}
+
+void MainWindow::createDocks()
+{
+    problemPane = new ProblemPane(this);
+    logPane = new LogPane(this);
+    dataViewPane = new DataViewPane(this);
+    targetDetailsPane = new TargetDetailsPane(this);
+    problemDock = addDock(tr("Problems"), QStringLiteral("problems"), problemPane);
+    logDock = addDock(tr("Log"), QStringLiteral("logDock"), logPane);
+    dataViewDock = addDock(tr("Data views"), QStringLiteral("dataViewDock"), dataViewPane);
+    targetDetailsDock
+        = addDock(tr("Target details"), QStringLiteral("targetDetailsDock"), targetDetailsPane);
+    problemDock->raise();
+    dataViewDock->hide();
+    targetDetailsDock->hide();
+}
+
+void MainWindow::connectSession()
+{
+    connect(&session, &ImageSession::statusMessage, logPane, &LogPane::addStatus);
+    connect(&session, &ImageSession::errorMessage, logPane, &LogPane::addError);
+    connect(&session, &ImageSession::dataFileChanged, dataViewPane, &DataViewPane::refreshViews);
+    connect(&session, &ImageSession::pluginAboutToChange, this, [this] {
+        dataViewPane->setPlugin(nullptr);
+        targetDetailsPane->setPlugin(nullptr);
+    });
+    connect(&session, &ImageSession::pluginChanged, this, &MainWindow::showPlugin);
+    connect(&session, &ImageSession::busyChanged, this, [](bool isBusy) {
+        if (isBusy) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        } else {
+            QApplication::restoreOverrideCursor();
+        }
+    });
+    connect(&session, &ImageSession::noticed, noticeBar, &NoticeBar::showText);
+    connect(&session, &ImageSession::changed, this, &MainWindow::showState);
+    connect(&session, &ImageSession::projectChanged, this, &MainWindow::showTitle);
+    connect(&session, &ImageSession::valuesChanged, this, &MainWindow::showTitle);
+
+    connect(dataViewPane, &DataViewPane::viewsChanged, dataViewDock,
+            [this](int count) { dataViewDock->setVisible(count > 0); });
+    connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
+            &IngredientPane::showIngredient);
+    connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
+    connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
+    connect(buildPane, &BuildPane::failed, noticeBar, &NoticeBar::showText);
+}
+
+void MainWindow::connectActions()
+{
+    actions->addRowActions(ingredientPane->rowActions());
+    // Whatever an action does, it does with what has been typed.
+    const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
+        connect(action, &QAction::triggered, receiver, [this, receiver, operation] {
+            ingredientPane->commitEditor();
+            (receiver->*operation)();
+        });
     };
-    QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
-    QAction *folder = add(fileMenu, tr("Open &folder…"), QKeySequence(tr("Ctrl+Shift+O")),
-                          QStyle::SP_DirOpenIcon, &MainWindow::chooseFolder);
-    QAction *files = add(fileMenu, tr("&Add files…"), QKeySequence(tr("Ctrl+I")),
-                         QStyle::SP_FileIcon, &MainWindow::chooseFiles);
-    recentFiles = new RecentFiles(this);
-    fileMenu->addMenu(recentFiles);
-    fileMenu->addSeparator();
-    QAction *load = add(fileMenu, tr("&Open configuration…"), QKeySequence::Open,
-                        QStyle::SP_DialogOpenButton, &MainWindow::chooseConfig);
-    QAction *save = add(fileMenu, tr("&Save configuration…"), QKeySequence::Save,
-                        QStyle::SP_DialogSaveButton, &MainWindow::chooseConfigToSave);
-    fileMenu->addSeparator();
-    fileMenu->addAction(tr("Choose &plug-in…"), this, &MainWindow::choosePlugin);
-    fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
-
-    QMenu *imageMenu = menuBar()->addMenu(tr("I&mage"));
-    QAction *checkAction = add(imageMenu, tr("&Check"), QKeySequence(tr("Ctrl+K")),
-                               QStyle::SP_DialogApplyButton, &MainWindow::check);
-    buildAction = imageMenu->addAction(buildIcon(palette()), tr("&Build"), this, &MainWindow::build,
-                                       QKeySequence(tr("Ctrl+B")));
-    QMenu *helpMenu = menuBar()->addMenu(tr("&Help"));
-    helpMenu->addAction(tr("&About"), this, &MainWindow::showAbout);
-    pluginActions = {folder, files, load, save, checkAction};
-
-    QToolBar *toolBar = addToolBar(tr("Steps"));
-    toolBar->setObjectName(QStringLiteral("steps"));
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    toolBar->setMovable(false);
-    const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    toolBar->setIconSize({iconSize, iconSize});
-    toolBar->addActions({folder, checkAction, buildAction});
-
-    connect(recentFiles, &RecentFiles::chosen, this, &MainWindow::reopen);
+    connectTo(actions->openFolder, projectFiles, &ProjectFiles::chooseFolder);
+    connectTo(actions->addFiles, projectFiles, &ProjectFiles::chooseFiles);
+    connectTo(actions->openProject, projectFiles, &ProjectFiles::chooseProject);
+    connectTo(actions->saveProject, projectFiles, &ProjectFiles::save);
+    connectTo(actions->saveProjectAs, projectFiles, &ProjectFiles::saveAs);
+    connectTo(actions->openConfiguration, projectFiles, &ProjectFiles::chooseConfiguration);
+    connectTo(actions->saveConfiguration, projectFiles, &ProjectFiles::saveConfigurationAs);
+    connectTo(actions->choosePlugin, this, &MainWindow::choosePlugin);
+    connectTo(actions->settings, this, &MainWindow::changeSettings);
+    connectTo(actions->rescan, &session, &ImageSession::rescan);
+    connectTo(actions->nextProblem, this, &MainWindow::showNextProblem);
+    connectTo(actions->build, this, &MainWindow::build);
+    connectTo(actions->stop, &session, &ImageSession::stopBuild);
+    connectTo(actions->writeManifest, this, &MainWindow::writeManifest);
+    connectTo(actions->copyCommand, this, &MainWindow::copyCommand);
+    connect(actions->quit, &QAction::triggered, this, &QWidget::close);
+    connect(actions->about, &QAction::triggered, this, &MainWindow::showAbout);
+    connect(actions->recentFiles, &RecentFiles::chosen, this,
+            [this](const QString &file) { open({file}); });
+    connect(history, &QUndoStack::indexChanged, this, [this] { actions->update(session); });
 }
 
 void MainWindow::restoreLayout()
 {
     const QSettings settings;
-    if (!restoreGeometry(settings.value(setting("geometry")).toByteArray())) {
-        // In characters, so that it grows with the font.
-        const QFontMetrics metrics = fontMetrics();
-        resize(metrics.averageCharWidth() * 180, metrics.height() * 48);
+    if (!restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray())) {
+        fitScreen();
     }
-    restoreState(settings.value(setting("state")).toByteArray());
-    columns->restoreState(settings.value(setting("columns")).toByteArray());
-    leftColumn->restoreState(settings.value(setting("left")).toByteArray());
-    rightColumn->restoreState(settings.value(setting("right")).toByteArray());
+    if (!restoreState(settings.value(QLatin1String(stateKey)).toByteArray(), layoutVersion)) {
+        resizeDocks({problemDock}, {height() / 4}, Qt::Vertical);
+    }
+}
+
+/// The size for the first start: in characters, so that it grows with the font, but not beyond the
+/// screen.
+void MainWindow::fitScreen()
+{
+    const QFontMetrics metrics = fontMetrics();
+    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
+    // The frame of the window is not known before it is shown.
+    const QSize available = screen()->availableSize() * 9 / 10;
+    resize(wanted.boundedTo(available));
+}
+
+/// Docks keep their height, so that the tree would pay for a smaller window.
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    const int maxDockHeight = height() / 3;
+    if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
+        for (QDockWidget *dock : {problemDock, logDock, dataViewDock, targetDetailsDock}) {
+            if (dock->isVisible() && !dock->isFloating() && dock->height() > maxDockHeight) {
+                resizeDocks({dock}, {maxDockHeight}, Qt::Vertical);
+            }
+        }
+    }
 }
 
 void MainWindow::saveLayout() const
 {
     QSettings settings;
-    settings.setValue(setting("geometry"), saveGeometry());
-    settings.setValue(setting("state"), saveState());
-    settings.setValue(setting("columns"), columns->saveState());
-    settings.setValue(setting("left"), leftColumn->saveState());
-    settings.setValue(setting("right"), rightColumn->saveState());
+    settings.setValue(QLatin1String(geometryKey), saveGeometry());
+    settings.setValue(QLatin1String(stateKey), saveState(layoutVersion));
 }
 
 bool MainWindow::loadPlugin(const QStringList &candidates)
 {
-    releasePlugin();
-    auto loaded = std::make_unique<PluginSession>();
-    StatusManager *relay = loaded->statusManager();
-    connect(relay, &StatusManager::statusMessage, logPane, &LogPane::addStatus);
-    connect(relay, &StatusManager::errorMessage, this, &MainWindow::noteError);
-    connect(relay, &StatusManager::dataFileChanged, dataViewPane, &DataViewPane::refreshViews);
-    if (!loaded->load(candidates)) {
-        problemPage->setProblem(loaded->problem());
-        return false;
-    }
-    session = std::move(loaded);
-    // The plug-in proposes an image in the documents folder, which a new account does not have yet.
-    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    targetLabel->setText(
-        tr("%1, version %2")
-            .arg(session->plugin()->getTargetName(), session->plugin()->getPluginVersion()));
-    ingredientPane->setManager(session->ingredientManager());
-    checkPane->setManager(session->executionManager());
-    dataViewPane->setPlugin(session->plugin());
-    pages->setCurrentIndex(1);
-    updateActions();
-    return true;
-}
-
-/// Takes everything of the plug-in out of the panes and ends it.
-void MainWindow::releasePlugin()
-{
-    runner.reset();
-    ingredientPane->setManager(nullptr);
-    checkPane->setManager(nullptr);
-    dataViewPane->setPlugin(nullptr);
-    intakeErrors.clear();
-    session.reset();
-    pages->setCurrentIndex(0);
-    updateActions();
-}
-
-void MainWindow::updateActions()
-{
-    const bool isLoaded = session != nullptr;
-    for (QAction *action : qAsConst(pluginActions)) {
-        action->setEnabled(isLoaded);
-    }
-    buildAction->setEnabled(isLoaded && !runner);
-}
-
-void MainWindow::noteError(const QString &message)
-{
-    logPane->addError(message);
-    if (!currentIntake.isEmpty()) {
-        intakeErrors[currentIntake] << message.trimmed();
-    }
-}
-
-void MainWindow::takeIn(const QString &kind, const std::function<void()> &operation)
-{
-    currentIntake = kind;
-    intakeErrors.remove(kind);
-    operation();
-    currentIntake.clear();
-}
-
-void MainWindow::open(const QStringList &filesAndFolders)
-{
-    if (!session) {
-        return;
-    }
-    QStringList folders;
-    QStringList files;
-    for (const QString &each : filesAndFolders) {
-        const QString path = QDir::current().absoluteFilePath(each);
-        (QFileInfo(path).isDir() ? folders : files) << path;
-        recentFiles->add(path);
-    }
-    IIngredientManager *ingredients = session->ingredientManager();
-    if (!folders.isEmpty()) {
-        takeIn(QStringLiteral("folder"), [&] {
-            for (const QString &folder : qAsConst(folders)) {
-                ingredients->generateConfigFromDirectory(folder);
-            }
-        });
-    }
-    if (!files.isEmpty()) {
-        takeIn(QStringLiteral("file"), [&] {
-            for (const QString &file : qAsConst(files)) {
-                ingredients->loadIngredientFile(file);
-            }
-        });
-    }
-}
-
-void MainWindow::openConfig(const QString &file)
-{
-    takeIn(QStringLiteral("config"),
-           [&] { session->ingredientManager()->loadConfigFromFile(file); });
-    recentFiles->add(file);
-}
-
-void MainWindow::saveConfig(const QString &file)
-{
-    if (session->ingredientManager()->saveConfigToFile(file)) {
-        statusBar()->showMessage(
-            tr("Configuration saved as %1").arg(QDir::toNativeSeparators(file)));
-    } else {
-        QMessageBox::warning(this, tr("Save configuration"),
-                             tr("The configuration could not be saved; the log says why."));
-    }
-}
-
-bool MainWindow::check()
-{
-    return checkPane->check();
-}
-
-bool MainWindow::confirmBuild()
-{
-    check();
-    QStringList problems;
-    const QVector<CheckResult> failures = checkPane->failures();
-    for (const CheckResult &failure : failures) {
-        problems << failure.ingredientName + QLatin1String(": ") + failure.details;
-    }
-    for (const QStringList &errors : qAsConst(intakeErrors)) {
-        problems += errors;
-    }
-    if (problems.isEmpty()) {
+    if (session.loadPlugin(candidates)) {
         return true;
     }
-    const int hidden = problems.count() - listedFailures;
-    if (hidden > 0) {
-        problems = problems.mid(0, listedFailures) + QStringList(tr("… and %1 more").arg(hidden));
+    if (session.isLoaded()) {
+        showWarning(this, tr("Choose a plug-in"), session.pluginProblem());
     }
-    QMessageBox question(QMessageBox::Warning, tr("Build"),
-                         tr("Something is wrong with the files of this image:"),
-                         QMessageBox::NoButton, this);
-    question.setTextFormat(Qt::PlainText);
-    question.setInformativeText(problems.join(QLatin1Char('\n')));
-    QAbstractButton *anyway = question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
-    QPushButton *cancel = question.addButton(QMessageBox::Cancel);
-    question.setDefaultButton(cancel);
-    question.exec();
-    return question.clickedButton() == anyway;
+    problemPage->setProblem(session.pluginProblem());
+    return false;
+}
+
+void MainWindow::showPlugin()
+{
+    const bool loaded = session.isLoaded();
+    pages->setCurrentIndex(loaded ? workPageIndex : problemPageIndex);
+    problemPage->setProblem(session.pluginProblem());
+    dataViewPane->setPlugin(session.plugin());
+    targetDetailsPane->setPlugin(session.plugin());
+    if (loaded) {
+        targetLabel->setText(
+            tr("%1, version %2")
+                .arg(session.plugin()->getTargetName(), session.plugin()->getPluginVersion()));
+    }
+    if (targetDetailsPane->isPageNeeded()) {
+        targetDetailsDock->show();
+    }
+    showState();
+}
+
+void MainWindow::showState()
+{
+    const int problemCount = session.problems().count();
+    problemPane->setProblems(session.problems());
+    problemDock->setWindowTitle(problemCount == 0
+                                    ? tr("Problems")
+                                    : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
+    statusLabel->setText(statusText(session));
+    ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
+    actions->update(session);
+    showTitle();
+}
+
+void MainWindow::showTitle()
+{
+    const QString project = session.projectFile();
+    const QString name = project.isEmpty() ? tr("Untitled") : QFileInfo(project).fileName();
+    setWindowTitle(session.isLoaded() ? name + QLatin1String("[*]") : QString());
+    setWindowModified(session.isModified());
+}
+
+void MainWindow::open(const QStringList &paths)
+{
+    ingredientPane->commitEditor();
+    projectFiles->open(paths);
+}
+
+void MainWindow::restoreLastProject()
+{
+    projectFiles->restoreLast();
+}
+
+void MainWindow::showNextProblem()
+{
+    problemDock->show();
+    problemDock->raise();
+    problemPane->showNext();
 }
 
 void MainWindow::build()
 {
-    if (!session || runner || !confirmBuild()) {
+    if (!session.isLoaded() || session.isBuilding()) {
         return;
     }
-    const StitcherLocation stitcher = locateStitcher(QString());
+    ingredientPane->commitEditor();
+    session.check();
+    if (!askToBuild(this, session.problems())) {
+        return;
+    }
+    const Settings settings = readSettings();
+    const StitcherLocation stitcher = locateStitcher(settings.stitcherFile);
     if (stitcher.file.isEmpty()) {
-        BuildResult failure;
-        failure.reason = stitcher.problem;
-        buildPane->showResult(failure);
-        emit buildFinished(failure);
+        buildPane->showProblem(stitcher.problem);
         return;
     }
-    runner = std::make_unique<BuildRunner>(session.get());
-    connect(runner.get(), &BuildRunner::finished, this, &MainWindow::finishBuild);
-    updateActions();
-    buildPane->showRunning();
     BuildOptions options;
     options.stitcher = stitcher.file;
-    runner->start(options);
-}
-
-void MainWindow::finishBuild(const BuildResult &result)
-{
-    runner.release()->deleteLater();
-    updateActions();
-    buildPane->showResult(result);
-    emit buildFinished(result);
+    options.timeoutMs = settings.timeLimitSeconds * 1000;
+    session.build(options);
 }
 
 void MainWindow::choosePlugin()
 {
-    if (runner) {
-        return;
-    }
     const QString file = QFileDialog::getOpenFileName(this, tr("Choose a plug-in"), QString(),
                                                       tr("Plug-ins (*.so *.so.*);;All files (*)"));
-    if (!file.isEmpty()) {
+    if (!file.isEmpty() && projectFiles->mayLeave()) {
         loadPlugin({file});
     }
 }
 
-void MainWindow::chooseFolder()
+void MainWindow::changeSettings()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open a folder of files"));
-    if (!folder.isEmpty()) {
-        open({folder});
+    const Settings before = readSettings();
+    SettingsDialog dialog(before, this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    writeSettings(dialog.settings());
+    const QString plugin = dialog.settings().pluginFile;
+    if (plugin != before.pluginFile && projectFiles->mayLeave()) {
+        loadPlugin(pluginCandidates(plugin));
     }
 }
 
-void MainWindow::chooseFiles()
+void MainWindow::writeManifest()
 {
-    open(QFileDialog::getOpenFileNames(this, tr("Add files")));
+    const QString file = session.lastBuild().result().imageFile + QLatin1String(".manifest.json");
+    auto writer = new ManifestWriter(this);
+    connect(writer, &ManifestWriter::finished, this, [this, writer, file](const QString &problem) {
+        writer->deleteLater();
+        noticeBar->showText(problem.isEmpty() ? tr("The manifest was written to %1.").arg(file)
+                                              : problem);
+    });
+    writer->start(session.lastBuild(), session.plugin()->getPluginVersion(), file);
 }
 
-void MainWindow::chooseConfig()
+void MainWindow::copyCommand()
 {
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open a configuration"), QString(),
-                                                      tr("Configurations (*.txt);;All files (*)"));
-    if (!file.isEmpty()) {
-        openConfig(file);
-    }
-}
-
-void MainWindow::chooseConfigToSave()
-{
-    const QString file = QFileDialog::getSaveFileName(this, tr("Save the configuration"),
-                                                      QStringLiteral("config.txt"),
-                                                      tr("Configurations (*.txt);;All files (*)"));
-    if (!file.isEmpty()) {
-        saveConfig(file);
-    }
-}
-
-/// A recent file is mapped by name when its name fits, as when it was dropped; a configuration is
-/// told by its ending.
-void MainWindow::reopen(const QString &file)
-{
-    if (file.endsWith(QLatin1String(".txt"), Qt::CaseInsensitive)) {
-        openConfig(file);
-    } else {
-        open({file});
-    }
+    QApplication::clipboard()->setText(
+        terminalCommand(session.ingredients(), session.pluginFile()));
+    noticeBar->showText(tr("The command is on the clipboard."));
 }
 
 void MainWindow::showAbout()
@@ -445,27 +390,36 @@ void MainWindow::showAbout()
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (session && !droppedFiles(event->mimeData()).isEmpty()) {
+    if (session.isLoaded() && !session.isBuilding() && !droppedFiles(event->mimeData()).isEmpty()) {
         event->acceptProposedAction();
+        dropFrame->setGeometry(centralWidget()->geometry());
+        dropFrame->show();
     }
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    Q_UNUSED(event)
+    dropFrame->hide();
 }
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
+    dropFrame->hide();
     event->acceptProposedAction();
     open(droppedFiles(event->mimeData()));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (runner) {
-        const auto answer = QMessageBox::question(
-            this, tr("Close"), tr("The stitcher is still running. Stop it and close?"),
-            QMessageBox::Close | QMessageBox::Cancel, QMessageBox::Cancel);
-        if (answer != QMessageBox::Close) {
-            event->ignore();
-            return;
-        }
+    ingredientPane->commitEditor();
+    if (session.isBuilding() && !askToStop(this)) {
+        event->ignore();
+        return;
+    }
+    if (!projectFiles->mayLeave()) {
+        event->ignore();
+        return;
     }
     saveLayout();
     event->accept();

@@ -3,27 +3,27 @@
 
 #pragma once
 
-#include "host/core/buildrunner.h"
+#include "host/core/imagesession.h"
 
 #include <QMainWindow>
-#include <QMap>
-
-#include <functional>
-#include <memory>
 
 class BuildPane;
-class CheckPane;
 class DataViewPane;
+class ElidedLabel;
 class IngredientPane;
 class LogPane;
-class PluginSession;
+class NoticeBar;
 class ProblemPage;
-class QLabel;
-class QSplitter;
+class ProblemPane;
+class ProjectFiles;
+class QDockWidget;
+class QRubberBand;
 class QStackedWidget;
-class RecentFiles;
+class TargetDetailsPane;
+class UndoHistory;
+class WindowActions;
 
-/// The window: its panes show what the plug-in offers, its actions call what the plug-in does.
+/// The window: wires panes and actions to the session that they show and change.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -32,66 +32,60 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    /// Loads a plug-in in the place of the one at hand. On failure the window offers to choose one.
+    /// Loads a plug-in in the place of the one at hand, which stays when that fails.
     bool loadPlugin(const QStringList &candidates);
-
-    /// Maps folders and files to ingredients, by file name.
-    void open(const QStringList &filesAndFolders);
-    void openConfig(const QString &file);
-    void saveConfig(const QString &file);
-    /// Checks all files; true when every check passed.
-    bool check();
-    /// Checks, asks when something is wrong, and runs the stitcher.
+    /// Opens folders, files, configurations and a project.
+    void open(const QStringList &paths);
+    void restoreLastProject();
+    /// Asks when something is wrong, and runs the stitcher.
     void build();
-
-signals:
-    void buildFinished(const BuildResult &result);
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void createPanes();
-    void createActions();
+    void createDocks();
+    QDockWidget *addDock(const QString &title, const QString &name, QWidget *pane);
+    void connectSession();
+    void connectActions();
     void restoreLayout();
     void saveLayout() const;
+    void fitScreen();
 
-    void releasePlugin();
+    void showPlugin();
+    void showState();
+    void showTitle();
+    void showNextProblem();
     void choosePlugin();
-    void chooseFolder();
-    void chooseFiles();
-    void chooseConfig();
-    void chooseConfigToSave();
-    void reopen(const QString &file);
+    void changeSettings();
+    void writeManifest();
+    void copyCommand();
     void showAbout();
 
-    /// Runs an operation that takes files in; its errors are kept until the next one of its kind.
-    void takeIn(const QString &kind, const std::function<void()> &operation);
-    void noteError(const QString &message);
-    bool confirmBuild();
-    void finishBuild(const BuildResult &result);
-    void updateActions();
-
-    std::unique_ptr<PluginSession> session;
-    std::unique_ptr<BuildRunner> runner;
-    /// Errors of the last intake of each kind, which a build asks about.
-    QMap<QString, QStringList> intakeErrors;
-    QString currentIntake;
+    ImageSession session;
+    UndoHistory *history;
+    WindowActions *actions;
+    ProjectFiles *projectFiles;
 
     QStackedWidget *pages = nullptr;
     ProblemPage *problemPage = nullptr;
-    QSplitter *columns = nullptr;
-    QSplitter *leftColumn = nullptr;
-    QSplitter *rightColumn = nullptr;
-    QLabel *targetLabel = nullptr;
+    ElidedLabel *targetLabel = nullptr;
+    ElidedLabel *statusLabel = nullptr;
+    NoticeBar *noticeBar = nullptr;
     IngredientPane *ingredientPane = nullptr;
-    CheckPane *checkPane = nullptr;
-    DataViewPane *dataViewPane = nullptr;
-    LogPane *logPane = nullptr;
     BuildPane *buildPane = nullptr;
-    RecentFiles *recentFiles = nullptr;
-    QList<QAction *> pluginActions;
-    QAction *buildAction = nullptr;
+    ProblemPane *problemPane = nullptr;
+    LogPane *logPane = nullptr;
+    DataViewPane *dataViewPane = nullptr;
+    TargetDetailsPane *targetDetailsPane = nullptr;
+    QDockWidget *problemDock = nullptr;
+    QDockWidget *logDock = nullptr;
+    QDockWidget *dataViewDock = nullptr;
+    QDockWidget *targetDetailsDock = nullptr;
+    QRubberBand *dropFrame;
 };

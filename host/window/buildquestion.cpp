@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/buildquestion.h"
+
+#include "host/window/problemmodel.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace {
+
+const int maxListed = 12;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("BuildQuestion", text);
+}
+
+QString listed(const QVector<Problem> &problems)
+{
+    QStringList lines;
+    for (const Problem &problem : problems.mid(0, maxListed)) {
+        QString line = problem.ingredient + QLatin1String(": ") + problemLine(problem);
+        if (!problem.file.isEmpty()) {
+            line += QLatin1String("\n    ") + QDir::toNativeSeparators(problem.file);
+        }
+        lines << line;
+    }
+    const int hidden = problems.count() - maxListed;
+    if (hidden > 0) {
+        lines << tr("… and %1 more").arg(QLocale().toString(hidden));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+bool askToBuild(QWidget *parent, const QVector<Problem> &problems)
+{
+    if (problems.isEmpty()) {
+        return true;
+    }
+    const bool mustBeFixed
+        = std::any_of(problems.begin(), problems.end(),
+                      [](const Problem &problem) { return problem.mustBeFixed; });
+    QMessageBox question(QMessageBox::Warning, tr("Build"),
+                         mustBeFixed ? tr("The image cannot be built with these problems:")
+                                     : tr("The image has these problems:"),
+                         QMessageBox::NoButton, parent);
+    question.setTextFormat(Qt::PlainText);
+    question.setInformativeText(listed(problems));
+    QPushButton *cancel = question.addButton(QMessageBox::Cancel);
+    const QAbstractButton *anyway
+        = mustBeFixed ? nullptr : question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
+    question.setDefaultButton(cancel);
+    question.exec();
+    return anyway && question.clickedButton() == anyway;
+}
+
+bool askToStop(QWidget *parent)
+{
+    QMessageBox question(QMessageBox::Question, tr("Close"),
+                         tr("The stitcher is still running. Stop it and close?"),
+                         QMessageBox::Close | QMessageBox::Cancel, parent);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::Cancel);
+    return question.exec() == QMessageBox::Close;
+}

@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/ingredientproxymodel.h"
+
+#include "host/core/filestate.h"
+#include "host/core/imagesession.h"
+#include "host/window/marks.h"
+#include "host/window/problemmodel.h"
+#include "model/filepath.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+
+namespace {
+
+enum ExtraColumn { SizeColumn, ModifiedColumn, ExtraColumnCount };
+
+bool isMissing(const Ingredient &ingredient)
+{
+    return kindOf(ingredient.value) == ValueKind::File
+        && ingredient.value.value<FilePath>().isRequired && textOf(ingredient.value).isEmpty();
+}
+
+QString stateText(RowState state)
+{
+    switch (state) {
+    case RowState::Plain:
+        return {};
+    case RowState::Good:
+        return IngredientProxyModel::tr("no problems");
+    case RowState::Newer:
+        return IngredientProxyModel::tr("newer than the image");
+    case RowState::Missing:
+        return IngredientProxyModel::tr("no file chosen");
+    case RowState::Problem:
+        break;
+    }
+    return IngredientProxyModel::tr("has problems");
+}
+
+} // namespace
+
+IngredientProxyModel::IngredientProxyModel(ImageSession *imageSession, QObject *parent)
+    : QIdentityProxyModel(parent)
+    , session(imageSession)
+{
+}
+
+int IngredientProxyModel::sourceColumnCount() const
+{
+    return sourceModel() ? sourceModel()->columnCount() : 0;
+}
+
+bool IngredientProxyModel::isExtra(const QModelIndex &index) const
+{
+    return index.isValid() && index.column() >= sourceColumnCount();
+}
+
+int IngredientProxyModel::rowCount(const QModelIndex &parent) const
+{
+    return isExtra(parent) ? 0 : QIdentityProxyModel::rowCount(parent);
+}
+
+int IngredientProxyModel::columnCount(const QModelIndex &parent) const
+{
+    const int count = isExtra(parent) ? 0 : QIdentityProxyModel::columnCount(parent);
+    return count == 0 ? 0 : count + ExtraColumnCount;
+}
+
+bool IngredientProxyModel::hasChildren(const QModelIndex &parent) const
+{
+    return !isExtra(parent) && QIdentityProxyModel::hasChildren(parent);
+}
+
+QModelIndex IngredientProxyModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (!hasIndex(row, column, parent)) {
+        return {};
+    }
+    const QModelIndex name = QIdentityProxyModel::index(row, 0, parent);
+    return column < sourceColumnCount() ? QIdentityProxyModel::index(row, column, parent)
+                                        : createIndex(row, column, name.internalPointer());
+}
+
+QModelIndex IngredientProxyModel::parent(const QModelIndex &child) const
+{
+    return isExtra(child)
+        ? QIdentityProxyModel::parent(createIndex(child.row(), 0, child.internalPointer()))
+        : QIdentityProxyModel::parent(child);
+}
+
+QModelIndex IngredientProxyModel::sibling(int row, int column, const QModelIndex &index) const
+{
+    return this->index(row, column, parent(index));
+}
+
+QModelIndex IngredientProxyModel::mapToSource(const QModelIndex &index) const
+{
+    return isExtra(index) ? QModelIndex() : QIdentityProxyModel::mapToSource(index);
+}
+
+QModelIndex IngredientProxyModel::buddy(const QModelIndex &index) const
+{
+    const Ingredient ingredient = ingredientAt(index);
+    return ingredient.valueIndex.isValid()
+        ? sibling(index.row(), ingredient.valueIndex.column(), index)
+        : index;
+}
+
+Qt::ItemFlags IngredientProxyModel::flags(const QModelIndex &index) const
+{
+    return isExtra(index) ? Qt::ItemIsSelectable | Qt::ItemIsEnabled
+                          : QIdentityProxyModel::flags(index);
+}
+
+QVariant IngredientProxyModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    const int extra = section - sourceColumnCount();
+    if (orientation != Qt::Horizontal || extra < 0) {
+        return QIdentityProxyModel::headerData(section, orientation, role);
+    }
+    if (role == Qt::DisplayRole) {
+        return extra == SizeColumn ? tr("Size") : tr("Modified");
+    }
+    return role == Qt::TextAlignmentRole && extra == SizeColumn
+        ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
+        : QVariant();
+}
+
+IngredientProxyModel::RowKey IngredientProxyModel::rowKey(const QModelIndex &index) const
+{
+    const QModelIndex group = parent(index);
+    return group.isValid() ? RowKey(group.row(), index.row()) : RowKey(-1, -1);
+}
+
+QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
+{
+    const Row row = rows.value(rowKey(index));
+    switch (role) {
+    case Qt::ToolTipRole:
+        return toolTipOf(row);
+    case StateRole:
+        return int(row.state);
+    case CandidatesRole:
+        return row.candidates;
+    default:
+        break;
+    }
+    if (isExtra(index)) {
+        return extraData(index, row, role);
+    }
+    if (index.column() == 0 && row.ingredient.valueIndex.isValid()) {
+        return nameData(index, row, role);
+    }
+    const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    switch (role) {
+    case Qt::DisplayRole:
+        return kindOf(value) == ValueKind::File ? QDir::toNativeSeparators(textOf(value))
+            : kindOf(value) == ValueKind::Other ? value
+                                                : textOf(value);
+    case Qt::EditRole:
+        return value;
+    default:
+        return QIdentityProxyModel::data(index, role);
+    }
+}
+
+QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row, int role) const
+{
+    if (role == Qt::DecorationRole) {
+        return markIcon(row.state);
+    }
+    if (role == Qt::AccessibleTextRole && row.state != RowState::Plain) {
+        return QStringLiteral("%1, %2").arg(row.ingredient.name, stateText(row.state));
+    }
+    return QIdentityProxyModel::data(index, role);
+}
+
+QVariant IngredientProxyModel::extraData(const QModelIndex &index, const Row &row, int role) const
+{
+    const bool isSize = index.column() - sourceColumnCount() == SizeColumn;
+    if (role == Qt::TextAlignmentRole && isSize) {
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    }
+    if (role != Qt::DisplayRole || row.size < 0) {
+        return {};
+    }
+    return isSize ? bytesText(row.size) : QLocale().toString(row.modified, QLocale::ShortFormat);
+}
+
+/// A value goes to the session, which also renews the model where the value is a data file.
+bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const Ingredient ingredient = ingredientAt(index);
+    if (role != Qt::EditRole || !ingredient.valueIndex.isValid()
+        || ingredient.valueIndex.column() != index.column()) {
+        return false;
+    }
+    session->setValue(ingredient.name, ingredient.key, textOf(value));
+    return true;
+}
+
+QString IngredientProxyModel::toolTipOf(const Row &row) const
+{
+    QStringList lines{QDir::toNativeSeparators(textOf(row.ingredient.value)),
+                      demandOf(row.ingredient.value)};
+    lines += row.remarks;
+    lines.removeAll(QString());
+    // A tooltip would take a tag in a file name for a mark-up.
+    return QLatin1String("<p style='white-space:pre-wrap'>")
+        + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QLatin1String("</p>");
+}
+
+IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredient) const
+{
+    Row row;
+    row.ingredient = ingredient;
+    row.candidates = session->candidates(ingredient.name, ingredient.key);
+    if (kindOf(ingredient.value) == ValueKind::File) {
+        const QString file = textOf(ingredient.value);
+        const FileState state = FileState::of(file);
+        if (state.isRegular()) {
+            row.size = state.size;
+            row.modified = QFileInfo(file).lastModified();
+        }
+        row.state = file.isEmpty() ? RowState::Plain : RowState::Good;
+    }
+    if (session->isNewerThanImage(ingredient)) {
+        row.state = RowState::Newer;
+        row.remarks << tr("The file has changed since the image was built.");
+    }
+    for (const Problem &problem : session->problems()) {
+        if (problem.ingredient == ingredient.name && problem.key == ingredient.key) {
+            row.state = isMissing(ingredient) ? RowState::Missing : RowState::Problem;
+            row.remarks << problemLine(problem);
+        }
+    }
+    return row;
+}
+
+void IngredientProxyModel::update()
+{
+    rows.clear();
+    for (const Ingredient &ingredient : session->ingredients()) {
+        const RowKey key(ingredient.valueIndex.parent().row(), ingredient.valueIndex.row());
+        rows.insert(key, rowOf(ingredient));
+    }
+    for (int groupRow = 0; groupRow < rowCount(); ++groupRow) {
+        const QModelIndex group = index(groupRow, 0);
+        const int last = rowCount(group) - 1;
+        if (last >= 0) {
+            emit dataChanged(index(0, 0, group), index(last, columnCount(group) - 1, group));
+        }
+    }
+}
+
+QModelIndex IngredientProxyModel::valueCell(const QString &name, const QString &key) const
+{
+    const Ingredient ingredient = findIngredient(session->ingredients(), name, key);
+    return ingredient.valueIndex.model() == sourceModel() ? mapFromSource(ingredient.valueIndex)
+                                                          : QModelIndex();
+}
+
+Ingredient IngredientProxyModel::ingredientAt(const QModelIndex &index) const
+{
+    return rows.value(rowKey(index)).ingredient;
+}

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/ingredients.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QIdentityProxyModel>
+#include <QPair>
+#include <QStringList>
+
+class ImageSession;
+
+/// How an ingredient stands, as its mark shows it; the later ones outweigh the earlier ones.
+enum class RowState {
+    Plain, ///< Nothing to say: no file, or an optional one that is not chosen.
+    Good,
+    Newer,   ///< The file has changed since the image was built.
+    Missing, ///< A required file has not been chosen yet.
+    Problem
+};
+
+/// Shows the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark for
+/// the state of each row, and two columns more, with the size and the date of the file. The edit
+/// role gives the values themselves; what is entered goes to the session.
+class IngredientProxyModel : public QIdentityProxyModel
+{
+    Q_OBJECT
+
+public:
+    enum Role {
+        StateRole = Qt::UserRole + 1, ///< The RowState, as a number.
+        CandidatesRole                ///< The paths to choose from; empty unless there are several.
+    };
+
+    explicit IngredientProxyModel(ImageSession *imageSession, QObject *parent = nullptr);
+
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    bool hasChildren(const QModelIndex &parent = {}) const override;
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
+    QModelIndex mapToSource(const QModelIndex &index) const override;
+    /// The value cell of the row, so that a row is edited wherever the user has pointed.
+    QModelIndex buddy(const QModelIndex &index) const override;
+
+    /// Shows what the session knows now of values, files and problems.
+    void update();
+    /// The value cell of an ingredient; invalid when there is none.
+    QModelIndex valueCell(const QString &name, const QString &key) const;
+    /// The ingredient of a row; one with an invalid index for a group.
+    Ingredient ingredientAt(const QModelIndex &index) const;
+
+private:
+    struct Row {
+        Ingredient ingredient;
+        RowState state = RowState::Plain;
+        QStringList remarks; ///< Of the tooltip: problems, and what else there is to say.
+        QStringList candidates;
+        qint64 size = -1;
+        QDateTime modified;
+    };
+    using RowKey = QPair<int, int>;
+
+    Row rowOf(const Ingredient &ingredient) const;
+    RowKey rowKey(const QModelIndex &index) const;
+    int sourceColumnCount() const;
+    bool isExtra(const QModelIndex &index) const;
+    QVariant extraData(const QModelIndex &index, const Row &row, int role) const;
+    QVariant nameData(const QModelIndex &index, const Row &row, int role) const;
+    QString toolTipOf(const Row &row) const;
+
+    ImageSession *session;
+    /// By the row of the group and the row in it.
+    QHash<RowKey, Row> rows;
+};

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/problempane.h"
+
+#include "host/window/problemmodel.h"
+
+#include <QHeaderView>
+
+ProblemPane::ProblemPane(QWidget *parent)
+    : QTreeView(parent)
+    , model(new ProblemModel(this))
+{
+    setObjectName(QStringLiteral("problemList"));
+    setAccessibleName(tr("Problems"));
+    setModel(model);
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setAlternatingRowColors(true);
+    setTextElideMode(Qt::ElideMiddle);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);
+    header()->setSectionResizeMode(ProblemModel::FileColumn, QHeaderView::Stretch);
+    // A click, or the key that stands for a double-click.
+    connect(this, &QTreeView::clicked, this, &ProblemPane::choose);
+    connect(this, &QTreeView::activated, this, &ProblemPane::choose);
+}
+
+void ProblemPane::choose(const QModelIndex &index)
+{
+    const Problem problem = model->problemAt(index);
+    emit ingredientChosen(problem.ingredient, problem.key);
+}
+
+void ProblemPane::showNext()
+{
+    const int count = model->rowCount();
+    if (count > 0) {
+        const int next = (currentIndex().row() + 1) % count;
+        setCurrentIndex(model->index(next, 0));
+        choose(currentIndex());
+    }
+}
+
+void ProblemPane::setProblems(QVector<Problem> problems)
+{
+    model->setProblems(std::move(problems));
+}
+
+/// A few lines; the tree above it is the main thing.
+QSize ProblemPane::sizeHint() const
+{
+    const int lineHeight = fontMetrics().height() * 3 / 2;
+    return {QTreeView::sizeHint().width(), lineHeight * 6};
+}

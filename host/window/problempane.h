@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/problem.h"
+
+#include <QTreeView>
+#include <QVector>
+
+class ProblemModel;
+
+/// The list of all that is wrong with the image.
+class ProblemPane : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit ProblemPane(QWidget *parent = nullptr);
+
+    void setProblems(QVector<Problem> problems);
+
+    /// Selects the next problem, after the last one the first, and asks for its ingredient.
+    void showNext();
+
+    QSize sizeHint() const override;
+
+signals:
+    /// The user wants to see this ingredient.
+    void ingredientChosen(const QString &name, const QString &key);
+
+private:
+    void choose(const QModelIndex &index);
+
+    ProblemModel *model;
+};

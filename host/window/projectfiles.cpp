@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/projectfiles.h"
+
+#include "host/core/imagesession.h"
+#include "host/core/inputkind.h"
+#include "host/window/recentfiles.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSettings>
+
+#include <algorithm>
+
+namespace {
+
+QString lastProjectKey()
+{
+    return QStringLiteral("lastProject");
+}
+
+QString projectFilter()
+{
+    return ProjectFiles::tr("Projects and manifests (*.loomwright *.json);;All files (*)");
+}
+
+QString configurationFilter()
+{
+    return ProjectFiles::tr("Configurations (*.txt);;All files (*)");
+}
+
+} // namespace
+
+ProjectFiles::ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *parent)
+    : QObject(parent)
+    , session(imageSession)
+    , recent(recentFiles)
+    , window(parent)
+    , lastProject(QSettings().value(lastProjectKey()).toString())
+{
+    connect(session, &ImageSession::projectChanged, this, [this] {
+        QSettings().setValue(lastProjectKey(), session->projectFile());
+        if (!session->projectFile().isEmpty()) {
+            recent->add(session->projectFile());
+        }
+    });
+}
+
+void ProjectFiles::open(const QStringList &paths)
+{
+    const bool hasProject = std::any_of(paths.begin(), paths.end(), [](const QString &path) {
+        return inputKindOf(path) == InputKind::Project;
+    });
+    if (!session->isLoaded() || session->isBuilding() || (hasProject && !mayLeave())) {
+        return;
+    }
+    for (const QString &path : paths) {
+        recent->add(QDir::current().absoluteFilePath(path));
+    }
+    session->open(paths);
+}
+
+QString ProjectFiles::startFolder() const
+{
+    return QFileInfo(session->projectFile()).absolutePath();
+}
+
+void ProjectFiles::chooseFolder()
+{
+    const QString folder
+        = QFileDialog::getExistingDirectory(window, tr("Open a folder of files"), startFolder());
+    if (!folder.isEmpty()) {
+        open({folder});
+    }
+}
+
+void ProjectFiles::chooseFiles()
+{
+    const QStringList files = QFileDialog::getOpenFileNames(window, tr("Add files"), startFolder());
+    if (!files.isEmpty()) {
+        open(files);
+    }
+}
+
+void ProjectFiles::chooseProject()
+{
+    const QString file = QFileDialog::getOpenFileName(window, tr("Open a project"), startFolder(),
+                                                      projectFilter());
+    if (!file.isEmpty() && mayLeave()) {
+        session->openProject(file);
+    }
+}
+
+void ProjectFiles::chooseConfiguration()
+{
+    const QString file = QFileDialog::getOpenFileName(window, tr("Open a configuration"),
+                                                      startFolder(), configurationFilter());
+    if (!file.isEmpty()) {
+        open({file});
+    }
+}
+
+bool ProjectFiles::save()
+{
+    return session->projectFile().isEmpty() ? saveAs()
+                                            : session->saveProject(session->projectFile());
+}
+
+bool ProjectFiles::saveAs()
+{
+    const QString proposed = session->projectFile().isEmpty()
+        ? QDir(startFolder()).filePath(QStringLiteral("image.loomwright"))
+        : session->projectFile();
+    const QString file
+        = QFileDialog::getSaveFileName(window, tr("Save the project"), proposed, projectFilter());
+    return !file.isEmpty() && session->saveProject(file);
+}
+
+void ProjectFiles::saveConfigurationAs()
+{
+    const QString file = QFileDialog::getSaveFileName(
+        window, tr("Save the configuration"),
+        QDir(startFolder()).filePath(QStringLiteral("config.txt")), configurationFilter());
+    if (!file.isEmpty() && session->saveConfiguration(file)) {
+        recent->add(file);
+    }
+}
+
+void ProjectFiles::restoreLast()
+{
+    if (QFileInfo(lastProject).isFile()) {
+        session->openProject(lastProject);
+    }
+}
+
+/// Values that no project file holds are not asked about: to drop a folder and build it takes none.
+bool ProjectFiles::mayLeave()
+{
+    if (session->projectFile().isEmpty() || !session->isModified()) {
+        return true;
+    }
+    QMessageBox question(
+        QMessageBox::Question, tr("Unsaved changes"),
+        tr("Save the changes to %1?").arg(QDir::toNativeSeparators(session->projectFile())),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::Save);
+    const int answer = question.exec();
+    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+}

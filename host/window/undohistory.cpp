@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/undohistory.h"
+
+#include "host/core/imagesession.h"
+
+#include <QUndoCommand>
+
+namespace {
+
+const int maxSteps = 200;
+
+/// One step; a copy of all values before and after it is small, and fits every kind of step.
+class ValuesCommand : public QUndoCommand
+{
+public:
+    ValuesCommand(ImageSession *imageSession, const QString &text, const Project &valuesBefore,
+                  const Project &valuesAfter)
+        : QUndoCommand(text)
+        , session(imageSession)
+        , before(valuesBefore)
+        , after(valuesAfter)
+    {
+    }
+
+    void undo() override
+    {
+        session->restore(before);
+    }
+
+    void redo() override
+    {
+        // The stack calls it for a new step, which has been done.
+        if (std::exchange(isNew, false)) {
+            return;
+        }
+        session->restore(after);
+    }
+
+private:
+    ImageSession *session;
+    Project before;
+    Project after;
+    bool isNew = true;
+};
+
+} // namespace
+
+UndoHistory::UndoHistory(ImageSession *imageSession, QObject *parent)
+    : QUndoStack(parent)
+{
+    setUndoLimit(maxSteps);
+    connect(imageSession, &ImageSession::valuesChanged, this,
+            [this, imageSession](const QString &text, const Project &before, const Project &after) {
+                push(new ValuesCommand(imageSession, text, before, after));
+            });
+    connect(imageSession, &ImageSession::projectOpened, this, &QUndoStack::clear);
+}

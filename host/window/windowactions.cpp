@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/windowactions.h"
+
+#include "host/core/imagesession.h"
+#include "host/window/icons.h"
+#include "host/window/recentfiles.h"
+#include "host/window/undohistory.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+
+WindowActions::WindowActions(QMainWindow *mainWindow, UndoHistory *undoHistory)
+    : QObject(mainWindow)
+    , window(mainWindow)
+    , history(undoHistory)
+{
+    createFileMenu();
+    createEditMenu();
+    viewMenu = window->menuBar()->addMenu(tr("&View"));
+    createImageMenu();
+    QMenu *helpMenu = window->menuBar()->addMenu(tr("&Help"));
+    about = add(helpMenu, tr("&About"), QString(), "help-about");
+    createToolBar();
+}
+
+/// The shortcuts are spelled out: some platform themes know none for Quit and the like.
+QAction *WindowActions::add(QMenu *menu, const QString &text, const QString &shortcut,
+                            const char *icon)
+{
+    QAction *action = menu->addAction(namedIcon(QLatin1String(icon)), text);
+    action->setShortcut(QKeySequence(shortcut));
+    return action;
+}
+
+void WindowActions::createFileMenu()
+{
+    QMenu *menu = window->menuBar()->addMenu(tr("&File"));
+    openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), "folder-open");
+    addFiles = add(menu, tr("&Add files…"), tr("Ctrl+I"), "list-add");
+    recentFiles = new RecentFiles(window);
+    menu->addMenu(recentFiles);
+    menu->addSeparator();
+    openProject = add(menu, tr("&Open project…"), tr("Ctrl+O"), "document-open");
+    saveProject = add(menu, tr("&Save project"), tr("Ctrl+S"), "document-save");
+    saveProjectAs = add(menu, tr("Save project &as…"), tr("Ctrl+Shift+S"), "document-save-as");
+    menu->addSeparator();
+    openConfiguration = add(menu, tr("Open &configuration…"), QString(), "");
+    saveConfiguration = add(menu, tr("Sa&ve configuration…"), QString(), "");
+    menu->addSeparator();
+    choosePlugin = add(menu, tr("Choose &plug-in…"), QString(), "");
+    settings = add(menu, tr("Se&ttings…"), QString(), "preferences-system");
+    settings->setMenuRole(QAction::PreferencesRole);
+    menu->addSeparator();
+    quit = add(menu, tr("&Quit"), tr("Ctrl+Q"), "application-exit");
+    quit->setMenuRole(QAction::QuitRole);
+}
+
+void WindowActions::createEditMenu()
+{
+    editMenu = window->menuBar()->addMenu(tr("&Edit"));
+    undo = history->createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence(tr("Ctrl+Z")));
+    undo->setIcon(namedIcon(QStringLiteral("edit-undo")));
+    redo = history->createRedoAction(this, tr("&Redo"));
+    redo->setShortcut(QKeySequence(tr("Ctrl+Shift+Z")));
+    redo->setIcon(namedIcon(QStringLiteral("edit-redo")));
+    editMenu->addActions({undo, redo});
+    editMenu->addSeparator();
+}
+
+void WindowActions::createImageMenu()
+{
+    QMenu *menu = window->menuBar()->addMenu(tr("I&mage"));
+    rescan = add(menu, tr("&Rescan folder"), tr("F5"), "view-refresh");
+    nextProblem = add(menu, tr("Next &problem"), tr("F8"), "go-jump");
+    menu->addSeparator();
+    build = add(menu, tr("&Build"), tr("Ctrl+B"), "system-run");
+    stop = add(menu, tr("&Stop"), tr("Ctrl+."), "process-stop");
+    menu->addSeparator();
+    writeManifest = add(menu, tr("&Write manifest"), QString(), "");
+    copyCommand = add(menu, tr("&Copy as terminal command"), QString(), "edit-copy");
+}
+
+void WindowActions::createToolBar()
+{
+    QToolBar *toolBar = window->addToolBar(tr("Toolbar"));
+    toolBar->setObjectName(QStringLiteral("steps"));
+    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    toolBar->setMovable(false);
+    toolBar->setIconSize(iconSizeFor(window));
+    toolBar->addActions({openFolder, rescan, build, stop});
+    addViews({toolBar->toggleViewAction()});
+}
+
+void WindowActions::addViews(const QList<QAction *> &actions)
+{
+    viewMenu->addActions(actions);
+}
+
+void WindowActions::addRowActions(const QList<QAction *> &actions)
+{
+    editMenu->addActions(actions);
+}
+
+void WindowActions::update(const ImageSession &session)
+{
+    const bool loaded = session.isLoaded();
+    const bool building = session.isBuilding();
+    for (QAction *action : {openFolder, addFiles, openProject, openConfiguration, rescan, build}) {
+        action->setEnabled(loaded && !building);
+    }
+    for (QAction *action : {saveProject, saveProjectAs, saveConfiguration, copyCommand}) {
+        action->setEnabled(loaded);
+    }
+    recentFiles->menuAction()->setVisible(loaded && !building);
+    choosePlugin->setEnabled(!building);
+    settings->setEnabled(!building);
+    stop->setEnabled(building);
+    undo->setEnabled(history->canUndo() && !building);
+    redo->setEnabled(history->canRedo() && !building);
+    nextProblem->setEnabled(!session.problems().isEmpty());
+    writeManifest->setEnabled(loaded && session.buildState() == BuildState::Current);
+}

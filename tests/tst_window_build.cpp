@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/logpane.h"
+#include "windowtest.h"
+
+/// Builds, and what the window shows of them.
+class TestWindowBuild : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void dropAndBuild()
+    {
+        QVERIFY(text("status").contains("Next: open or drop a folder"));
+        drop(window.data(), {sample()});
+        setImage();
+        QTRY_VERIFY(text("status").contains("9 of 9 files found, no problems, not built yet. "
+                                            "Next: build the image."));
+        QTest::keyClick(window.data(), Qt::Key_B, Qt::ControlModifier);
+        QVERIFY(window->findChild<QWidget *>("buildProgress")->isVisible());
+        for (const char *name :
+             {"Build", "Choose plug-in", "Open folder", "Undo", "Open project"}) {
+            QVERIFY2(!action(name)->isEnabled(), name);
+        }
+        QVERIFY(action("Stop")->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(action("Build")->isEnabled(), 20000);
+        QVERIFY2(text("buildState").contains("304,528 bytes"), qPrintable(text("buildState")));
+        QVERIFY(window->findChild<QWidget *>("openImageFolder")->isVisible());
+        QVERIFY(QFileInfo::exists(folder->filePath("image.bin")));
+        QTRY_VERIFY(text("status").contains("the image is up to date"));
+
+        // An input that changes on disk makes the image old.
+        QVERIFY(!window->findChild<QLabel *>("buildAge")->isVisible());
+        const QString copy = writeFile(folder->filePath("Signed_anchor_1.bin"), "anchor");
+        setValue("Presigned Secure Anchor", copy);
+        QTRY_VERIFY(window->findChild<QLabel *>("buildAge")->isVisible());
+        QVERIFY(text("status").contains("not built since the last change"));
+        QTest::keyClick(window.data(), Qt::Key_B, Qt::ControlModifier);
+        QTRY_VERIFY_WITH_TIMEOUT(text("status").contains("the image is up to date"), 20000);
+        writeFile(copy, "other");
+        QTRY_COMPARE(state("Presigned Secure Anchor"), RowState::Newer);
+        QVERIFY(text("status").contains("not built since the last change"));
+    }
+
+    void problemsAreAskedAbout()
+    {
+        const QString folderWithTag = folder->filePath("<h1>drop");
+        QVERIFY(makeSample(folderWithTag, true));
+        drop(window.data(), {folderWithTag});
+        setImage();
+        const QString *said = answerNextBox("Cancel");
+        action("Build")->trigger();
+        for (const char *problem :
+             {"Presigned Controller FW: File size is incorrect: 95,232 bytes required, found "
+              "95,000 bytes",
+              "Presigned Secure Annex: File path is empty", "Host FW: There is another candidate",
+              "Legacy XML Data File: ERROR: Offset mismatch!", "<h1>drop/presigned"}) {
+            QVERIFY2(said->contains(problem), qPrintable(*said));
+        }
+        QVERIFY(action("Build")->isEnabled());
+        QVERIFY(!QFileInfo::exists(folder->filePath("image.bin")));
+
+        answerNextBox("Build anyway");
+        action("Build")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(text("buildState").contains("The build failed."), 20000);
+        QVERIFY(text("status").contains("the last build failed"));
+
+        setValue("Output file name", value("Host FW"));
+        const QString *refused = answerNextBox("Build anyway");
+        action("Build")->trigger();
+        QVERIFY(refused->contains("cannot be built"));
+        QVERIFY(!action("Stop")->isEnabled());
+    }
+
+    void noStitcher()
+    {
+        drop(window.data(), {sample()});
+        setImage();
+        qputenv("PATH", "/nope");
+        action("Build")->trigger();
+        QVERIFY(text("buildState").contains("Nothing was built."));
+        QVERIFY(action("Build")->isEnabled());
+    }
+
+    void stop_data()
+    {
+        QTest::addColumn<QByteArray>("stitcher");
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<bool>("byButton");
+        const QByteArray write = "while read -r key equals value; do "
+                                 "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
+        row("the stitcher", QByteArray("exec sleep 1000"), QString("is running"), true);
+        row("the hashing", write + "truncate -s 64G \"$image\"", QString("Hashing the image"),
+            false);
+    }
+    void stop()
+    {
+        QFETCH(QByteArray, stitcher);
+        QFETCH(QString, state);
+        QFETCH(bool, byButton);
+        useStitcher(stitcher);
+        drop(window.data(), {sample()});
+        setImage();
+        action("Build")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(text("buildState").contains(state), 20000);
+        if (byButton) {
+            QTest::mouseClick(window->findChild<QPushButton *>("stopBuild"), Qt::LeftButton);
+        } else {
+            action("Stop")->trigger();
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(text("buildState").contains("stopped"), 20000);
+        QVERIFY2(!text("buildState").contains("failed"), qPrintable(text("buildState")));
+        QVERIFY(!window->findChild<LogPane *>()->text().contains("crashed"));
+        QTRY_VERIFY(action("Build")->isEnabled());
+        QFile::remove(folder->filePath("image.bin.partial"));
+    }
+
+    void closingDuringABuild()
+    {
+        useStitcher("exec sleep 1000");
+        drop(window.data(), {sample()});
+        setImage();
+        action("Build")->trigger();
+        const QString *said = answerNextBox("Cancel");
+        QVERIFY(!window->close());
+        QVERIFY(said->contains("still running"));
+        action("Stop")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(action("Build")->isEnabled(), 20000);
+        QVERIFY(window->close());
+    }
+
+    void manifestAndCommand()
+    {
+        drop(window.data(), {sample()});
+        setImage();
+        QTRY_VERIFY(action("Build")->isEnabled());
+        QVERIFY(!action("Write manifest")->isEnabled());
+        action("Build")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(action("Write manifest")->isEnabled(), 20000);
+        action("Write manifest")->trigger();
+        QTRY_VERIFY(text("notice").contains("image.bin.manifest.json"));
+        QVERIFY(readFile(folder->filePath("image.bin.manifest.json")).contains("sha256"));
+        action("Copy as terminal command")->trigger();
+        QVERIFY(QApplication::clipboard()->text().startsWith("loomwright --plugin "));
+    }
+
+    void takingInShowsThatItIsBusy()
+    {
+        QVector<bool> busy;
+        const QAbstractItemModel *source = model()->sourceModel();
+        connect(source, &QAbstractItemModel::dataChanged, this,
+                [&busy] { busy << (QApplication::overrideCursor() != nullptr); });
+        drop(window.data(), {sample()});
+        QVERIFY(!busy.isEmpty());
+        QVERIFY(!busy.contains(false));
+        QVERIFY(!QApplication::overrideCursor());
+    }
+};
+
+QTEST_MAIN(TestWindowBuild)
+#include "tst_window_build.moc"

@@ -1,0 +1,276 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/filepatheditor.h"
+#include "host/window/ingredientdelegate.h"
+#include "model/choice.h"
+#include "windowtest.h"
+
+#include <QAbstractItemModelTester>
+
+/// The ingredient tree and the list of problems below it.
+class TestWindowTree : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void showsWhatThePluginSays()
+    {
+        QAbstractItemModelTester tester(model());
+        QVERIFY(!tree->isColumnHidden(1));
+        QVERIFY(tree->isColumnHidden(2));
+        QVERIFY(tree->isExpanded(model()->index(2, 0)));
+        const QString toolTip = valueCell("Host FW").data(Qt::ToolTipRole).toString();
+        QVERIFY(toolTip.contains("input file, required, 102400 bytes, Binary File (*.bin)"));
+
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::German));
+        drop(window.data(), {sample()});
+        QTRY_COMPARE(state("Host FW"), RowState::Good);
+        const QModelIndex cell = valueCell("Host FW");
+        QCOMPARE(cell.siblingAtColumn(3).data().toString(), QString("102.400 bytes"));
+        const QDateTime modified = QFileInfo(value("Host FW")).lastModified();
+        QCOMPARE(cell.siblingAtColumn(4).data().toString(),
+                 QLocale().toString(modified, QLocale::ShortFormat));
+        QLocale::setDefault(before);
+        setValue("Host FW", "/a/<b>.bin");
+        QTRY_VERIFY(
+            valueCell("Host FW").data(Qt::ToolTipRole).toString().contains("/a/&lt;b&gt;.bin"));
+
+        QVERIFY(model()->sourceModel()->setData(model()->mapToSource(cell), false, Qt::UserRole));
+        QTRY_VERIFY(tree->isRowHidden(cell.row(), cell.parent()));
+    }
+
+    void edit_data()
+    {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<bool>("taken");
+        row("Enter", 1, QString("Enter"), true);
+        row("from the name", 0, QString("Enter"), true);
+        row("from the date", 4, QString("Enter"), true);
+        row("Escape", 1, QString("Escape"), false);
+        row("another cell", 1, QString("cell"), true);
+        row("Build", 0, QString("Ctrl+B"), true);
+        row("Save", 1, QString("Ctrl+S"), true);
+        row("Undo in the editor", 1, QString("Ctrl+Z"), false);
+    }
+    void edit()
+    {
+        QFETCH(int, column);
+        QFETCH(QString, end);
+        QFETCH(bool, taken);
+        QLineEdit *line = openEditor(valueCell("Host FW").siblingAtColumn(column));
+        QVERIFY(line);
+        QTest::keyClicks(line, "/a/%1.bin");
+        if (end == "cell") {
+            tree->setCurrentIndex(valueCell("Probe Set"));
+        } else if (end == "Enter" || end == "Escape") {
+            QTest::keyClick(line, end == "Enter" ? Qt::Key_Return : Qt::Key_Escape);
+        } else {
+            if (end != "Ctrl+Z") {
+                withNextDialog([](QDialog *dialog) { dialog->reject(); });
+            }
+            const int key = QKeySequence(end)[0] & ~int(Qt::KeyboardModifierMask);
+            QTest::keyClick(line, Qt::Key(key), Qt::ControlModifier);
+        }
+        if (end != "Ctrl+Z") {
+            QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+        }
+        QCOMPARE(value("Host FW"), QString(taken ? "/a/%1.bin" : ""));
+        const auto file = valueCell("Host FW").data(Qt::EditRole).value<FilePath>();
+        QCOMPARE(file.exactSize, 102400);
+    }
+
+    void anEditorKeepsWhatWasTyped()
+    {
+        drop(window.data(), {sample()});
+        const QString own = writeFile(folder->filePath("d.xml"), "<platform/>");
+        setValue("Legacy XML Data File", own);
+        QLineEdit *line = openEditor(valueCell("Host FW"));
+        QTest::keyClicks(line, "/typed");
+        // The row is shown again, and a data file that changes would replace the whole model.
+        writeFile(own, "<platform></platform>");
+        const QModelIndex cell = model()->mapToSource(valueCell("Host FW"));
+        QVERIFY(setIngredientValue(model()->sourceModel(), "Host FW", "/x").isEmpty());
+        QTest::qWait(400);
+        QCOMPARE(line->text(), QString("/typed"));
+        QVERIFY(cell.isValid());
+        QTest::keyClick(line, Qt::Key_Return);
+        QTRY_COMPARE(value("Host FW"), QString("/typed"));
+    }
+
+    void editChoice()
+    {
+        QStandardItemModel items;
+        items.setItem(0, new QStandardItem);
+        Choice choice;
+        choice.choices = QStringList{"A", "B", "C"};
+        items.setData(items.index(0, 0), QVariant::fromValue(choice), Qt::EditRole);
+        QTreeView view;
+        view.setModel(&items);
+        view.setItemDelegate(new IngredientDelegate(&view));
+        view.show();
+        view.edit(items.index(0, 0));
+        auto list = view.findChild<QComboBox *>();
+        QVERIFY(list);
+        QTest::keyClick(list, Qt::Key_Down);
+        QTest::keyClick(list, Qt::Key_Return);
+        QTRY_COMPARE(items.index(0, 0).data(Qt::EditRole).value<Choice>().selectedIndex, 1);
+        QCOMPARE(items.index(0, 0).data(Qt::EditRole).value<Choice>().choices.count(), 3);
+    }
+
+    void dropOnARow_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("value");
+        row("a file", QString("any name"), QString("any name"));
+        row("two files", QString("HostFW_a.bin|HostFWSupp_a.bin"), QString("HostFW_a.bin"));
+        row("a configuration", QString("c.txt"), QString("/from/config"));
+        row("a project", QString("p.loomwright"), QString("/from/project"));
+    }
+    void dropOnARow()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, value);
+        writeFile(folder->filePath("c.txt"), "Host FW Boot = /from/config\n");
+        setValue("Host FW", "/from/project");
+        chooseNextFile(folder->filePath("p.loomwright"));
+        action("Save project as")->trigger();
+        setValue("Host FW", QString());
+
+        QStringList files;
+        for (const QString &name : file.split('|')) {
+            files << folder->filePath(name);
+        }
+        withNextDialog([](QDialog *dialog) {
+            static_cast<QMessageBox *>(dialog)->button(QMessageBox::Discard)->click();
+        });
+        tree->scrollTo(nameCell("Host FW"));
+        const QPoint position = tree->visualRect(nameCell("Host FW")).center();
+        drop(tree->viewport(), files, position);
+        QCOMPARE(this->value("Host FW"), value.startsWith('/') ? value : folder->filePath(value));
+    }
+
+    void dropInTheEditor()
+    {
+        openEditor(valueCell("Host FW"));
+        drop(tree->findChild<FilePathEditor *>(), {"/dropped.bin"});
+        QTRY_COMPARE(value("Host FW"), QString("/dropped.bin"));
+    }
+
+    void candidates()
+    {
+        drop(window.data(), {broken()});
+        QTRY_COMPARE(state("Host FW"), RowState::Problem);
+        const QModelIndex cell = valueCell("Host FW");
+        const QStringList files = cell.data(IngredientProxyModel::CandidatesRole).toStringList();
+        QCOMPARE(files.count(), 2);
+        const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
+        QTimer::singleShot(50, this, [other] {
+            auto menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            for (QAction *each : menu->actions()) {
+                if (each->text() == other) {
+                    menu->setActiveAction(each);
+                }
+            }
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        tree->scrollTo(cell);
+        const QRect rect = tree->visualRect(cell);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                          {rect.right() - 10, rect.center().y()});
+        QTRY_COMPARE(value("Host FW"), other);
+        QTRY_COMPARE(state("Host FW"), RowState::Good);
+    }
+
+    void problemsLeadToTheirCells()
+    {
+        QCOMPARE(state("Host FW"), RowState::Missing);
+        drop(window.data(), {broken()});
+        QTRY_COMPARE(state("Presigned Controller FW"), RowState::Problem);
+        QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
+        QCOMPARE(state("Probe Set"), RowState::Good);
+        QVERIFY(nameCell("Presigned Controller FW")
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .contains("problems"));
+
+        QAbstractItemView *list = problemList();
+        const int problem = problemRow("Presigned Controller FW");
+        QVERIFY(problem >= 0);
+        const auto cell
+            = [&](int column) { return list->model()->index(problem, column).data().toString(); };
+        QCOMPARE(cell(1), QString("File size is incorrect"));
+        QCOMPARE(cell(2), QString("95,232 bytes"));
+        QCOMPARE(cell(3), QString("95,000 bytes"));
+        QCOMPARE(cell(4), value("Presigned Controller FW"));
+        list->scrollTo(list->model()->index(problem, 0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualRect(list->model()->index(problem, 0)).center());
+        QCOMPARE(tree->currentIndex(), valueCell("Presigned Controller FW"));
+        QVERIFY(tree->hasFocus());
+
+        // What is mended is gone from the list, without a command to check.
+        setValue("Presigned Controller FW", sample() + "/presigned/Controller_Signed.bin");
+        QTRY_COMPARE(problemRow("Presigned Controller FW"), -1);
+        QVERIFY(text("status").startsWith("8 of 9 files found, 5 problems, not built yet."));
+    }
+
+    void namesAreNotElided()
+    {
+        drop(window.data(), {broken()});
+        QTRY_COMPARE(state("Presigned Controller FW"), RowState::Problem);
+        for (int groupRow = 0; groupRow < model()->rowCount(); ++groupRow) {
+            const QModelIndex group = model()->index(groupRow, 0);
+            for (int row = 0; row < model()->rowCount(group); ++row) {
+                const QModelIndex name = model()->index(row, 0, group);
+                QVERIFY(tree->visualRect(name).width() >= tree->sizeHintForIndex(name).width());
+            }
+        }
+    }
+
+    void undoRedoClear()
+    {
+        drop(window.data(), {sample()});
+        const QString before = value("Host FW");
+        tree->setFocus();
+        tree->setCurrentIndex(valueCell("Host FW"));
+        QTest::keyClick(tree, Qt::Key_Delete);
+        QCOMPARE(value("Host FW"), QString());
+        QTest::keyClick(window.data(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(value("Host FW"), before);
+        QTest::keyClick(window.data(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(value("Probe Set"), QString());
+        QVERIFY(!action("Undo")->isEnabled());
+        QTest::keyClick(window.data(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(value("Host FW"), before);
+    }
+
+    void rescan()
+    {
+        const QString drop1 = folder->filePath("drop");
+        QVERIFY(makeSample(drop1, true));
+        drop(window.data(), {drop1});
+        QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Missing);
+        writeFile(drop1 + "/presigned/secure/Signed_annex_1.bin", "annex");
+        QTest::keyClick(window.data(), Qt::Key_F5);
+        QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
+    }
+
+    void aFileThatFitsNothingIsShownOnce()
+    {
+        const QString file = writeFile(folder->filePath("<h1>nothing.dat"), "x");
+        drop(window.data(), {file});
+        QVERIFY(text("notice").contains("<h1>nothing.dat"));
+        QVERIFY(window->findChild<QLabel *>("notice")->isVisible());
+        QCOMPARE(window->findChild<QLabel *>("notice")->textFormat(), Qt::PlainText);
+        for (int row = 0; row < problemList()->model()->rowCount(); ++row) {
+            QVERIFY(!problemList()->model()->index(row, 1).data().toString().contains("nothing"));
+        }
+    }
+};
+
+QTEST_MAIN(TestWindowTree)
+#include "tst_window_tree.moc"

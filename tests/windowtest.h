@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "files.h"
+#include "host/core/ingredients.h"
+#include "host/window/ingredientproxymodel.h"
+#include "host/window/mainwindow.h"
+#include "model/filepath.h"
+#include "row.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+/// Sends what a drag with @p files sends to @p target when they are dropped at @p position.
+inline void drop(QWidget *target, const QStringList &files, const QPoint &position = {5, 5})
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &file : files) {
+        urls << QUrl::fromLocalFile(file);
+    }
+    data.setUrls(urls);
+    QDragEnterEvent enter(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent event(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &event);
+}
+
+/// Runs @p action with the next modal dialog, as soon as there is one.
+inline void withNextDialog(const std::function<void(QDialog *)> &action)
+{
+    auto timer = new QTimer(qApp);
+    timer->setObjectName("dialogTimer");
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, action] {
+        if (auto dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+            // Stopped: the dialog's event loop does not delete it, and another dialog may follow.
+            timer->stop();
+            timer->deleteLater();
+            action(dialog);
+        }
+    });
+    timer->start(20);
+}
+
+/// Presses the button with @p text in the next message box, and tells what the box said.
+inline QString *answerNextBox(const QString &text)
+{
+    static QString said;
+    said.clear();
+    withNextDialog([text](QDialog *dialog) {
+        auto box = qobject_cast<QMessageBox *>(dialog);
+        if (!box || box->textFormat() != Qt::PlainText) {
+            dialog->reject();
+            QFAIL("no message box with plain text");
+        }
+        said = box->text() + '\n' + box->informativeText();
+        for (QAbstractButton *button : box->buttons()) {
+            if (button->text().remove('&') == text) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                return;
+            }
+        }
+        box->reject();
+    });
+    return &said;
+}
+
+/// Names @p file in the next file dialog.
+inline void chooseNextFile(const QString &file)
+{
+    withNextDialog([file](QDialog *dialog) {
+        auto line = dialog->findChild<QLineEdit *>("fileNameEdit");
+        if (!line) {
+            dialog->reject();
+            QFAIL("no file dialog");
+        }
+        line->setText(file);
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+}
+
+/// A window with the plug-in, and samples to work with.
+class WindowTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    QString sample() const
+    {
+        return samples.filePath("sample");
+    }
+    QString broken() const
+    {
+        return samples.filePath("broken");
+    }
+    IngredientProxyModel *model() const
+    {
+        return static_cast<IngredientProxyModel *>(tree->model());
+    }
+    /// The cell with the value of the ingredient of that display name.
+    QModelIndex valueCell(const QString &name) const
+    {
+        const QAbstractItemModel &source = *model()->sourceModel();
+        return model()->mapFromSource(findIngredient(source, name).valueIndex);
+    }
+    QModelIndex nameCell(const QString &name) const
+    {
+        return valueCell(name).siblingAtColumn(0);
+    }
+    QString value(const QString &name) const
+    {
+        return textOf(valueCell(name).data(Qt::EditRole));
+    }
+    RowState state(const QString &name) const
+    {
+        return RowState(valueCell(name).data(IngredientProxyModel::StateRole).toInt());
+    }
+    void setValue(const QString &name, const QString &text)
+    {
+        QVariant newValue;
+        QCOMPARE(valueFromText(text, valueCell(name).data(Qt::EditRole), &newValue), QString());
+        QVERIFY(model()->setData(valueCell(name), newValue, Qt::EditRole));
+    }
+    void setImage()
+    {
+        setValue("Output file name", folder->filePath("image.bin"));
+    }
+    /// Opens the editor of the current cell by the keyboard.
+    QLineEdit *openEditor(const QModelIndex &cell)
+    {
+        tree->setFocus();
+        tree->setCurrentIndex(cell);
+        QTest::keyClick(tree, Qt::Key_F2);
+        return tree->findChild<QLineEdit *>();
+    }
+    QString text(const QString &label) const
+    {
+        return window->findChild<QLabel *>(label)->text().remove(QChar(0x200b));
+    }
+    QAction *action(const QString &text) const
+    {
+        for (QAction *each : window->findChildren<QAction *>()) {
+            if (each->text().remove('&').startsWith(text)) {
+                return each;
+            }
+        }
+        qFatal("no action %s", qPrintable(text));
+    }
+    QAbstractItemView *problemList() const
+    {
+        return window->findChild<QAbstractItemView *>("problemList");
+    }
+    /// The row of the list of problems that is about @p ingredient; -1 without one.
+    int problemRow(const QString &ingredient) const
+    {
+        const QAbstractItemModel &problems = *problemList()->model();
+        for (int row = 0; row < problems.rowCount(); ++row) {
+            if (problems.index(row, 0).data().toString() == ingredient) {
+                return row;
+            }
+        }
+        return -1;
+    }
+    void useStitcher(const QByteArray &body)
+    {
+        writeStitcher(folder->path(), body);
+        qputenv("PATH", QFile::encodeName(folder->path()) + ":" + searchPath);
+    }
+
+    QTemporaryDir samples{"/tmp/loomwright-XXXXXX"};
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<MainWindow> window;
+    QTreeView *tree = nullptr;
+    QByteArray searchPath;
+
+protected slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        qputenv("TMPDIR", QFile::encodeName(samples.path()));
+        qputenv("HOME", QFile::encodeName(samples.path()));
+        QDir::setCurrent(samples.path());
+        QApplication::setApplicationDisplayName("Loomwright");
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, samples.path());
+        QVERIFY(makeSample(sample()));
+        QVERIFY(makeSample(broken(), true));
+        searchPath = EXAMPLES_FOLDER ":" + qgetenv("PATH");
+    }
+    void init()
+    {
+        qputenv("PATH", searchPath);
+        QSettings().clear();
+        folder.reset(new QTemporaryDir);
+        newWindow();
+    }
+    void cleanup()
+    {
+        // A dialog that has not come must not be answered in the next test.
+        qDeleteAll(qApp->findChildren<QTimer *>("dialogTimer", Qt::FindDirectChildrenOnly));
+        window.reset();
+    }
+
+public:
+    void newWindow()
+    {
+        window.reset(new MainWindow);
+        QVERIFY(window->loadPlugin({PLUGIN_LIBRARY}));
+        window->show();
+        QApplication::setActiveWindow(window.data());
+        QVERIFY(QTest::qWaitForWindowExposed(window.data()));
+        tree = window->findChild<QTreeView *>("ingredientTree");
+    }
+};
