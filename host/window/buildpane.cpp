@@ -4,13 +4,14 @@
 #include "host/window/buildpane.h"
 
 #include "host/core/imagesession.h"
+#include "host/window/elidedlabel.h"
 #include "host/window/openfolder.h"
 #include "host/window/problemmodel.h"
+#include "host/window/wrappinglabel.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
@@ -26,27 +27,13 @@ QString seconds(qint64 milliseconds)
     return QLocale().toString(double(milliseconds) / 1000, 'f', 1);
 }
 
-/// A text that breaks anywhere: a path or a hash without a space must not widen the window.
-QString breakable(const QString &text)
-{
-    const QChar zeroWidthSpace(0x200b);
-    QString result;
-    for (const QChar character : text) {
-        result += character;
-        if (!character.isLetterOrNumber()) {
-            result += zeroWidthSpace;
-        }
-    }
-    return result;
-}
-
 } // namespace
 
 BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
-    , text(new QLabel(this))
-    , age(new QLabel(tr("The values or files have changed since."), this))
+    , text(new WrappingLabel(this))
+    , age(new ElidedLabel(this))
     , progress(new QProgressBar(this))
     , stopButton(new QPushButton(tr("S&top"), this))
     , folderButton(new QPushButton(tr("Open fol&der"), this))
@@ -61,10 +48,8 @@ BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     layout->addWidget(folderButton);
 
     text->setObjectName(QStringLiteral("buildState"));
-    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    text->setTextFormat(Qt::PlainText);
-    text->setWordWrap(true);
     age->setObjectName(QStringLiteral("buildAge"));
+    age->setText(tr("The values or files have changed since."));
     progress->setObjectName(QStringLiteral("buildProgress"));
     progress->setAccessibleName(tr("Progress of the build"));
     progress->setTextVisible(false);
@@ -129,13 +114,12 @@ void BuildPane::showResult(const BuildResult &result)
     folderButton->setVisible(result.isSuccess);
     if (result.isSuccess) {
         setText(tr("✔ %1\n%2 in %3 s, SHA-256 %4")
-                    .arg(breakable(QDir::toNativeSeparators(result.imageFile)),
-                         bytesText(result.imageSize), seconds(result.elapsedMs),
-                         QString::fromLatin1(result.sha256)));
+                    .arg(QDir::toNativeSeparators(result.imageFile), bytesText(result.imageSize),
+                         seconds(result.elapsedMs), QString::fromLatin1(result.sha256)));
     } else if (session->isStopped()) {
-        setText(breakable(result.reason));
+        setText(result.reason);
     } else {
-        setText(tr("✖ The build failed. %1").arg(breakable(result.reason)));
+        setText(tr("✖ The build failed. %1").arg(result.reason));
     }
 }
 
@@ -145,7 +129,7 @@ void BuildPane::showProblem(const QString &problem)
     stopButton->hide();
     age->hide();
     folderButton->hide();
-    setText(tr("✖ Nothing was built. %1").arg(breakable(problem)));
+    setText(tr("✖ Nothing was built. %1").arg(problem));
 }
 
 void BuildPane::showAge()

@@ -181,7 +181,7 @@ void IngredientDelegate::paintPath(QPainter *painter, const QStyleOptionViewItem
     const int gap = metrics.averageCharWidth() * 2;
     QRect rest = cell.rect.adjusted(gap / 2, 0, -gap / 2, 0);
     const QString candidates = candidatesText(index);
-    if (!candidates.isEmpty()) {
+    if (!candidates.isEmpty() && candidatesRect(cell, candidates).left() > cell.rect.left()) {
         const QRect place = candidatesRect(cell, candidates);
         painter->setPen(textColor(cell, QPalette::Link));
         painter->drawText(place, Qt::AlignCenter, candidates);

@@ -19,6 +19,14 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
+namespace {
+
+/// The widths of the pane from which the columns of size and date have room.
+const int minCharactersForSize = 70;
+const int minCharactersForDate = 100;
+
+} // namespace
+
 IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
@@ -85,17 +93,41 @@ void IngredientPane::attach()
     IIngredientManager *manager = session->plugin()->getIngredientManager();
     model->setSourceModel(manager->getIngredients());
     model->update();
-    const int sourceColumns = manager->getIngredients()->columnCount();
     for (int column = 0; column < model->columnCount(); ++column) {
-        const bool isValue = column == IngredientColumn::Value;
-        tree->setColumnHidden(
-            column, column < sourceColumns && !manager->ingredientColumnIsVisible(column));
-        tree->header()->setSectionResizeMode(
-            column, isValue ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
+        tree->header()->setSectionResizeMode(column,
+                                             column == IngredientColumn::Value
+                                                 ? QHeaderView::Stretch
+                                                 : QHeaderView::ResizeToContents);
     }
+    hideColumns();
     tree->expandAll();
     hideRows();
     tree->setCurrentIndex(model->valueCell(currentName, currentKey));
+}
+
+/// Hides what the plug-in does not want to be seen, and in a narrow window the date and the size,
+/// which the tooltip has as well: the value is the main thing.
+void IngredientPane::hideColumns()
+{
+    if (!session->isLoaded() || !model->sourceModel()) {
+        return;
+    }
+    const int sourceColumns = model->sourceModel()->columnCount();
+    for (int column = 0; column < sourceColumns; ++column) {
+        tree->setColumnHidden(
+            column, !session->plugin()->getIngredientManager()->ingredientColumnIsVisible(column));
+    }
+    const int characters = width() / fontMetrics().averageCharWidth();
+    tree->setColumnHidden(sourceColumns + IngredientProxyModel::SizeColumn,
+                          characters < minCharactersForSize);
+    tree->setColumnHidden(sourceColumns + IngredientProxyModel::ModifiedColumn,
+                          characters < minCharactersForDate);
+}
+
+void IngredientPane::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    hideColumns();
 }
 
 void IngredientPane::update()

@@ -36,7 +36,11 @@ signals:
     /// Files and folders that were dropped on no row.
     void filesDropped(const QStringList &files);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    void hideColumns();
     void attach();
     void detach();
     void update();

@@ -15,8 +15,6 @@
 
 namespace {
 
-enum ExtraColumn { SizeColumn, ModifiedColumn, ExtraColumnCount };
-
 bool isMissing(const Ingredient &ingredient)
 {
     return kindOf(ingredient.value) == ValueKind::File
@@ -206,6 +204,11 @@ QString IngredientProxyModel::toolTipOf(const Row &row) const
 {
     QStringList lines{QDir::toNativeSeparators(textOf(row.ingredient.value)),
                       demandOf(row.ingredient.value)};
+    if (row.size >= 0) {
+        lines << tr("%1, modified %2")
+                     .arg(bytesText(row.size),
+                          QLocale().toString(row.modified, QLocale::ShortFormat));
+    }
     lines += row.remarks;
     lines.removeAll(QString());
     // A tooltip would take a tag in a file name for a mark-up.

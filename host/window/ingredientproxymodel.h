@@ -35,6 +35,9 @@ public:
         CandidatesRole                ///< The paths to choose from; empty unless there are several.
     };
 
+    /// The columns behind those of the source.
+    enum ExtraColumn { SizeColumn, ModifiedColumn, ExtraColumnCount };
+
     explicit IngredientProxyModel(ImageSession *imageSession, QObject *parent = nullptr);
 
     QVariant data(const QModelIndex &index, int role) const override;

@@ -230,7 +230,7 @@ void MainWindow::fitScreen()
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    const int maxDockHeight = height() / 3;
+    const int maxDockHeight = height() / 4;
     if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
         for (QDockWidget *dock : {problemDock, logDock, dataViewDock, targetDetailsDock}) {
             if (dock->isVisible() && !dock->isFloating() && dock->height() > maxDockHeight) {

@@ -3,8 +3,9 @@
 
 #include "host/window/noticebar.h"
 
+#include "host/window/wrappinglabel.h"
+
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QStyle>
 #include <QToolButton>
 
@@ -16,7 +17,7 @@ const int maxLines = 4;
 
 NoticeBar::NoticeBar(QWidget *parent)
     : QFrame(parent)
-    , label(new QLabel(this))
+    , label(new WrappingLabel(this))
 {
     auto closeButton = new QToolButton(this);
     closeButton->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
@@ -34,9 +35,6 @@ NoticeBar::NoticeBar(QWidget *parent)
     setAutoFillBackground(true);
     label->setObjectName(QStringLiteral("notice"));
     label->setForegroundRole(QPalette::ToolTipText);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     connect(closeButton, &QToolButton::clicked, this, &QWidget::hide);
     hide();
 }

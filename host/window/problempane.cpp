@@ -7,6 +7,13 @@
 
 #include <QHeaderView>
 
+namespace {
+
+/// The width from which the column with the file has room.
+const int minCharactersForFile = 120;
+
+} // namespace
+
 ProblemPane::ProblemPane(QWidget *parent)
     : QTreeView(parent)
     , model(new ProblemModel(this))
@@ -18,13 +25,21 @@ ProblemPane::ProblemPane(QWidget *parent)
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
-    setTextElideMode(Qt::ElideMiddle);
+    setTextElideMode(Qt::ElideRight);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);
     header()->setSectionResizeMode(ProblemModel::FileColumn, QHeaderView::Stretch);
     // A click, or the key that stands for a double-click.
     connect(this, &QTreeView::clicked, this, &ProblemPane::choose);
     connect(this, &QTreeView::activated, this, &ProblemPane::choose);
+}
+
+void ProblemPane::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    // The tree shows the file of the row to which a click leads.
+    const int characters = width() / fontMetrics().averageCharWidth();
+    setColumnHidden(ProblemModel::FileColumn, characters < minCharactersForFile);
 }
 
 void ProblemPane::choose(const QModelIndex &index)

@@ -29,6 +29,9 @@ signals:
     /// The user wants to see this ingredient.
     void ingredientChosen(const QString &name, const QString &key);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     void choose(const QModelIndex &index);
 

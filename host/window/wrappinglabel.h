@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QLabel>
+
+/// A label for plain text of several lines that breaks anywhere where it must: a path or a hash
+/// without a space does not widen the window. A menu offers to copy the text.
+class WrappingLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit WrappingLabel(QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int layOut(int width, QPainter *painter) const;
+};
