@@ -157,22 +157,30 @@ private slots:
     void logStaysAtTheEnd()
     {
         for (int i = 0; i < 200; ++i) {
-            log->addStatus(QString::number(i));
+            log->addStatus(QString::number(i) + ' ' + QString("word ").repeated(i % 50));
         }
         showLog(200);
         QScrollBar *bar = view->verticalScrollBar();
-        QTRY_COMPARE(bar->value(), bar->maximum());
         for (const int height : {120, 400, 150}) {
-            log->resize(600, height);
+            log->resize(600 - height, height);
             QCoreApplication::processEvents();
             QVERIFY(bar->maximum() > 0);
             QCOMPARE(bar->value(), bar->maximum());
         }
+        bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+        QCoreApplication::processEvents();
+        QVERIFY(bar->value() < bar->maximum());
         bar->setValue(3);
         log->resize(600, 120);
         log->addStatus("more");
         QTRY_COMPARE(view->document()->blockCount(), 201);
         QCOMPARE(bar->value(), 3);
+
+        bar->setValue(bar->maximum());
+        log->findChild<QLineEdit *>("logSearch")->setText("word");
+        QCoreApplication::processEvents();
+        QVERIFY(view->viewport()->rect().contains(view->cursorRect().center()));
+        QVERIFY(QFontInfo(view->font()).fixedPitch());
     }
 
     void logIsBounded_data()

@@ -52,6 +52,11 @@ bool endsLine(QChar character)
     }
 }
 
+bool isAtEnd(const QTextCursor &cursor)
+{
+    return cursor.block() == cursor.document()->lastBlock();
+}
+
 } // namespace
 
 LogPane::LogPane(QWidget *parent)
@@ -61,7 +66,7 @@ LogPane::LogPane(QWidget *parent)
 {
     createView();
     droppedNotice->setObjectName(QStringLiteral("logDropped"));
-    droppedNotice->setText(tr("Older lines were dropped: the log keeps the newest %1 characters.")
+    droppedNotice->setText(tr("Older lines were dropped: %1 characters are kept.")
                                .arg(QLocale().toString(charactersKept)));
     droppedNotice->setWordWrap(true);
     droppedNotice->hide();
@@ -85,16 +90,24 @@ void LogPane::createView()
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setUndoRedoEnabled(false);
     view->setTabChangesFocus(true);
-    // The range changes before the value does, so a view that was at the end stays there whether
-    // text is added or the window shrinks.
+    // The view follows its end until the user goes elsewhere, by scrolling or with the cursor. The
+    // bar's value does not tell: the view also changes it by itself, as it lays out lines.
     const QScrollBar *bar = view->verticalScrollBar();
-    connect(bar, &QScrollBar::rangeChanged, this, [this](int, int maximum) {
-        if (followsEnd) {
-            view->verticalScrollBar()->setValue(maximum);
-        }
+    connect(bar, &QScrollBar::actionTriggered, this,
+            [this, bar] { followsEnd = bar->sliderPosition() >= bar->maximum(); });
+    connect(view, &QPlainTextEdit::cursorPositionChanged, this, [this] {
+        followsEnd = isAtEnd(view->textCursor());
+        view->ensureCursorVisible();
     });
-    connect(bar, &QScrollBar::valueChanged, this,
-            [this, bar](int value) { followsEnd = value >= bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, &LogPane::followEnd);
+}
+
+void LogPane::followEnd()
+{
+    if (followsEnd) {
+        QScrollBar *bar = view->verticalScrollBar();
+        bar->setValue(bar->maximum());
+    }
 }
 
 QWidget *LogPane::createBar()
@@ -247,6 +260,7 @@ void LogPane::showSome()
 {
     QElapsedTimer elapsed;
     elapsed.start();
+    const QSignalBlocker blocker(view);
     trim();
     const QTextCursor current = view->textCursor();
     const int anchor = current.anchor();
@@ -287,7 +301,7 @@ void LogPane::moveBack(int anchor, int position)
     cursor.setPosition(anchor);
     cursor.setPosition(position, QTextCursor::KeepAnchor);
     QScrollBar *bar = view->verticalScrollBar();
-    const int value = followsEnd ? bar->maximum() : bar->value();
+    const int value = bar->value();
     view->setTextCursor(cursor);
     bar->setValue(value);
 }
@@ -329,7 +343,6 @@ void LogPane::forgetLines()
     lineCharacters = 0;
     linesProcessed = 0;
     clearView();
-    followsEnd = true;
 }
 
 void LogPane::clearView()
@@ -406,6 +419,8 @@ void LogPane::showNextError()
 
 void LogPane::select(const QTextCursor &cursor)
 {
+    // Before the view scrolls there, or it would be taken back to the end.
+    followsEnd = isAtEnd(cursor);
     view->setTextCursor(cursor);
     view->ensureCursorVisible();
 }
@@ -467,10 +482,22 @@ void LogPane::changeEvent(QEvent *event)
     }
 }
 
+void LogPane::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // Once the layout has resized the view as well.
+    QTimer::singleShot(0, this, &LogPane::followEnd);
+}
+
 void LogPane::updateFont()
 {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPointSizeF(font().pointSizeF());
+    if (!QFontInfo(fixed).fixedPitch()) {
+        // Not every platform names one.
+        fixed.setFamily(QStringLiteral("monospace"));
+        fixed.setStyleHint(QFont::Monospace);
+    }
+    fixed.setPointSizeF(QFontInfo(font()).pointSizeF());
     view->setFont(fixed);
     const QList<QToolButton *> buttons = findChildren<QToolButton *>();
     for (QToolButton *button : buttons) {

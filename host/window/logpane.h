@@ -53,6 +53,7 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     struct Message {
@@ -66,6 +67,7 @@ private:
     };
 
     void createView();
+    void followEnd();
     QWidget *createBar();
     QToolButton *addButton(QWidget *bar, const QString &iconName, const QString &name);
     void add(const QString &message, bool isError);

@@ -80,6 +80,7 @@ SettingsDialog::FileField SettingsDialog::addFileField(QFormLayout *form, const 
     field.problem->setObjectName(name + QLatin1String("Problem"));
     field.problem->setTextFormat(Qt::PlainText);
     field.problem->setWordWrap(true);
+    field.problem->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
 
     auto browse = new QPushButton(tr("Browse…"), this);
     browse->setAutoDefault(false);
