@@ -7,8 +7,10 @@
 #include "host/core/filestate.h"
 #include "host/core/imagejob.h"
 #include "host/core/manifest.h"
+#include "host/core/manifestwriter.h"
 #include "host/core/pluginsession.h"
 #include "host/core/stitcherlocator.h"
+#include "host/core/terminalcommand.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/exitstatus.h"
@@ -16,11 +18,9 @@
 #include "host/terminal/report.h"
 #include "plugin/iloomwrightplugin.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <csignal>
 
@@ -69,17 +69,6 @@ QString manifestProblem(const CommandContext &context)
     return context.job->overwriteProblem(file);
 }
 
-/// A word as a shell takes it.
-QString quoted(const QString &word)
-{
-    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:=@%+,-]+$"));
-    if (plain.match(word).hasMatch()) {
-        return word;
-    }
-    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''"))
-        + QLatin1Char('\'');
-}
-
 int showPreview(CommandContext &context, const QString &stitcher)
 {
     const CommandPreview preview = previewCommand(context.session, stitcher);
@@ -88,7 +77,7 @@ int showPreview(CommandContext &context, const QString &stitcher)
     }
     QStringList words;
     for (const QString &word : preview.commandLine) {
-        words.append(quoted(word));
+        words.append(shellQuoted(word));
     }
     Report &report = context.report;
     report.printRaw(preview.configuration);
@@ -183,24 +172,6 @@ bool hashInputs(CommandContext &context, LockedInputs *inputs)
     return hashFiles(context, paths, &inputs->hashes);
 }
 
-BuildRecord recordOf(const CommandContext &context, const BuildResult &result,
-                     const QByteArray &stitcherSha256)
-{
-    BuildRecord record;
-    record.imageFile = result.imageFile;
-    record.imageSize = result.imageSize;
-    record.imageSha256 = result.sha256;
-    record.configuration = QString::fromLocal8Bit(result.configuration);
-    record.stitcherFile = result.stitcher;
-    record.stitcherSha256 = stitcherSha256;
-    record.stitcherExitStatus = result.exitStatus;
-    record.hostVersion = QStringLiteral(LOOMWRIGHT_VERSION);
-    record.pluginVersion = context.session->plugin()->getPluginVersion();
-    record.qtVersion = QLatin1String(qVersion());
-    record.time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
-    return record;
-}
-
 int writeManifest(CommandContext &context, const BuildResult &result, LockedInputs inputs)
 {
     for (int i = 0; i < inputs.states.count(); ++i) {
@@ -216,7 +187,8 @@ int writeManifest(CommandContext &context, const BuildResult &result, LockedInpu
                     QStringLiteral("No manifest is written: the stitcher cannot be read."));
     }
     setInputHashes(&inputs.project, inputs.hashes);
-    inputs.project.build = recordOf(context, result, stitcher.first().sha256);
+    inputs.project.build = buildRecordOf(result, context.session->plugin()->getPluginVersion());
+    inputs.project.build->stitcherSha256 = stitcher.first().sha256;
     const QString file = QDir::current().absoluteFilePath(context.commandLine.manifestFile);
     const QString problem = writeProject(file, inputs.project);
     if (!problem.isEmpty()) {

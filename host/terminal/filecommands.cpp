@@ -47,23 +47,11 @@ bool mayWrite(CommandContext &context)
     return problem.isEmpty();
 }
 
-/// Warns about values that loading @p config would not bring back.
-void warnAboutConfig(CommandContext &context, const QByteArray &config)
+/// Warns about values that loading the configuration in @p file would not bring back.
+void warnAboutConfig(CommandContext &context, const QString &file)
 {
-    const QString text = QLatin1Char('\n') + QString::fromLocal8Bit(config);
-    for (const Ingredient &ingredient : context.job->ingredients()) {
-        const QString value = textOf(ingredient.value);
-        if (value.isEmpty()) {
-            continue;
-        }
-        if (!text.contains(QLatin1Char('\n') + ingredient.key + QLatin1String(" = "))) {
-            context.report.addWarning(
-                QStringLiteral("\"%1\" is not part of a configuration.").arg(ingredient.name));
-        } else if (isChangedByConfiguration(value)) {
-            context.report.addWarning(
-                QStringLiteral("\"%1\" cannot be read back from a configuration: %2")
-                    .arg(ingredient.name, value));
-        }
+    for (const QString &remark : configurationRemarks(context.job->ingredients(), file)) {
+        context.report.addWarning(remark);
     }
 }
 
@@ -105,12 +93,12 @@ int writeConfig(CommandContext &context)
     }
     if (chosen.isEmpty()) {
         const QByteArray config = contentOf(copy);
-        warnAboutConfig(context, config);
+        warnAboutConfig(context, copy);
         report.printRaw(config);
         report.set("config", QString::fromLocal8Bit(config));
         return inputStatus(context);
     }
-    warnAboutConfig(context, contentOf(target));
+    warnAboutConfig(context, target);
     report.printUnlessQuiet(QStringLiteral("Configuration written to %1").arg(target));
     report.set("configFile", target);
     return inputStatus(context);
