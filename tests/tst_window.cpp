@@ -18,7 +18,10 @@ private slots:
         for (int round = 0; round < 2; ++round) {
             window->open({sample() + "/platform/veldmark-d1.xml"});
             QCOMPARE(tabs->count(), 1);
-            QVERIFY(tabs->isVisible());
+            auto dock = window->findChild<QDockWidget *>("dataViewDock");
+            QTRY_VERIFY(!dock->isHidden());
+            dock->raise();
+            QTRY_VERIFY(tabs->isVisible());
             auto view = window->findChild<QAbstractItemView *>("dataView");
             const QModelIndex bit = view->model()->index(0, 2);
             QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));

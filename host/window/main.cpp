@@ -140,7 +140,11 @@ int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *
         QCoreApplication::quit();
     });
     window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));
-    window.open(commandLine.files);
+    if (commandLine.files.isEmpty()) {
+        window.restoreLastProject();
+    } else {
+        window.open(commandLine.files);
+    }
     window.show();
     return QApplication::exec();
 }

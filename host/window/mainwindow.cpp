@@ -51,6 +51,8 @@ const char stateKey[] = "layout/state";
 /// Of the docks and toolbars; a state of another version is not restored.
 const int layoutVersion = 2;
 
+const int minDockLines = 3;
+
 const int problemPageIndex = 0;
 const int workPageIndex = 1;
 
@@ -79,6 +81,8 @@ MainWindow::~MainWindow()
     dataViewPane->setPlugin(nullptr);
     targetDetailsPane->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
+    // It announces that it is emptied when it is destroyed.
+    disconnect(history, nullptr, this, nullptr);
     delete centralWidget();
 }
 
@@ -116,6 +120,8 @@ QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWid
     auto dock = new QDockWidget(title, this);
     dock->setObjectName(name);
     dock->setWidget(pane);
+    // Less than a pane asks for: in a low window the tree needs the height.
+    pane->setMinimumHeight(fontMetrics().height() * minDockLines);
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     if (problemDock) {
         // One on the other: the tree keeps the height.
@@ -160,11 +166,10 @@ void MainWindow::connectSession()
     });
     connect(&session, &ImageSession::noticed, noticeBar, &NoticeBar::showText);
     connect(&session, &ImageSession::changed, this, &MainWindow::showState);
+    connect(&session, &ImageSession::changed, this, &MainWindow::showDataViews);
     connect(&session, &ImageSession::projectChanged, this, &MainWindow::showTitle);
     connect(&session, &ImageSession::valuesChanged, this, &MainWindow::showTitle);
 
-    connect(dataViewPane, &DataViewPane::viewsChanged, dataViewDock,
-            [this](int count) { dataViewDock->setVisible(count > 0); });
     connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
     connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
@@ -288,6 +293,17 @@ void MainWindow::showState()
     ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
     actions->update(session);
     showTitle();
+}
+
+/// Shows the data views when there are some for the first time; whoever closes them then does not
+/// want to see them with every data file.
+void MainWindow::showDataViews()
+{
+    const bool found = dataViewPane->count() > 0;
+    if (found != hasDataViews) {
+        hasDataViews = found;
+        dataViewDock->setVisible(hasDataViews);
+    }
 }
 
 void MainWindow::showTitle()

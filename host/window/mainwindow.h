@@ -60,6 +60,7 @@ private:
     void showPlugin();
     void showState();
     void showTitle();
+    void showDataViews();
     void showNextProblem();
     void choosePlugin();
     void changeSettings();
@@ -88,4 +89,5 @@ private:
     QDockWidget *dataViewDock = nullptr;
     QDockWidget *targetDetailsDock = nullptr;
     QRubberBand *dropFrame;
+    bool hasDataViews = false;
 };
