@@ -152,7 +152,7 @@ QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
     if (index.column() == 0 && row.ingredient.valueIndex.isValid()) {
         return nameData(index, row, role);
     }
-    const QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
     switch (role) {
     case Qt::DisplayRole:
         return kindOf(value) == ValueKind::File ? QDir::toNativeSeparators(textOf(value))

@@ -23,35 +23,25 @@
 #include "host/window/recentfiles.h"
 #include "host/window/settings.h"
 #include "host/window/settingsdialog.h"
-#include "host/window/targetdetailspane.h"
 #include "host/window/undohistory.h"
 #include "host/window/windowactions.h"
+#include "host/window/windowdocks.h"
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QDockWidget>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QRubberBand>
-#include <QScreen>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace {
-
-const char geometryKey[] = "layout/geometry";
-const char stateKey[] = "layout/state";
-/// Of the docks and toolbars; a state of another version is not restored.
-const int layoutVersion = 2;
-
-const int minDockLines = 3;
 
 const int problemPageIndex = 0;
 const int workPageIndex = 1;
@@ -62,15 +52,15 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , history(new UndoHistory(&session, this))
     , actions(new WindowActions(this, history))
+    , docks(new WindowDocks(this))
     , projectFiles(new ProjectFiles(&session, actions->recentFiles, this))
     , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
     setAcceptDrops(true);
     createPanes();
-    createDocks();
     connectSession();
     connectActions();
-    restoreLayout();
+    docks->restoreLayout();
     showPlugin();
     showState();
 }
@@ -78,8 +68,7 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     // The plug-in goes with the session, before the widgets that show it.
-    dataViewPane->setPlugin(nullptr);
-    targetDetailsPane->setPlugin(nullptr);
+    docks->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
     // It announces that it is emptied when it is destroyed.
     disconnect(history, nullptr, this, nullptr);
@@ -115,47 +104,14 @@ void MainWindow::createPanes()
     statusBar()->addWidget(statusLabel, 1);
 }
 
-QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWidget *pane)
-{
-    auto dock = new QDockWidget(title, this);
-    dock->setObjectName(name);
-    dock->setWidget(pane);
-    // Less than a pane asks for: in a low window the tree needs the height.
-    pane->setMinimumHeight(fontMetrics().height() * minDockLines);
-    addDockWidget(Qt::BottomDockWidgetArea, dock);
-    if (problemDock) {
-        // One on the other: the tree keeps the height.
-        tabifyDockWidget(problemDock, dock);
-    }
-    actions->addViews({dock->toggleViewAction()});
-    return dock;
-}
-
-void MainWindow::createDocks()
-{
-    problemPane = new ProblemPane(this);
-    logPane = new LogPane(this);
-    dataViewPane = new DataViewPane(this);
-    targetDetailsPane = new TargetDetailsPane(this);
-    problemDock = addDock(tr("Problems"), QStringLiteral("problems"), problemPane);
-    logDock = addDock(tr("Log"), QStringLiteral("logDock"), logPane);
-    dataViewDock = addDock(tr("Data views"), QStringLiteral("dataViewDock"), dataViewPane);
-    targetDetailsDock
-        = addDock(tr("Target details"), QStringLiteral("targetDetailsDock"), targetDetailsPane);
-    problemDock->raise();
-    dataViewDock->hide();
-    targetDetailsDock->hide();
-}
-
 void MainWindow::connectSession()
 {
-    connect(&session, &ImageSession::statusMessage, logPane, &LogPane::addStatus);
-    connect(&session, &ImageSession::errorMessage, logPane, &LogPane::addError);
-    connect(&session, &ImageSession::dataFileChanged, dataViewPane, &DataViewPane::refreshViews);
-    connect(&session, &ImageSession::pluginAboutToChange, this, [this] {
-        dataViewPane->setPlugin(nullptr);
-        targetDetailsPane->setPlugin(nullptr);
-    });
+    connect(&session, &ImageSession::statusMessage, docks->logPane, &LogPane::addStatus);
+    connect(&session, &ImageSession::errorMessage, docks->logPane, &LogPane::addError);
+    connect(&session, &ImageSession::dataFileChanged, docks->dataViewPane,
+            &DataViewPane::refreshViews);
+    connect(&session, &ImageSession::pluginAboutToChange, docks,
+            [this] { docks->setPlugin(nullptr); });
     connect(&session, &ImageSession::pluginChanged, this, &MainWindow::showPlugin);
     connect(&session, &ImageSession::busyChanged, this, [](bool isBusy) {
         if (isBusy) {
@@ -166,11 +122,11 @@ void MainWindow::connectSession()
     });
     connect(&session, &ImageSession::noticed, noticeBar, &NoticeBar::showText);
     connect(&session, &ImageSession::changed, this, &MainWindow::showState);
-    connect(&session, &ImageSession::changed, this, &MainWindow::showDataViews);
+    connect(&session, &ImageSession::changed, docks, [this] { docks->update(session); });
     connect(&session, &ImageSession::projectChanged, this, &MainWindow::showTitle);
     connect(&session, &ImageSession::valuesChanged, this, &MainWindow::showTitle);
 
-    connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
+    connect(docks->problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
     connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
     connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
@@ -179,6 +135,7 @@ void MainWindow::connectSession()
 
 void MainWindow::connectActions()
 {
+    actions->addViews(docks->viewActions());
     actions->addRowActions(ingredientPane->rowActions());
     // Whatever an action does, it does with what has been typed.
     const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
@@ -197,7 +154,7 @@ void MainWindow::connectActions()
     connectTo(actions->choosePlugin, this, &MainWindow::choosePlugin);
     connectTo(actions->settings, this, &MainWindow::changeSettings);
     connectTo(actions->rescan, &session, &ImageSession::rescan);
-    connectTo(actions->nextProblem, this, &MainWindow::showNextProblem);
+    connectTo(actions->nextProblem, docks, &WindowDocks::showNextProblem);
     connectTo(actions->build, this, &MainWindow::build);
     connectTo(actions->stop, &session, &ImageSession::stopBuild);
     connectTo(actions->writeManifest, this, &MainWindow::writeManifest);
@@ -207,49 +164,6 @@ void MainWindow::connectActions()
     connect(actions->recentFiles, &RecentFiles::chosen, this,
             [this](const QString &file) { open({file}); });
     connect(history, &QUndoStack::indexChanged, this, [this] { actions->update(session); });
-}
-
-void MainWindow::restoreLayout()
-{
-    const QSettings settings;
-    if (!restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray())) {
-        fitScreen();
-    }
-    if (!restoreState(settings.value(QLatin1String(stateKey)).toByteArray(), layoutVersion)) {
-        resizeDocks({problemDock}, {height() / 4}, Qt::Vertical);
-    }
-}
-
-/// The size for the first start: in characters, so that it grows with the font, but not beyond the
-/// screen.
-void MainWindow::fitScreen()
-{
-    const QFontMetrics metrics = fontMetrics();
-    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
-    // The frame of the window is not known before it is shown.
-    const QSize available = screen()->availableSize() * 9 / 10;
-    resize(wanted.boundedTo(available));
-}
-
-/// Docks keep their height, so that the tree would pay for a smaller window.
-void MainWindow::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    const int maxDockHeight = height() / 4;
-    if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
-        for (QDockWidget *dock : {problemDock, logDock, dataViewDock, targetDetailsDock}) {
-            if (dock->isVisible() && !dock->isFloating() && dock->height() > maxDockHeight) {
-                resizeDocks({dock}, {maxDockHeight}, Qt::Vertical);
-            }
-        }
-    }
-}
-
-void MainWindow::saveLayout() const
-{
-    QSettings settings;
-    settings.setValue(QLatin1String(geometryKey), saveGeometry());
-    settings.setValue(QLatin1String(stateKey), saveState(layoutVersion));
 }
 
 bool MainWindow::loadPlugin(const QStringList &candidates)
@@ -269,41 +183,21 @@ void MainWindow::showPlugin()
     const bool loaded = session.isLoaded();
     pages->setCurrentIndex(loaded ? workPageIndex : problemPageIndex);
     problemPage->setProblem(session.pluginProblem());
-    dataViewPane->setPlugin(session.plugin());
-    targetDetailsPane->setPlugin(session.plugin());
+    docks->setPlugin(session.plugin());
     if (loaded) {
         targetLabel->setText(
             tr("%1, version %2")
                 .arg(session.plugin()->getTargetName(), session.plugin()->getPluginVersion()));
-    }
-    if (targetDetailsPane->isPageNeeded()) {
-        targetDetailsDock->show();
     }
     showState();
 }
 
 void MainWindow::showState()
 {
-    const int problemCount = session.problems().count();
-    problemPane->setProblems(session.problems());
-    problemDock->setWindowTitle(problemCount == 0
-                                    ? tr("Problems")
-                                    : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
     statusLabel->setText(statusText(session));
     ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
     actions->update(session);
     showTitle();
-}
-
-/// Shows the data views when there are some for the first time; whoever closes them then does not
-/// want to see them with every data file.
-void MainWindow::showDataViews()
-{
-    const bool found = dataViewPane->count() > 0;
-    if (found != hasDataViews) {
-        hasDataViews = found;
-        dataViewDock->setVisible(hasDataViews);
-    }
 }
 
 void MainWindow::showTitle()
@@ -323,13 +217,6 @@ void MainWindow::open(const QStringList &paths)
 void MainWindow::restoreLastProject()
 {
     projectFiles->restoreLast();
-}
-
-void MainWindow::showNextProblem()
-{
-    problemDock->show();
-    problemDock->raise();
-    problemPane->showNext();
 }
 
 void MainWindow::build()
@@ -426,6 +313,14 @@ void MainWindow::dropEvent(QDropEvent *event)
     open(droppedFiles(event->mimeData()));
 }
 
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
+        docks->limitHeight();
+    }
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     ingredientPane->commitEditor();
@@ -437,6 +332,6 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    saveLayout();
+    docks->saveLayout();
     event->accept();
 }

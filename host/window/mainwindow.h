@@ -8,20 +8,16 @@
 #include <QMainWindow>
 
 class BuildPane;
-class DataViewPane;
 class ElidedLabel;
 class IngredientPane;
-class LogPane;
 class NoticeBar;
 class ProblemPage;
-class ProblemPane;
 class ProjectFiles;
-class QDockWidget;
 class QRubberBand;
 class QStackedWidget;
-class TargetDetailsPane;
 class UndoHistory;
 class WindowActions;
+class WindowDocks;
 
 /// The window: wires panes and actions to the session that they show and change.
 class MainWindow : public QMainWindow
@@ -49,19 +45,12 @@ protected:
 
 private:
     void createPanes();
-    void createDocks();
-    QDockWidget *addDock(const QString &title, const QString &name, QWidget *pane);
     void connectSession();
     void connectActions();
-    void restoreLayout();
-    void saveLayout() const;
-    void fitScreen();
 
     void showPlugin();
     void showState();
     void showTitle();
-    void showDataViews();
-    void showNextProblem();
     void choosePlugin();
     void changeSettings();
     void writeManifest();
@@ -71,6 +60,7 @@ private:
     ImageSession session;
     UndoHistory *history;
     WindowActions *actions;
+    WindowDocks *docks;
     ProjectFiles *projectFiles;
 
     QStackedWidget *pages = nullptr;
@@ -80,14 +70,5 @@ private:
     NoticeBar *noticeBar = nullptr;
     IngredientPane *ingredientPane = nullptr;
     BuildPane *buildPane = nullptr;
-    ProblemPane *problemPane = nullptr;
-    LogPane *logPane = nullptr;
-    DataViewPane *dataViewPane = nullptr;
-    TargetDetailsPane *targetDetailsPane = nullptr;
-    QDockWidget *problemDock = nullptr;
-    QDockWidget *logDock = nullptr;
-    QDockWidget *dataViewDock = nullptr;
-    QDockWidget *targetDetailsDock = nullptr;
     QRubberBand *dropFrame;
-    bool hasDataViews = false;
 };

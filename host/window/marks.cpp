@@ -26,7 +26,7 @@ public:
     {
         const QPalette palette = QApplication::palette();
         const bool isDark = palette.color(QPalette::Base).lightness() < 128;
-        const QColor text = palette.color(QPalette::PlaceholderText);
+        const QColor &text = palette.color(QPalette::PlaceholderText);
         const qreal side = qMin(rect.width(), rect.height());
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);

@@ -16,9 +16,8 @@ class ProjectFiles : public QObject
     Q_OBJECT
 
 public:
-    /// @p imageSession and @p recentFiles must outlive this object; @p window is what dialogs belong
-    /// to.
-    ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *window);
+    /// @p imageSession and @p recentFiles must outlive this object; dialogs belong to @p parent.
+    ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *parent);
 
     /// Opens what the user names: folders, files, configurations, a project.
     void open(const QStringList &paths);

@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/windowdocks.h"
+
+#include "host/core/imagesession.h"
+#include "host/window/dataviewpane.h"
+#include "host/window/logpane.h"
+#include "host/window/problempane.h"
+#include "host/window/targetdetailspane.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QLocale>
+#include <QMainWindow>
+#include <QScreen>
+#include <QSettings>
+
+namespace {
+
+const char geometryKey[] = "layout/geometry";
+const char stateKey[] = "layout/state";
+/// Of the docks and toolbars; a state of another version is not restored.
+const int layoutVersion = 2;
+
+const int minDockLines = 3;
+/// The part of the window's height that the docks get.
+const int dockDivisor = 4;
+
+} // namespace
+
+WindowDocks::WindowDocks(QMainWindow *mainWindow)
+    : QObject(mainWindow)
+    , problemPane(new ProblemPane(mainWindow))
+    , logPane(new LogPane(mainWindow))
+    , dataViewPane(new DataViewPane(mainWindow))
+    , targetDetailsPane(new TargetDetailsPane(mainWindow))
+    , window(mainWindow)
+{
+    problemDock = addDock(tr("Problems"), QStringLiteral("problems"), problemPane);
+    logDock = addDock(tr("Log"), QStringLiteral("logDock"), logPane);
+    dataViewDock = addDock(tr("Data views"), QStringLiteral("dataViewDock"), dataViewPane);
+    targetDetailsDock
+        = addDock(tr("Target details"), QStringLiteral("targetDetailsDock"), targetDetailsPane);
+    problemDock->raise();
+    dataViewDock->hide();
+    targetDetailsDock->hide();
+}
+
+QDockWidget *WindowDocks::addDock(const QString &title, const QString &name, QWidget *pane)
+{
+    auto dock = new QDockWidget(title, window);
+    dock->setObjectName(name);
+    dock->setWidget(pane);
+    // Less than a pane asks for: in a low window the tree needs the height.
+    pane->setMinimumHeight(window->fontMetrics().height() * minDockLines);
+    window->addDockWidget(Qt::BottomDockWidgetArea, dock);
+    if (problemDock) {
+        // One on the other: the tree keeps the height.
+        window->tabifyDockWidget(problemDock, dock);
+    }
+    return dock;
+}
+
+QList<QAction *> WindowDocks::viewActions() const
+{
+    return {problemDock->toggleViewAction(), logDock->toggleViewAction(),
+            dataViewDock->toggleViewAction(), targetDetailsDock->toggleViewAction()};
+}
+
+void WindowDocks::setPlugin(ILoomwrightPlugin *plugin)
+{
+    dataViewPane->setPlugin(plugin);
+    targetDetailsPane->setPlugin(plugin);
+    if (targetDetailsPane->isPageNeeded()) {
+        targetDetailsDock->show();
+    }
+}
+
+void WindowDocks::update(const ImageSession &session)
+{
+    const int problemCount = session.problems().count();
+    problemPane->setProblems(session.problems());
+    problemDock->setWindowTitle(problemCount == 0
+                                    ? tr("Problems")
+                                    : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
+    // Only when there are some for the first time: whoever closes the data views then does not want
+    // to see them with every data file.
+    const bool found = dataViewPane->count() > 0;
+    if (found != hasDataViews) {
+        hasDataViews = found;
+        dataViewDock->setVisible(found);
+    }
+}
+
+void WindowDocks::showNextProblem()
+{
+    problemDock->show();
+    problemDock->raise();
+    problemPane->showNext();
+}
+
+void WindowDocks::restoreLayout()
+{
+    const QSettings settings;
+    if (!window->restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray())) {
+        fitScreen();
+    }
+    const QByteArray state = settings.value(QLatin1String(stateKey)).toByteArray();
+    if (!window->restoreState(state, layoutVersion)) {
+        window->resizeDocks({problemDock}, {window->height() / dockDivisor}, Qt::Vertical);
+    }
+}
+
+void WindowDocks::saveLayout() const
+{
+    QSettings settings;
+    settings.setValue(QLatin1String(geometryKey), window->saveGeometry());
+    settings.setValue(QLatin1String(stateKey), window->saveState(layoutVersion));
+}
+
+/// The size for the first start: in characters, so that it grows with the font, but not beyond the
+/// screen.
+void WindowDocks::fitScreen()
+{
+    const QFontMetrics metrics = window->fontMetrics();
+    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
+    // The frame of the window is not known before it is shown.
+    const QSize available = window->screen()->availableSize() * 9 / 10;
+    window->resize(wanted.boundedTo(available));
+}
+
+void WindowDocks::limitHeight()
+{
+    const int maxHeight = window->height() / dockDivisor;
+    for (QDockWidget *dock : {problemDock, logDock, dataViewDock, targetDetailsDock}) {
+        if (dock->isVisible() && !dock->isFloating() && dock->height() > maxHeight) {
+            window->resizeDocks({dock}, {maxHeight}, Qt::Vertical);
+        }
+    }
+}
