@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Opening files without blocking the host.
+
 #include <QString>
 
 class QFile;

@@ -3,6 +3,9 @@
 
 #pragma once
 
+/// @file
+/// Parsing XML with limits.
+
 #include <QString>
 
 class QDomDocument;
