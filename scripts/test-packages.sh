@@ -98,6 +98,7 @@ icons/hicolor/scalable/apps/loomwright.svg
 man/man1/loomwright-gui.1.gz
 man/man1/loomwright.1.gz
 man/man5/loomwright-project.5.gz
+mime/packages/loomwright.xml
 metainfo/com.loomwright.Loomwright.metainfo.xml
 zsh/vendor-completions/_loomwright
 EOF
