@@ -63,7 +63,7 @@ private slots:
     {
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("shown");
-        row("line ends", QString("a\r\nb\rc\n\nd\n"), QString("a\nb\nc\n\nd"));
+        row("line ends", QString("a\r\nb\rc\n\ne\n"), QString("a\nb\nc\n\ne"));
         row("paragraph separator", QString("a%1b").arg(QChar(0x2029)), QString("a\nb"));
         row("HTML", QString("<h1>a</h1>&amp;"), QString("<h1>a</h1>&amp;"));
         row("long", QString(5000, 'x'), QString(4081, 'x') + '\n' + QString(919, 'x'));

@@ -17,6 +17,7 @@ class FileWatcher : public QObject
     Q_OBJECT
 
 public:
+    /// Watches nothing before setFiles().
     explicit FileWatcher(QObject *parent = nullptr);
 
     /// Watches @p files, absolute paths, from their present state on. A file that was watched

@@ -36,14 +36,16 @@ class ImageSession : public QObject
     Q_OBJECT
 
 public:
+    /// A session without a plug-in; see loadPlugin().
     explicit ImageSession(QObject *parent = nullptr);
     ~ImageSession() override;
 
-    /// Loads the first of @p candidates that exists, in the place of the plug-in at hand. On failure
+    /// Loads the first of @p candidates that exists, in place of the current plug-in. On failure
     /// that one stays, and pluginProblem() says why.
     bool loadPlugin(const QStringList &candidates);
     /// Why there is no plug-in or the last one could not be loaded.
     QString pluginProblem() const;
+    /// Whether there is a plug-in.
     bool isLoaded() const;
     /// The plug-in; null when there is none. It is replaced between pluginAboutToChange() and
     /// pluginChanged().
@@ -73,7 +75,9 @@ public:
     /// Whether the values differ from those of the project file, or from the plug-in's own.
     bool isModified() const;
 
+    /// The current values.
     Project values() const;
+    /// All ingredients in tree order; empty without a plug-in.
     QVector<Ingredient> ingredients() const;
     /// All that is wrong, as of the last check; of an ingredient with very many errors the first.
     QVector<Problem> problems() const;
@@ -86,21 +90,29 @@ public:
 
     /// Starts a build; buildFinished() follows.
     void build(const BuildOptions &options);
+    /// Terminates the stitcher, or stops hashing the image; buildFinished() follows.
     void stopBuild();
+    /// Whether a build is running.
     bool isBuilding() const;
     /// Whether the last build was ended by stopBuild().
     bool isStopped() const;
+    /// How the image compares to the current values and files.
     BuildState buildState() const;
+    /// The last build, the running one included.
     const LastBuild &lastBuild() const;
+    /// Whether the file of @p ingredient has changed since the image was built.
     bool isNewerThanImage(const Ingredient &ingredient) const;
 
 signals:
-    /// What the plug-in and the stitcher report.
+    /// A status message of the plug-in, or the stitcher's standard output.
     void statusMessage(const QString &message);
+    /// An error of the plug-in, or the stitcher's standard error.
     void errorMessage(const QString &message);
+    /// A data file was loaded: the data views are new.
     void dataFileChanged();
-    /// Everything that was got from plugin() becomes invalid; a new one is there.
+    /// Everything that was got from plugin() becomes invalid.
     void pluginAboutToChange();
+    /// plugin() returns a new object, or null.
     void pluginChanged();
 
     /// A longer operation begins or has ended.
@@ -116,9 +128,11 @@ signals:
     /// Values, problems, files or the state of the build have changed, and have been checked.
     void changed();
 
+    /// A build has started.
     void buildStarted();
     /// The image is being hashed: @p done of @p total bytes.
     void hashing(qint64 done, qint64 total);
+    /// The build has ended as @p result says.
     void buildFinished(const BuildResult &result);
 
 private:

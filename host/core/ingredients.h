@@ -65,6 +65,7 @@ QString valueFromText(const QString &text, const QVariant &current, QVariant *va
 /// @return an empty text, or why nothing was set
 QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey,
                            const QString &text);
+/// Sets @p ingredient in the same way.
 QString setIngredientValue(QAbstractItemModel *model, const Ingredient &ingredient,
                            const QString &text);
 

@@ -9,7 +9,7 @@
 
 #include <QHash>
 
-/// How the image stands against the values.
+/// How the image compares to the values.
 enum class BuildState {
     NotBuilt, ///< Nothing was built since the program or the project was opened.
     Running,
@@ -29,6 +29,7 @@ public:
     /// Forgets the build.
     void reset();
 
+    /// How the image compares to @p values and to the files as they are now.
     BuildState state(const Project &values) const;
     /// Whether @p inputFile has changed since the image was built. For an image of an earlier
     /// session its time of modification decides.
@@ -37,6 +38,7 @@ public:
     const BuildResult &result() const;
     /// What it was made from.
     const Project &values() const;
+    /// The states of its input files at the start, by path.
     const QHash<QString, FileState> &inputStates() const;
 
 private:

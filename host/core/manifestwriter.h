@@ -19,13 +19,15 @@ class ManifestWriter : public QObject
     Q_OBJECT
 
 public:
+    /// Does nothing before start().
     explicit ManifestWriter(QObject *parent = nullptr);
     /// Cancels; no manifest is written then.
     ~ManifestWriter() override;
 
-    /// Writes @p file for @p lastBuild, whose inputs must not have changed since. finished()
-    /// follows. Call it once.
+    /// Hashes the inputs and writes the manifest; finished() follows. Call it once.
+    /// @param lastBuild a build that has succeeded; its inputs must not have changed since
     /// @param pluginVersion as the plug-in reports it
+    /// @param file path of the manifest
     void start(const LastBuild &lastBuild, const QString &pluginVersion, const QString &file);
 
 signals:

@@ -14,6 +14,7 @@ class SignalWatch : public QObject
     Q_OBJECT
 
 public:
+    /// Watches the signals that are not ignored.
     explicit SignalWatch(QObject *parent = nullptr);
     ~SignalWatch() override;
 
@@ -21,6 +22,7 @@ public:
     static bool isIgnored(int signalNumber);
 
 signals:
+    /// @p signalNumber has arrived, for the first time.
     void received(int signalNumber);
 
 private:
