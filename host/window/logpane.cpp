@@ -7,6 +7,7 @@
 #include "host/window/icons.h"
 #include "host/window/messages.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -99,15 +100,21 @@ void LogPane::createView()
         followsEnd = isAtEnd(view->textCursor());
         view->ensureCursorVisible();
     });
-    connect(bar, &QScrollBar::rangeChanged, this, &LogPane::followEnd);
+    // Later, as a view that is scrolled while it sets the range counts its lines wrong.
+    connect(bar, &QScrollBar::rangeChanged, &followTimer, QOverload<>::of(&QTimer::start));
+    connect(&followTimer, &QTimer::timeout, this, &LogPane::followEnd);
+    followTimer.setSingleShot(true);
 }
 
 void LogPane::followEnd()
 {
-    if (followsEnd) {
-        QScrollBar *bar = view->verticalScrollBar();
-        bar->setValue(bar->maximum());
+    if (!followsEnd) {
+        return;
     }
+    // The range is one of the lines as they were counted before they were laid out in this width.
+    QAbstractTextDocumentLayout *layout = view->document()->documentLayout();
+    emit layout->documentSizeChanged(layout->documentSize());
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
 }
 
 QWidget *LogPane::createBar()
@@ -486,7 +493,7 @@ void LogPane::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     // Once the layout has resized the view as well.
-    QTimer::singleShot(0, this, &LogPane::followEnd);
+    followTimer.start();
 }
 
 void LogPane::updateFont()

@@ -102,4 +102,5 @@ private:
     bool errorsOnly = false;
     bool followsEnd = true;
     QTimer showTimer;
+    QTimer followTimer;
 };
