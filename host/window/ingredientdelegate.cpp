@@ -159,6 +159,10 @@ void IngredientDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     if (index.model()->buddy(index) != index
         || kindOf(index.data(Qt::EditRole)) != ValueKind::File) {
         QStyleOptionViewItem plain = option;
+        // The gap is selected with the rest of the cell.
+        const QWidget *view = option.widget;
+        const QStyle *viewStyle = view ? view->style() : QApplication::style();
+        viewStyle->drawPrimitive(QStyle::PE_PanelItemViewItem, &plain, painter, view);
         plain.rect.setWidth(plain.rect.width() - columnGap(option, index));
         QStyledItemDelegate::paint(painter, plain, index);
         return;

@@ -25,6 +25,8 @@ ProblemPane::ProblemPane(QWidget *parent)
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
+    // Two columns share what the others leave.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);

@@ -25,7 +25,7 @@ const int layoutVersion = 2;
 
 const int minDockLines = 3;
 /// The part of the window's height that the docks get.
-const int dockDivisor = 4;
+const int dockDivisor = 3;
 
 } // namespace
 
