@@ -100,6 +100,20 @@ private slots:
         QTRY_COMPARE(value("Host FW"), QString("/typed"));
     }
 
+    /// The second one replaces the model while the editor is being closed.
+    void editTheDataFile()
+    {
+        for (const char *name : {"a.xml", "b.xml"}) {
+            const QString file = writeFile(folder->filePath(name), "<platform/>");
+            QLineEdit *line = openEditor(valueCell("Legacy XML Data File"));
+            QTest::keyClicks(line, file);
+            QTest::keyClick(line, Qt::Key_Return);
+            QTRY_COMPARE(value("Legacy XML Data File"), file);
+            QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+        }
+        QCOMPARE(tree->currentIndex(), valueCell("Legacy XML Data File"));
+    }
+
     void editChoice()
     {
         QStandardItemModel items;

@@ -65,8 +65,8 @@ IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
     connect(tree, &IngredientTree::filesDropped, this, &IngredientPane::filesDropped);
     connect(tree, &IngredientTree::fileDropped, this,
             [this](const QModelIndex &row, const QString &file) {
-                commitEditor();
                 const Ingredient ingredient = model->ingredientAt(row);
+                commitEditor(); // It may replace the model.
                 session->setValue(ingredient.name, ingredient.key, file);
             });
     connect(delegate, &IngredientDelegate::candidatesRequested, this,
