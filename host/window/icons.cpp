@@ -96,7 +96,7 @@ private:
 QIcon namedIcon(const QString &name)
 {
     registerResources();
-    const QIcon themed = QIcon::fromTheme(name);
+    QIcon themed = QIcon::fromTheme(name);
     const QString file = QStringLiteral(":/icons/%1.svg").arg(name);
     if (!themed.isNull() || !QFile::exists(file)) {
         return themed;
