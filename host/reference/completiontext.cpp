@@ -81,7 +81,7 @@ QString zshOption(const OptionInfo &option)
         .replace(QLatin1Char(']'), QLatin1String("\\]"));
     const QString rest = QLatin1Char('[') + description + QLatin1Char(']')
         + (option.value ? zshAction(option) : QString());
-    QStringList specs;
+    QStringList arguments;
     const QStringList names = words(option, QStringLiteral(" ")).split(QLatin1Char(' '));
     const QString prefix = option.isRepeatable
         ? QStringLiteral("*")
@@ -90,9 +90,9 @@ QString zshOption(const OptionInfo &option)
         const QString isLong = name.startsWith(QLatin1String("--")) && option.value
             ? QStringLiteral("=")
             : QString();
-        specs.append(quoted(prefix + name + isLong + rest));
+        arguments.append(quoted(prefix + name + isLong + rest));
     }
-    return specs.join(QLatin1Char(' '));
+    return arguments.join(QLatin1Char(' '));
 }
 
 QString fishValue(const OptionInfo &option)
@@ -179,11 +179,11 @@ QString zshCommands()
 QString zshOptions()
 {
     return branches([](const std::vector<OptionInfo> &options) {
-        QStringList specs;
+        QStringList arguments;
         for (const OptionInfo &option : options) {
-            specs.append(zshOption(option));
+            arguments.append(zshOption(option));
         }
-        return QStringLiteral("options=(%1)").arg(specs.join(QLatin1Char(' ')));
+        return QStringLiteral("options=(%1)").arg(arguments.join(QLatin1Char(' ')));
     });
 }
 

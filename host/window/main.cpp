@@ -167,7 +167,7 @@ int main(int argc, char **argv)
     int endSignal = 0;
     const int status = runWindow(commandLine, &qtArguments, &endSignal);
     if (endSignal != 0) {
-        // Whoever has started the program has to see the signal.
+        // So that the parent process sees the signal.
         std::signal(endSignal, SIG_DFL);
         std::raise(endSignal);
     }

@@ -28,7 +28,7 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    /// Loads a plug-in in the place of the one at hand, which stays when that fails.
+    /// Loads a plug-in in place of the current one, which stays when that fails.
     bool loadPlugin(const QStringList &candidates);
     /// Opens folders, files, configurations and a project.
     void open(const QStringList &paths);

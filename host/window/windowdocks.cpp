@@ -84,8 +84,8 @@ void WindowDocks::update(const ImageSession &session)
     problemDock->setWindowTitle(problemCount == 0
                                     ? tr("Problems")
                                     : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
-    // Only when there are some for the first time: whoever closes the data views then does not want
-    // to see them with every data file.
+    // Only when there are some for the first time: a user who then closes the data views does not want
+    // them back with every data file.
     const bool found = dataViewPane->count() > 0;
     if (found != hasDataViews) {
         hasDataViews = found;
