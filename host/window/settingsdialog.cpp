@@ -75,7 +75,6 @@ SettingsDialog::FileField SettingsDialog::addFileField(QFormLayout *form, const 
 {
     const FileField field{new QLineEdit(this), new QLabel(this)};
     field.line->setObjectName(name);
-    field.line->setClearButtonEnabled(true);
     field.line->setMinimumWidth(fontMetrics().averageCharWidth() * pathWidthInCharacters);
     field.problem->setObjectName(name + QLatin1String("Problem"));
     field.problem->setTextFormat(Qt::PlainText);
