@@ -9,11 +9,8 @@ namespace {
 QStringList valuesOf(const IngredientModel &model)
 {
     QStringList values;
-    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
-        const QModelIndex group = model.index(groupRow, 0);
-        for (int row = 0; row < model.rowCount(group); ++row) {
-            values << model.dataAsString(model.index(row, IngredientColumn::Value, group));
-        }
+    for (const QModelIndex &cell : model.ingredientCells()) {
+        values << model.dataAsString(cell.sibling(cell.row(), IngredientColumn::Value));
     }
     return values;
 }

@@ -31,21 +31,19 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const QAbstractItemModelTester tester(&model,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     const QString shape = shapeOf(model);
-    for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
-        const QModelIndex group = model.index(groupRow, 0);
-        model.setGroupVisible(group.data().toString(), false);
-        for (int row = 0; row < model.rowCount(group); ++row) {
-            for (int column = 0; column < model.columnCount(group); ++column) {
-                const QModelIndex cell = model.index(row, column, group);
-                const bool isEditable = cell.flags() & Qt::ItemIsEditable;
-                const QString before = model.dataAsString(cell);
-                const bool isSet = model.setDataFromString(cell, QStringLiteral("x"));
-                require(isEditable || !isSet, "only editable cells are written");
-                require(isSet || model.dataAsString(cell) == before,
-                        "a refused text changes nothing");
-            }
-            model.setIngredientVisible(model.index(row, 0, group).data().toString(), row % 2 == 0);
+    for (int row = 0; row < model.rowCount(); ++row) {
+        model.setGroupVisible(model.index(row, 0).data().toString(), false);
+    }
+    for (const QModelIndex &name : model.ingredientCells()) {
+        for (int column = 0; column < model.columnCount(name.parent()); ++column) {
+            const QModelIndex cell = name.sibling(name.row(), column);
+            const bool isEditable = cell.flags() & Qt::ItemIsEditable;
+            const QString before = model.dataAsString(cell);
+            const bool isSet = model.setDataFromString(cell, QStringLiteral("x"));
+            require(isEditable || !isSet, "only editable cells are written");
+            require(isSet || model.dataAsString(cell) == before, "a refused text changes nothing");
         }
+        model.setIngredientVisible(name.data().toString(), name.row() % 2 == 0);
     }
     model.checkAllFiles();
     require(shapeOf(model) == shape, "rows and names never change after construction");
