@@ -3,8 +3,21 @@
 
 #pragma once
 
+#include "qtcompat.h"
+
 #include <QObject>
 #include <QStringList>
+
+/// The messages about one header section of a legacy data file.
+inline QStringList sectionReport(const QString &title, int nodes,
+                                 const QStringList &errors = QStringList())
+{
+    return listOf("S \nVerify header \"" + title + '"', "S Checking the following rules: ",
+                  "S  - Each offset equals the sum of all previous node sizes",
+                  "S  - Each stated size matches the actual data size")
+        << errors
+        << QString("S Analyzed %1 nodes and found %2 errors").arg(nodes).arg(errors.count());
+}
 
 /// Records what an object of the plug-in reports, in order: status messages as "S text", error
 /// messages as "E text", the event of a loaded data file as "D".

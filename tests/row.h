@@ -5,6 +5,13 @@
 
 #include <QtTest>
 
+/// Adds a column of test data for each type, in order.
+template <typename... Types, typename... Names> void columns(const Names &...names)
+{
+    const int inOrder[] = {(QTest::addColumn<Types>(names), 0)...};
+    Q_UNUSED(inOrder)
+}
+
 /// Adds a row of test data: its name, then a value for each column.
 template <typename... Values> void row(const char *name, const Values &...values)
 {

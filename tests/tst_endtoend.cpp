@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "files.h"
+#include "flatproxy.h"
 #include "messagelog.h"
 #include "plugin/statusmanager.h"
 #include "plugin/vendorprefix.h"
 #include "qtcompat.h"
+#include "signalhook.h"
 
 #include <QAbstractItemModel>
 #include <QLabel>
@@ -164,22 +166,19 @@ QStringList loadReport(const QString &file, int load)
         "S Validating Legacy XML Data File " + file, "S \nLegacy XML PLENKITVersion is 0.1.0",
         "S Found the following Header Sections:", "S  - Boot", "S  - Vectors", "S  - Trust",
         "S \nVerifying integrity of header sections");
-    const int nodeCounts[] = {3, 2, 2};
-    for (int i = 0; i < 3 * load; ++i) {
-        report += listOf("S \nVerify header \"" + report.at(3 + i % 3).mid(5) + "\"",
-                         "S Checking the following rules: ",
-                         "S  - Each offset equals the sum of all previous node sizes",
-                         "S  - Each stated size matches the actual data size",
-                         QString("S Analyzed %1 nodes and found 0 errors").arg(nodeCounts[i % 3]));
+    for (int earlier = 0; earlier < load; ++earlier) {
+        report
+            += sectionReport("Boot", 3) + sectionReport("Vectors", 2) + sectionReport("Trust", 2);
     }
     return report += listOf("S Legacy XML Data file passed validation checks ", "D");
 }
 
-QStringList columnOf(const QAbstractItemModel *model, int column)
+QStringList columnOf(const QAbstractItemModel *model, int column,
+                     const QModelIndex &parent = QModelIndex())
 {
     QStringList texts;
-    for (int row = 0; row < model->rowCount(); ++row) {
-        texts << model->index(row, column).data().toString();
+    for (int row = 0; row < model->rowCount(parent); ++row) {
+        texts << model->index(row, column, parent).data().toString();
     }
     return texts;
 }
@@ -236,9 +235,10 @@ private slots:
         QCOMPARE(root->targetName(), QString("Veldmark D1 Phone - Unsigned Zorv"));
         QCOMPARE(root->version(), QString("1.0.0"));
 
-        const QWidget *page = root->details();
+        QWidget *page = root->details();
         QCOMPARE(page->objectName(), QString("ExternalUnsignedZorvTargetDetails"));
         QCOMPARE(page->windowTitle(), QString("Form"));
+        QVERIFY(!page->parent());
         QCOMPARE(page->size(), QSize(640, 480));
         QCOMPARE(page->layout()->objectName(), QString("gridLayout"));
         const QLabel *label = page->findChild<QLabel *>("label");
@@ -248,6 +248,20 @@ private slots:
         QCOMPARE(label->alignment(), Qt::Alignment(Qt::AlignCenter));
         QCOMPARE(label->font().pointSize(), 12);
         QVERIFY(label->font().bold());
+        for (const QSize &size : {QSize(1000, 300), QSize(500, 900)}) {
+            page->resize(size);
+            page->layout()->setGeometry(page->rect());
+            QVERIFY((label->geometry().center() - page->rect().center()).manhattanLength() <= 4);
+        }
+    }
+
+    void pageMayBeDestroyedByTheHost()
+    {
+        {
+            QWidget window;
+            root->details()->setParent(&window);
+        }
+        QVERIFY(!root->details());
     }
 
     void classes()
@@ -295,7 +309,14 @@ private slots:
         QCOMPARE(columnOf(model, 0), listOf("Ingredient Options", "Data Files", "Binary Files"));
 
         const QModelIndex group = model->index(2, 0);
-        QCOMPARE(model->rowCount(group), 8);
+        QCOMPARE(columnOf(model, 0, group),
+                 listOf("Probe Set", "Host FW", "Host FW Supplemental", "Presigned Controller FW",
+                        "Presigned Secure Annex", "Presigned Secure Lookaside",
+                        "Presigned Secure Anchor", "Presigned Codec FW"));
+        QCOMPARE(columnOf(model, 2, group),
+                 listOf("Probe Block", "Host FW Boot", "Flash-Layer", "Vendor Signed FW",
+                        "Secure_Annex_FW", "Secure_Lookaside_Blob", "Secure_Anchor_Blob",
+                        "SIGNED_CODEC_FW"));
         const QModelIndex name = model->index(1, 0, group);
         const QModelIndex key = model->index(1, 2, group);
         QCOMPARE(model->flags(model->index(2, 1)), readOnly);
@@ -325,7 +346,13 @@ private slots:
                        {"", binary, false, "", true, sizes[i], sizes[i], true});
         }
 
-        const FilePath own = {"image", "any", true, "my xmlFileName", false, 3, 4, false};
+        FilePath own = {"image", "any", false, "my xmlFileName", false, 3, 4, false};
+        QVERIFY(model->setData(valueCell(0, 0), QVariant::fromValue(own)));
+        own.broadcastChanges = true;
+        own.broadcastName = "my XMLFileName";
+        QVERIFY(model->setData(valueCell(0, 0), QVariant::fromValue(own)));
+        QCOMPARE(log->take(), QStringList());
+        own.broadcastName = "my xmlFileName";
         QVERIFY(model->setData(valueCell(0, 0), QVariant::fromValue(own)));
         verifyFile(valueCell(0, 0).data(), own);
         QCOMPARE(log->take().value(0), QString("S Validating Legacy XML Data File image"));
@@ -377,10 +404,17 @@ private slots:
         // A load writes the path into the tree, which loads it once more.
         QVERIFY(ingredients->loadData(missing));
         const QString failed = "E Legacy XML Data file failed validation checks";
-        const QString changed = "S XML file changed and data was loaded into memory.";
+        const QStringList changed
+            = listOf(failed, "D", "S XML file changed and data was loaded into memory.");
         QCOMPARE(log->take(),
-                 validation + QStringList(failed) + validation + listOf(failed, "D", changed, "D"));
+                 validation + QStringList(failed) + validation + changed + QStringList("D"));
         QVERIFY(ingredients->isDataLoaded());
+        // An equal path is loaded again, and another one takes its place.
+        setFile(valueCell(1, 0), missing);
+        QCOMPARE(log->take(), validation + changed);
+        QVERIFY(ingredients->loadData("/dev/null"));
+        QCOMPARE(valueCell(1, 0).data().value<FilePath>().fileName, QString("/dev/null"));
+        QCOMPARE(ingredients->views().count(), 1);
     }
 
     void session()
@@ -436,6 +470,12 @@ private slots:
     void checks()
     {
         QAbstractItemModel *table = execution->checks();
+        FlatProxy proxy(table);
+        const ModelTester tester(&proxy);
+        // A host reads the summary whenever the table is new.
+        QList<int> checkCounts;
+        const SignalHook reset(table, SIGNAL(modelReset()),
+                               [&] { checkCounts << execution->summary().checks; });
         QCOMPARE(columnOf(table, 0), listOf("false"));
         QCOMPARE(execution->summary().checks, 0);
         const QString sized = writeFile(folder->filePath("sized"), QByteArray(32768, ' '));
@@ -443,7 +483,7 @@ private slots:
         setFile(valueCell(2, 1), sized);
         setFile(valueCell(2, 2), sized);
         QVERIFY(!execution->verify());
-        QCOMPARE(execution->summary().checks, 14);
+        QCOMPARE(table->rowCount(), 14);
         QCOMPARE(execution->summary().passed, 4);
         QCOMPARE(execution->summary().failed, 10);
         QCOMPARE(titlesOf(table, Qt::Horizontal), listOf("", "Ingredient", "Details"));
@@ -451,17 +491,24 @@ private slots:
         QCOMPARE(table->index(0, 0).data(), QVariant(true));
         QCOMPARE(table->flags(table->index(0, 0)), readOnly);
         QVERIFY(!table->index(0, 0).data(Qt::DecorationRole).isValid());
-        QCOMPARE(columnOf(table, 1),
-                 listOf("Output file name", "Legacy XML Data File", "Probe Set", "Probe Set",
-                        "Host FW", "Host FW", "Host FW Supplemental", "Host FW Supplemental",
-                        "Presigned Controller FW", "Presigned Controller FW",
-                        "Presigned Secure Annex", "Presigned Secure Lookaside",
-                        "Presigned Secure Anchor", "Presigned Codec FW"));
+        QCOMPARE(QStringList(columnOf(table, 1).mid(0, 4)),
+                 listOf("Output file name", "Legacy XML Data File", "Probe Set", "Probe Set"));
         QCOMPARE(QStringList(columnOf(table, 0).mid(4, 5)),
                  listOf("true", "false", "true", "true", "false"));
         QCOMPARE(QStringList(columnOf(table, 2).mid(4, 5)),
                  listOf("File path exists", "File size is incorrect", "File path exists",
                         "Exact file size is correct", "File path is empty"));
+
+        // A file that is not shown is not checked, and no check at all is no failure.
+        for (int group = 0; group < model->rowCount(); ++group) {
+            for (int row = 0; row < model->rowCount(model->index(group, 0)); ++row) {
+                model->setData(valueCell(group, row), false, Qt::UserRole);
+            }
+        }
+        QVERIFY(execution->verify());
+        QCOMPARE(checkCounts, QList<int>() << 14 << 0);
+        QCOMPARE(execution->summary().passed, 0);
+        QCOMPARE(table->rowCount(), 0);
     }
 
     void stitcherRun()
@@ -471,7 +518,7 @@ private slots:
         setFile(valueCell(2, 0), "probe");
         execution->setWorkingDirectory("/");
         QCOMPARE(execution->workingDirectory(), QString("/"));
-        setFile(valueCell(1, 0), "data file");
+        setFile(valueCell(1, 0), "data %1");
         log->take();
         beginWithPath(folder->path());
         QCOMPARE(execution->workingDirectory(), QDir::tempPath());
@@ -483,9 +530,9 @@ private slots:
         writeStitcher(folder->path(), "printf '%s\\n' \"$PWD\" \"$@\"; echo done >&2");
         beginWithPath(folder->path());
         execution->cancel();
-        const QStringList arguments = listOf("-k", "data file", "-c", config, "-A");
+        const QStringList arguments = listOf("-k", "data %1", "-c", config, "-A");
         QCOMPARE(log->take(),
-                 listOf("S Platform XML file returned from getIngredient is data file",
+                 listOf("S Platform XML file returned from getIngredient is data %1",
                         "S Saved Config file to " + config, "S Running command line stitcher next.",
                         "S Command Line: " + QDir::currentPath() + "/tamblin-stitcher "
                             + arguments.join(" "),
@@ -512,11 +559,14 @@ private slots:
         QVERIFY(!view->load(QVector<unsigned char>(2, 1)));
 
         QAbstractItemModel *table = view->model();
+        FlatProxy proxy(table);
+        const ModelTester tester(&proxy);
         QCOMPARE(titlesOf(table, Qt::Horizontal),
                  listOf("No Connect\nIndication", "Open Drain\nEnable", "Direction",
                         "Stand-by Level", "Wake Mask or\nHold Output State", "Pull Direction",
                         "Pull Strength"));
         QCOMPARE(titlesOf(table, Qt::Vertical), listOf("i2s_2_clk", "i2s_2_fs"));
+        QVERIFY(!table->headerData(0, Qt::Horizontal, Qt::EditRole).isValid());
         QCOMPARE(table->rowCount(), 2);
         QCOMPARE(table->columnCount(), 7);
         for (int pin = 0; pin < 2; ++pin) {
@@ -534,13 +584,41 @@ private slots:
         }
     }
 
-    void rootWithoutRelayAndAfterDeletion()
+    void relays()
     {
+        const QString cancelled
+            = "S Inside ExternalUnsignedZorvExecutionManager::cancelExecution()";
+        StatusManager another;
+        MessageLog anotherLog(&another);
+        root->registerRelay(&another);
+        execution->cancel();
+        QCOMPARE(anotherLog.take(), listOf(greeting, cancelled));
+        QCOMPARE(log->take(), QStringList());
         root->registerRelay(nullptr);
         ingredients->loadData(missing);
-        QCOMPARE(log->take(), QStringList());
+        QCOMPARE(anotherLog.take(), QStringList());
+
+        // A host that takes its relay away without a word is not fatal.
+        root->registerRelay(relay.data());
+        relay.reset();
+        execution->cancel();
+        ingredients->loadFile(missing);
+        ingredients->loadData(missing);
+    }
+
+    void deletion()
+    {
         QCOMPARE(loader.instance(), rootObject.data());
+        ingredients->loadData(missing);
+        QStringList destroyed;
+        const SignalHook first(dynamic_cast<QObject *>(ingredients), SIGNAL(destroyed()),
+                               [&] { destroyed << "ingredients"; });
+        const SignalHook second(dynamic_cast<QObject *>(execution), SIGNAL(destroyed()),
+                                [&] { destroyed << "execution"; });
+        const SignalHook third(root->details(), SIGNAL(destroyed()), [&] { destroyed << "page"; });
         delete rootObject;
+        QCOMPARE(destroyed, listOf("ingredients", "execution", "page"));
+
         rootObject = loader.instance();
         root = dynamic_cast<ILoomwrightPlugin *>(rootObject.data());
         QVERIFY(root && !root->ingredients()->isDataLoaded());
