@@ -55,6 +55,7 @@ private slots:
         ChangeLog changes(&model);
         QVERIFY(!model.setData(cell, 1, Qt::DisplayRole));
         QVERIFY(!model.setData(QModelIndex(), 1));
+        QVERIFY(!model.data(QModelIndex()).isValid());
         QCOMPARE(changes.take(), QModelIndexList());
         QVERIFY(model.setData(cell, value));
         QCOMPARE(changes.take(), QModelIndexList() << cell);
