@@ -39,6 +39,12 @@ FilePathEditor::FilePathEditor(QWidget *parent)
     connect(qApp, &QApplication::focusChanged, this, &FilePathEditor::followFocus);
 }
 
+FilePathEditor::~FilePathEditor()
+{
+    // The base class takes the focus away, which would call followFocus() on what is left of this.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void FilePathEditor::setFilePath(const FilePath &newFilePath)
 {
     value = newFilePath;

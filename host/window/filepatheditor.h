@@ -18,6 +18,7 @@ class FilePathEditor : public QWidget
 
 public:
     explicit FilePathEditor(QWidget *parent = nullptr);
+    ~FilePathEditor() override;
 
     void setFilePath(const FilePath &newFilePath);
     /// What was set, with the path as edited and all else as it was.
