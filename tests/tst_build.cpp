@@ -140,6 +140,7 @@ private slots:
         row("FIFO", QByteArray("mkfifo i.bin"), QString("is not a regular file"));
         row("no directory", QByteArray("rm -r ../place"), QString("directory .* does not exist"));
         row("in the way", QByteArray("mkdir i.bin.loomwright-backup"), QString("is in the way"));
+        row("FIFO as lock", QByteArray("mkfifo i.bin.loomwright-lock"), QString("is in the way"));
         row("in the way, not ours", QByteArray("ln -s input.bin i.bin.loomwright-backup"),
             QString("is in the way"));
     }
@@ -206,9 +207,18 @@ private slots:
         QVERIFY(readFile(folder->filePath("other.bin")).contains("/other.bin\n"));
     }
 
+    void hostIsKilled_data()
+    {
+        QTest::addColumn<QByteArray>("older");
+        row("older image", QByteArray("old"));
+        row("no older image", QByteArray());
+    }
     void hostIsKilled()
     {
-        writeFile(image, "old");
+        QFETCH(QByteArray, older);
+        if (!older.isEmpty()) {
+            writeFile(image, older);
+        }
         stitcher("printf half > $image; " + deaf + "sleep 1000 & sleep 1000");
         QProcess host;
         startHost(&host, image);
@@ -217,9 +227,11 @@ private slots:
         QVERIFY(host.waitForFinished());
         QTRY_COMPARE(processesOf(mark()), QStringList());
 
-        QCOMPARE(build(stitcher("exit 1")).exitStatus, 1);
-        QCOMPARE(readFile(image), QByteArray("old"));
+        // What it left is not overwritten by what the next build leaves.
+        QCOMPARE(build(stitcher("printf more > $image; exit 1")).exitStatus, 1);
+        QCOMPARE(readFile(image), older);
         QCOMPARE(readFile(image + ".partial"), QByteArray("half"));
+        QCOMPARE(readFile(image + ".partial.2"), QByteArray("more"));
         QVERIFY(QDir(folder->filePath("tmp")).removeRecursively());
     }
 

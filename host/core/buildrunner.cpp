@@ -15,6 +15,7 @@
 #include <QAbstractItemModel>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cerrno>
@@ -62,7 +63,18 @@ BuildRunner::BuildRunner(PluginSession *pluginSession, QObject *parent)
 BuildRunner::~BuildRunner()
 {
     hasher.reset();
-    run.reset(); // Before the image comes back and the work directory goes.
+    run.reset(); // Before the older image is restored and the work directory removed.
+    removeWorkDirectory();
+}
+
+void BuildRunner::removeWorkDirectory()
+{
+    // A stitcher may have put a symlink in its place, whose target must not be emptied.
+    if (work && QFileInfo(work->path()).isSymLink()) {
+        work->setAutoRemove(false);
+        QFile::remove(work->path());
+    }
+    work.reset();
 }
 
 void BuildRunner::start(const BuildOptions &options)
@@ -278,6 +290,6 @@ void BuildRunner::conclude(const QString &reason)
     if (work && !work->autoRemove()) {
         result.workDirectory = work->path();
     }
-    work.reset();
+    removeWorkDirectory();
     emit finished(result);
 }

@@ -94,6 +94,7 @@ private:
     QString stitcherProblem() const;
     QString imageProblem() const;
     QString changedInput() const;
+    void removeWorkDirectory();
     void concludeSoon(const QString &reason);
     void conclude(const QString &reason);
 

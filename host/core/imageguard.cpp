@@ -27,7 +27,6 @@ int renameFile(const QString &file, const QString &target)
 ImageGuard::ImageGuard(const QString &imageFile)
     : image(imageFile)
     , backup(imageFile + QLatin1String(".loomwright-backup"))
-    , partial(imageFile + QLatin1String(".partial"))
 {
 }
 
@@ -78,6 +77,10 @@ QString ImageGuard::lockImage()
         return tr("The image's directory %1 does not exist.").arg(directory);
     }
     const QString file = image + QLatin1String(".loomwright-lock");
+    const FileState existing = FileState::ofLink(file);
+    if (existing.exists && !existing.isRegular()) {
+        return tr("%1 is in the way.").arg(file);
+    }
     lock = std::make_unique<QLockFile>(file);
     lock->setStaleLockTime(
         0); // However long a build takes, only the end of its host ends the lock.
@@ -111,6 +114,7 @@ QString ImageGuard::moveAside()
         if (!problem.isEmpty()) {
             return problem;
         }
+        keptPartial = partialFile();
         hasPartial = false;
     }
 
@@ -118,10 +122,38 @@ QString ImageGuard::moveAside()
     if (existing.exists && !existing.isRegular()) {
         return tr("The image %1 is not a regular file; symlinks are not followed.").arg(image);
     }
-    const int error = existing.exists ? renameFile(image, backup) : 0;
+    if (!existing.exists) {
+        return markAsNew();
+    }
+    const int error = renameFile(image, backup);
     return error == 0
         ? QString()
         : tr("The older image %1 cannot be moved aside: %2.").arg(image, qt_error_string(error));
+}
+
+/// Leaves an empty backup: when the host is killed, it shows that there was no older image, and that
+/// what is there is incomplete.
+QString ImageGuard::markAsNew()
+{
+    QFile marker(backup);
+    return marker.open(QIODevice::WriteOnly)
+        ? QString()
+        : tr("%1 cannot be created: %2.").arg(backup, marker.errorString());
+}
+
+/// A name for what was written: an older partial file is replaced, but not one that a killed host has
+/// left, nor anything that is not a regular file.
+QString ImageGuard::freePartialName() const
+{
+    const QString first = image + QLatin1String(".partial");
+    QString name = first;
+    for (int number = 2;; ++number) {
+        const FileState state = FileState::ofLink(name);
+        if (!state.exists || (state.isRegular() && name != keptPartial)) {
+            return name;
+        }
+        name = first + QLatin1Char('.') + QString::number(number);
+    }
 }
 
 /// Moves what a build wrote to the partial file and puts the older image back.
@@ -131,6 +163,7 @@ QString ImageGuard::restore()
     if (written.isRegular() && written.size == 0) {
         QFile::remove(image);
     } else if (written.exists) {
+        partial = freePartialName();
         const int error = renameFile(image, partial);
         if (error != 0) {
             return tr("What was written is still at %1, the older image at %2: %3.")
@@ -139,7 +172,12 @@ QString ImageGuard::restore()
         hasPartial = true;
     }
 
-    const int error = FileState::ofLink(backup).exists ? renameFile(backup, image) : 0;
+    const FileState older = FileState::ofLink(backup);
+    if (older.exists && older.size == 0) {
+        QFile::remove(backup);
+        return {};
+    }
+    const int error = older.exists ? renameFile(backup, image) : 0;
     return error == 0
         ? QString()
         : tr("The older image is still at %1: %2.").arg(backup, qt_error_string(error));

@@ -14,8 +14,8 @@ class QLockFile;
 
 /// Keeps an image safe while a build writes a new one in its place.
 ///
-/// The older image waits as IMAGE.loomwright-backup. When the host was killed, it is still there:
-/// the next guard of the same image puts it back first. IMAGE.loomwright-lock keeps a second build
+/// The older image waits as IMAGE.loomwright-backup, which is empty when there was none. When the host
+/// was killed, it is still there: the next guard of the same image restores it first. IMAGE.loomwright-lock keeps a second build
 /// of the image away; one that a killed host has left does not count.
 class ImageGuard
 {
@@ -44,10 +44,13 @@ private:
     QString lockImage();
     QString restore();
     QString moveAside();
+    QString markAsNew();
+    QString freePartialName() const;
 
     QString image;
     QString backup;
     QString partial;
+    QString keptPartial; ///< What a killed host has left, moved there by this guard.
     bool hasPartial = false;
     bool isProtecting = false;
     std::unique_ptr<QLockFile> lock;

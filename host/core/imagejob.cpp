@@ -333,7 +333,30 @@ QVector<FileCheck> ImageJob::checks() const
 
 QVector<Problem> ImageJob::problems() const
 {
-    return inputProblems + failedChecks + findingsFor(ingredients());
+    const QVector<Ingredient> all = ingredients();
+    QVector<Problem> result = inputProblems + failedChecks + findingsFor(all);
+    const Ingredient output = outputIngredient(all);
+    if (isInputFile(textOf(output.value))) {
+        Problem problem;
+        problem.kind = ProblemKind::Finding;
+        problem.text = tr("The image would replace a configuration or project that was loaded");
+        problem.ingredient = output.name;
+        problem.key = output.key;
+        problem.file = textOf(output.value);
+        problem.mustBeFixed = true;
+        result.append(problem);
+    }
+    return result;
+}
+
+/// Whether @p file is a configuration or project that was loaded, whatever the paths are.
+bool ImageJob::isInputFile(const QString &file) const
+{
+    const FileState state = FileState::of(file);
+    return state.exists
+        && std::any_of(inputFiles.begin(), inputFiles.end(), [&](const QString &each) {
+               return FileState::of(each).isSameFileAs(state);
+           });
 }
 
 bool ImageJob::isBlocked(bool withChecks) const
@@ -351,11 +374,7 @@ QString ImageJob::overwriteProblem(const QString &file) const
     if (input.valueIndex.isValid()) {
         return tr("%1 is the same file as the input \"%2\".").arg(file, input.name);
     }
-    const FileState state = FileState::of(path);
-    const bool isInput = std::any_of(inputFiles.begin(), inputFiles.end(), [&](const auto &each) {
-        return FileState::of(each).isSameFileAs(state);
-    });
-    return isInput ? tr("%1 is one of the inputs.").arg(file) : QString();
+    return isInputFile(path) ? tr("%1 is one of the inputs.").arg(file) : QString();
 }
 
 Project ImageJob::project() const

@@ -90,6 +90,7 @@ private:
     void noteChange(const QModelIndex &cell);
     void settle(const Ingredient &ingredient);
     void addMessages(const QStringList &messages, const Ingredient &ingredient);
+    bool isInputFile(const QString &file) const;
     Ingredient ingredientAt(const QModelIndex &cell) const;
 
     PluginSession *session;

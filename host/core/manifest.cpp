@@ -61,7 +61,8 @@ QVector<RecordedFile> recordedFiles(const Project &manifest)
 {
     QVector<RecordedFile> files;
     for (const ProjectEntry &entry : manifest.entries) {
-        if (!entry.sha256.isEmpty()) {
+        const bool isFile = entry.kind == ValueKind::File && !entry.value.isEmpty();
+        if (isFile && entry.value != manifest.build->imageFile) {
             files.append({entry.name, entry.key, entry.value, entry.size, entry.sha256});
         }
     }
@@ -79,7 +80,7 @@ QVector<Problem> differencesInValues(const Project &manifest,
         const ProjectEntry entry = entryFor(ingredient, manifest);
         const QString value = textOf(ingredient.value);
         const ValueKind kind = kindOf(ingredient.value);
-        if (isInputFile(ingredient) && !entry.sha256.isEmpty() && !value.isEmpty()) {
+        if (isInputFile(ingredient) && !entry.value.isEmpty() && !value.isEmpty()) {
             inputs->append({ingredient.name, ingredient.key, value, entry.size, entry.sha256});
         } else if ((isInputFile(ingredient) || kind == ValueKind::Choice || kind == ValueKind::Text)
                    && value != entry.value) {
@@ -102,6 +103,9 @@ QVector<Problem> differencesInFiles(const QVector<RecordedFile> &files,
         const FileHash &hash = hashes.at(i);
         if (!hash.error.isEmpty()) {
             problems.append(difference(file, hash.error, QString(), QString()));
+        } else if (file.sha256.isEmpty()) {
+            problems.append(
+                difference(file, tr("The manifest records no checksum"), QString(), QString()));
         } else if (hash.size != file.size) {
             problems.append(difference(file, tr("The size differs from the manifest"),
                                        sizeText(file.size), sizeText(hash.size)));

@@ -221,7 +221,7 @@ QString writeProject(const QString &file, const Project &project)
     const QByteArray content = QJsonDocument(projectToJson(project, info.absolutePath())).toJson();
     QSaveFile target(file);
     if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size()
-        || !target.commit()) {
+        || !target.flush() || !target.commit()) {
         return tr("%1 cannot be written: %2.").arg(file, target.errorString());
     }
     return {};

@@ -36,14 +36,14 @@ SignalWatch::SignalWatch(QObject *parent)
             emit received(lastSignal);
         }
     });
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         if (isIgnored(number)) {
             continue;
         }
         watchedSignals.append(number);
         struct sigaction action = {};
         action.sa_handler = noteSignal;
-        action.sa_flags = int(SA_RESETHAND) | SA_RESTART;
+        action.sa_flags = SA_RESTART;
         sigaction(number, &action, nullptr);
     }
 }

@@ -6,9 +6,10 @@
 #include <QObject>
 #include <QVector>
 
-/// Turns the signals that end a program (INT, TERM, HUP) into a Qt signal while it lives; there is one
-/// at a time. A second INT, TERM or HUP ends the program at once. A signal that is ignored, as under
-/// nohup, stays ignored.
+/// Turns the signals that end a program (INT, TERM, HUP, QUIT) into a Qt signal while it lives; there
+/// is one at a time. Further signals are reported as well and do not end the program: `timeout` and a
+/// closed terminal send two, and the image must be restored in any case. A signal that is ignored, as
+/// under nohup, stays ignored.
 class SignalWatch : public QObject
 {
     Q_OBJECT
@@ -22,7 +23,7 @@ public:
     static bool isIgnored(int signalNumber);
 
 signals:
-    /// @p signalNumber has arrived, for the first time.
+    /// @p signalNumber has arrived.
     void received(int signalNumber);
 
 private:

@@ -86,7 +86,13 @@ bool validate(CommandContext &context, const QString &file)
         return manager->validateXmlFile(file);
     }
     const QTemporaryDir directory;
-    return manager->validateXmlFile(standardInputFile(directory.path()));
+    const QString copy = standardInputFile(directory);
+    if (copy.isEmpty()) {
+        context.report.addFailure(
+            QStringLiteral("Standard input cannot be stored in a temporary file."));
+        return false;
+    }
+    return manager->validateXmlFile(copy);
 }
 
 } // namespace

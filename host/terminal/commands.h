@@ -10,6 +10,7 @@ struct CommandLine;
 struct FileHash;
 class ImageJob;
 class PluginSession;
+class QTemporaryDir;
 class Report;
 
 /// What a command works with. Those that need no plug-in get no session and no job.
@@ -49,5 +50,6 @@ void reportChecks(CommandContext &context);
 /// @return false when a signal interrupted it
 bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes);
 
-/// Copies standard input into a file of its own in @p directory and returns its path.
-QString standardInputFile(const QString &directory);
+/// Copies standard input into a file in @p directory and returns its path; empty when it could not be
+/// copied completely.
+QString standardInputFile(const QTemporaryDir &directory);

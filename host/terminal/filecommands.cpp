@@ -85,6 +85,11 @@ int writeConfig(CommandContext &context)
     Report &report = context.report;
     IIngredientManager *manager = context.session->ingredientManager();
     const QTemporaryDir directory;
+    if (!directory.isValid()) {
+        report.addFailure(QStringLiteral("No temporary directory can be created: %1.")
+                              .arg(directory.errorString()));
+        return Failed;
+    }
     const QString copy = directory.filePath(QStringLiteral("config.txt"));
     const QString chosen = context.commandLine.outputFile;
     const QString target = chosen.isEmpty() ? copy : QDir::current().absoluteFilePath(chosen);
@@ -149,10 +154,9 @@ int verifyManifest(CommandContext &context)
     }
     const QVector<Problem> differences = differencesInFiles(files, hashes);
     showDifferences(context, differences);
-    report.print(QStringLiteral("%1: %2 files compared, %3 differ")
-                     .arg(file)
-                     .arg(files.count())
-                     .arg(differences.count()));
+    report.print(
+        QStringLiteral("%1: %2 files compared, %3 differ")
+            .arg(file, QString::number(files.count()), QString::number(differences.count())));
     report.set("manifest", QDir::current().absoluteFilePath(file));
     report.set("compared", files.count());
     report.set("differences", differences.count());

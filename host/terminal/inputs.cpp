@@ -73,7 +73,12 @@ void loadConfig(CommandContext &context, const QString &file)
         return;
     }
     const QTemporaryDir directory;
-    context.job->loadConfig(standardInputFile(directory.path()));
+    const QString copy = standardInputFile(directory);
+    if (copy.isEmpty()) {
+        refuse(context, QStringLiteral("Standard input cannot be stored in a temporary file."));
+        return;
+    }
+    context.job->loadConfig(copy);
 }
 
 /// The plug-in's own errors were shown as they came.
@@ -171,12 +176,14 @@ bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash
     return finished;
 }
 
-QString standardInputFile(const QString &directory)
+QString standardInputFile(const QTemporaryDir &directory)
 {
     QFile input;
-    QFile copy(QDir(directory).filePath(QStringLiteral("standard-input")));
-    if (input.open(stdin, QIODevice::ReadOnly) && copy.open(QIODevice::WriteOnly)) {
-        copy.write(input.readAll());
+    QFile copy(directory.filePath(QStringLiteral("standard-input")));
+    if (!directory.isValid() || !input.open(stdin, QIODevice::ReadOnly)
+        || !copy.open(QIODevice::WriteOnly)) {
+        return {};
     }
-    return copy.fileName();
+    const QByteArray content = input.readAll();
+    return copy.write(content) == content.size() && copy.flush() ? copy.fileName() : QString();
 }
