@@ -153,6 +153,7 @@ private slots:
         row("image is a hard link to one", "-d drop build -o hard.bin");
         row("configuration", "-d drop -o soft.bin config");
         row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
+        row("image is the loaded one", "-c config.txt -d drop build --no-check -o config.txt");
         row("project", "-d drop -o in.bin project");
         row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
         row("manifest is the image", "-d drop --image i.bin build --no-check --manifest i.bin");

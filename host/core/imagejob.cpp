@@ -339,7 +339,8 @@ QVector<Problem> ImageJob::problems() const
     if (isInputFile(textOf(output.value))) {
         Problem problem;
         problem.kind = ProblemKind::Finding;
-        problem.text = tr("The image would replace a configuration or project that was loaded");
+        problem.text
+            = tr("The image is one of the inputs: a configuration or project that was loaded");
         problem.ingredient = output.name;
         problem.key = output.key;
         problem.file = textOf(output.value);
