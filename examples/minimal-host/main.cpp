@@ -13,7 +13,7 @@
 
 #include <sys/wait.h>
 
-/// Sets the path of the image, which is an ingredient like the files that go into it.
+/// Sets the path of the image, which is an ingredient like the input files.
 void setImage(QAbstractItemModel *ingredients, const QString &file)
 {
     const QModelIndexList names
@@ -48,11 +48,11 @@ int main(int argc, char **argv)
     setImage(manager->getIngredients(), image);
     if (plugin->getExecutionManager()->verifyInputs()) {
         plugin->getExecutionManager()->beginExecution();
-        // The end of the stitcher is not announced: then this process has no child any more.
+        // The plug-in does not report the end: the build has ended when no child is left.
         while (waitid(P_ALL, 0, nullptr, WEXITED | WNOHANG | WNOWAIT) == 0) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
-        QCoreApplication::processEvents(); // The last of the output.
+        QCoreApplication::processEvents(); // The last output.
     }
     plugin->registerStatusManager(nullptr);
     return QFile::exists(image) ? 0 : 1;

@@ -23,14 +23,14 @@
 
 namespace {
 
-/// How long after stop() the stitcher may take to go. The runner needs two seconds for one that
-/// ignores SIGTERM.
+/// How long to wait for the stitcher to end after stop(). The runner waits two seconds before it
+/// kills a stitcher that ignores SIGTERM.
 const int giveUpMs = 10000;
 
-/// The file in the work directory that the plug-in writes.
+/// The file that the plug-in writes into the work directory.
 const char configurationFile[] = "config.txt";
 
-/// Two texts of one or more sentences each, or none, as one.
+/// Joins two texts, each of which may be empty.
 QString joined(const QString &first, const QString &second)
 {
     return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char(' ') + second;
@@ -92,7 +92,7 @@ void BuildRunner::start(const BuildOptions &options)
     }
 }
 
-/// Moves an older image aside and makes the work directory. Returns why nothing can be built.
+/// Moves an older image aside and creates the work directory. Returns why the build cannot start.
 QString BuildRunner::prepare(const BuildOptions &options)
 {
     QAbstractItemModel *model = session->ingredientManager()->getIngredients();
@@ -193,7 +193,7 @@ void BuildRunner::finishStitcher()
     hasher->start({result.imageFile});
 }
 
-/// What is wrong with how the stitcher ended; empty when nothing is.
+/// Why the way the stitcher ended is a failure; empty when it succeeded.
 QString BuildRunner::stitcherProblem() const
 {
     if (!run->hasStarted()) {
@@ -221,7 +221,7 @@ QString BuildRunner::stitcherProblem() const
     return {};
 }
 
-/// What is wrong with the image; empty when nothing is.
+/// Why the image is invalid; empty when it is valid.
 QString BuildRunner::imageProblem() const
 {
     const FileState written = FileState::ofLink(result.imageFile);
@@ -237,7 +237,7 @@ QString BuildRunner::imageProblem() const
     return {};
 }
 
-/// Names an input file that is not what it was before the start; empty when all are.
+/// Names an input file that has changed since the start; empty when none has.
 QString BuildRunner::changedInput() const
 {
     for (const Input &input : inputs) {

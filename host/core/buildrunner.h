@@ -23,22 +23,22 @@ class QTemporaryDir;
 class StitcherRun;
 struct FileHash;
 
-/// What a build is to be run with.
+/// The parameters of a build.
 struct BuildOptions {
     QString stitcher;      ///< Absolute path of the stitcher, as locateStitcher() found it.
     int timeoutMs = 0;     ///< How long the stitcher may run, in milliseconds; 0 for forever.
-    bool keepWork = false; ///< Whether the work directory stays after the end.
+    bool keepWork = false; ///< Whether to keep the work directory.
 };
 
 /// How a build ended.
 struct BuildResult {
     bool isSuccess = false;   ///< Whether the image was built.
-    QString reason;           ///< Why it failed, in sentences; empty on success.
+    QString reason;           ///< Why it failed, in full sentences; empty on success.
     QString imageFile;        ///< Absolute path of the image.
     qint64 imageSize = 0;     ///< In bytes; 0 unless the build succeeded.
     QByteArray sha256;        ///< Of the image, in hexadecimal; empty unless the build succeeded.
-    QString partialFile;      ///< What a failed build wrote, moved there; empty when nothing.
-    QString workDirectory;    ///< Set when it was kept.
+    QString partialFile;      ///< What a failed build wrote, moved to this path; may be empty.
+    QString workDirectory;    ///< Empty unless it was kept.
     QString stitcher;         ///< Absolute path of the stitcher.
     int exitStatus = -1;      ///< The stitcher's; -1 when it did not exit by itself.
     int signalNumber = 0;     ///< The signal that ended the stitcher; 0 when none did.
@@ -48,12 +48,12 @@ struct BuildResult {
 
 Q_DECLARE_METATYPE(BuildResult)
 
-/// Runs one build to its end.
+/// Runs one build.
 ///
-/// A build succeeds when the stitcher has exited with status 0, has written the image, a regular
-/// file that is not empty, and no input file has changed meanwhile. An image that was there before
-/// is moved aside and comes back when the build fails; what the failed build wrote is then kept as
-/// IMAGE.partial. Every build has a work directory of its own.
+/// A build succeeds when the stitcher exits with status 0, the image is a regular file that is not
+/// empty and was written by this build, and no input file has changed meanwhile. An existing image
+/// is moved aside and restored when the build fails; what the failed build wrote is kept as
+/// IMAGE.partial. Every build has its own work directory.
 class BuildRunner : public QObject
 {
     Q_OBJECT
@@ -61,21 +61,21 @@ class BuildRunner : public QObject
 public:
     /// Builds with the plug-in of @p pluginSession, which must outlive this object.
     explicit BuildRunner(PluginSession *pluginSession, QObject *parent = nullptr);
-    /// Fails a build that still runs: terminates the stitcher with all that it has started, which
-    /// may take some seconds, and puts an older image back.
+    /// Fails a build that is still running: terminates the stitcher and everything it has started,
+    /// which may take some seconds, and restores the older image.
     ~BuildRunner() override;
 
-    /// Starts the stitcher; finished() follows, never before this call returns. One runner runs one
-    /// build.
+    /// Starts the stitcher. finished() follows, but never before this call returns. A runner runs
+    /// one build only.
     void start(const BuildOptions &options);
-    /// Terminates the stitcher with all that it has started; the build fails for @p reason. Stops
-    /// the hashing of a finished image as well, and that build fails like any other.
+    /// Terminates the stitcher and everything it has started; the build fails for @p reason. Also
+    /// stops the hashing of a finished image; that build fails too.
     void stop(const QString &reason);
 
 signals:
     /// The image is being hashed: @p done of @p total bytes.
     void hashing(qint64 done, qint64 total);
-    /// The build has ended. Nothing of the stitcher runs any more.
+    /// The build has ended. No process of the stitcher is left.
     void finished(const BuildResult &result);
 
 private:

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Each argument ends with a NUL byte, which none can hold.
+/// Each argument is followed by a NUL byte, which it cannot contain itself.
 const char recorderScript[] = "#!/bin/sh\nprintf '%s\\0' \"$@\" > \"$0.arguments\"\n";
 
 QString tr(const char *text)

@@ -4,7 +4,7 @@
 #pragma once
 
 /// @file
-/// What a build would start, without starting it.
+/// Shows what a build would start, without starting it.
 
 #include <QByteArray>
 #include <QString>
@@ -14,11 +14,11 @@ class PluginSession;
 
 /// What a build would start.
 struct CommandPreview {
-    QString problem;          ///< Why it is not known; empty when it is.
+    QString problem;          ///< Why it is unknown; empty when it is known.
     QStringList commandLine;  ///< The stitcher and its arguments.
     QByteArray configuration; ///< What the plug-in wrote for it.
 };
 
-/// Lets the plug-in of @p session begin a build in which a script that writes down its arguments
-/// stands in for @p stitcher. Runs an event loop until that has ended.
+/// Lets the plug-in of @p session begin a build in which a script that records its arguments
+/// replaces @p stitcher. Runs an event loop until the script has ended.
 CommandPreview previewCommand(PluginSession *session, const QString &stitcher);

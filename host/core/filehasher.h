@@ -13,15 +13,15 @@
 
 class QThread;
 
-/// What hashing one file brought.
+/// The result of hashing one file.
 struct FileHash {
     QString file;      ///< The path as it was given.
-    qint64 size = 0;   ///< The bytes that were read.
+    qint64 size = 0;   ///< Number of bytes read.
     QByteArray sha256; ///< In hexadecimal; empty on an error.
     QString error;     ///< Why there is no hash; empty when there is one.
 };
 
-/// Computes the SHA-256 of files in a thread of its own, so that the event loop goes on.
+/// Computes the SHA-256 of files in a thread, so that the event loop keeps running.
 class FileHasher : public QObject
 {
     Q_OBJECT
@@ -32,14 +32,14 @@ public:
     /// Cancels, and waits for the thread.
     ~FileHasher() override;
 
-    /// Hashes @p files; finished() follows, never before this call returns. Call it once. What is
-    /// not a regular file is an error, so that no FIFO or device is waited for.
+    /// Hashes @p files. finished() follows, but never before this call returns. Call it once.
+    /// Anything but a regular file is an error, so that no FIFO or device blocks the thread.
     void start(const QStringList &files);
-    /// Stops; finished() will not come.
+    /// Stops; finished() is not emitted.
     void cancel();
 
 signals:
-    /// @p done of @p total bytes; several times per second, for all files together.
+    /// @p done of @p total bytes of all files; emitted several times per second.
     void progress(qint64 done, qint64 total);
     /// One entry per file, in the order of start().
     void finished(const QList<FileHash> &hashes);
@@ -50,7 +50,7 @@ private:
 
     std::unique_ptr<QThread> thread;
     std::atomic<bool> cancelled{false};
-    QList<FileHash> hashes; ///< Belongs to the thread while it runs.
+    QList<FileHash> hashes; ///< Used by the thread alone while it runs.
     qint64 doneSize = 0;
     qint64 totalSize = 0;
 };

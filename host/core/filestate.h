@@ -7,25 +7,25 @@
 
 #include <sys/types.h>
 
-/// What the file system says about a path: equal states mean that nothing was written meanwhile.
+/// What the file system reports for a path: equal states mean that nothing was written in between.
 struct FileState {
-    bool exists = false; ///< Whether there is a file; all else is 0 when not.
+    bool exists = false; ///< Whether the file exists; if not, all else is 0.
     mode_t type = 0;     ///< S_IFREG, S_IFDIR and so on.
-    dev_t device = 0;    ///< Number of the file system.
-    ino_t inode = 0;     ///< Number within the file system.
-    uid_t owner = 0;     ///< The user's number.
+    dev_t device = 0;    ///< Device number of the file system.
+    ino_t inode = 0;     ///< Inode number.
+    uid_t owner = 0;     ///< User ID.
     qint64 size = 0;     ///< In bytes.
     qint64 modified = 0; ///< In nanoseconds.
     qint64 changed = 0;  ///< In nanoseconds.
 
-    /// The state of what @p file leads to, through symlinks.
+    /// The state of what @p file refers to, following symlinks.
     static FileState of(const QString &file);
     /// The state of @p file itself, which may be a symlink.
     static FileState ofLink(const QString &file);
 
     /// Whether it is a regular file.
     bool isRegular() const;
-    /// Whether both are one file, whatever the paths were.
+    /// Whether both are the same file, whatever their paths.
     bool isSameFileAs(const FileState &other) const;
     /// Whether all members are equal.
     bool operator==(const FileState &other) const;

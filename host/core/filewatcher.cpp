@@ -38,8 +38,8 @@ void FileWatcher::setFiles(const QStringList &files)
     watchPaths();
 }
 
-/// The directories are watched for files that do not exist yet or any more. The watcher forgets a
-/// file that is removed, also when another one takes its place.
+/// Watches the directories too, for files that do not exist yet or no longer exist.
+/// QFileSystemWatcher forgets a file that is removed, even when another one replaces it.
 void FileWatcher::watchPaths()
 {
     QSet<QString> wanted;

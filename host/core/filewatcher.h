@@ -11,7 +11,7 @@
 #include <QStringList>
 #include <QTimer>
 
-/// Reports changes of files on disk, also of files that appear, go or are replaced as a whole.
+/// Reports files that change, appear, disappear or are replaced on disk.
 class FileWatcher : public QObject
 {
     Q_OBJECT
@@ -21,12 +21,12 @@ public:
     explicit FileWatcher(QObject *parent = nullptr);
 
     /// Watches @p files, absolute paths, from their present state on. A file that was watched
-    /// before keeps the state that was reported last.
+    /// before keeps the state that was last reported.
     void setFiles(const QStringList &files);
 
 signals:
-    /// The files that differ from their last reported state; a fraction of a second after the
-    /// change, so that a file that is being written is not reported for each block.
+    /// The files that differ from their last reported state. Emitted a fraction of a second after
+    /// the change, so that a file that is being written is not reported for every block.
     void changed(const QStringList &files);
 
 private:

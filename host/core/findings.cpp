@@ -74,7 +74,7 @@ void findControlCharacters(const Ingredient &ingredient, QVector<Problem> *probl
     }
 }
 
-/// A file that does not exist is left to the plug-in's checks.
+/// A missing file is left to the plug-in's checks.
 void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
 {
     const QString file = textOf(ingredient.value);

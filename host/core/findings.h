@@ -12,20 +12,20 @@
 #include <QStringList>
 #include <QVector>
 
-/// What the host finds wrong with values that the plug-in's checks let pass: files that are no
-/// regular files, empty or unreadable ones, control characters, and an output that is an input.
+/// What the host finds wrong with values that pass the plug-in's checks: files that are not regular
+/// files, are empty or unreadable, control characters, and an output that is also an input.
 QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients);
 
-/// The input ingredient that names the same file as @p file, by device and inode; one with an
+/// The input ingredient that refers to the same file as @p file, by device and inode; one with an
 /// invalid index when there is none.
 Ingredient inputWithFile(const QVector<Ingredient> &ingredients, const QString &file);
 
-/// Whether a stitcher configuration cannot hold @p value so that reading it gives the same again.
+/// Whether writing @p value to a stitcher configuration and reading it again would change it.
 bool isChangedByConfiguration(const QString &value);
 
-/// What loading the configuration in @p file would not bring back, in a sentence for each value.
+/// What loading the configuration in @p file would not restore, one sentence per value.
 QStringList configurationRemarks(const QVector<Ingredient> &ingredients, const QString &file);
 
 /// Why nothing may have been found in @p directory: it does not exist, or its symlinks are skipped.
-/// Empty when there is nothing to say.
+/// Empty when neither applies.
 QString directoryRemark(const QString &directory);

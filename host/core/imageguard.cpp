@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Replaces what is at @p target. Returns 0 or the error number.
+/// Replaces @p target. Returns 0 or the error number.
 int renameFile(const QString &file, const QString &target)
 {
     const bool renamed
@@ -82,8 +82,8 @@ QString ImageGuard::lockImage()
         return tr("%1 is in the way.").arg(file);
     }
     lock = std::make_unique<QLockFile>(file);
-    lock->setStaleLockTime(
-        0); // However long a build takes, only the end of its host ends the lock.
+    // A build may take any time: the lock becomes stale only when its host has ended.
+    lock->setStaleLockTime(0);
     if (lock->tryLock(0)) {
         return {};
     }
@@ -104,7 +104,7 @@ QString ImageGuard::lockImage()
 
 QString ImageGuard::moveAside()
 {
-    // A host that was killed has left this. Only the user's own file may become the image.
+    // Left by a host that was killed. Only a file of this user may become the image.
     const FileState left = FileState::ofLink(backup);
     if (left.exists && !(left.isRegular() && left.owner == geteuid())) {
         return tr("%1 is in the way.").arg(backup);
@@ -156,7 +156,7 @@ QString ImageGuard::freePartialName() const
     }
 }
 
-/// Moves what a build wrote to the partial file and puts the older image back.
+/// Moves what a build wrote to the partial file and restores the older image.
 QString ImageGuard::restore()
 {
     const FileState written = FileState::ofLink(image);

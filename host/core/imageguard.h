@@ -12,19 +12,20 @@
 
 class QLockFile;
 
-/// Keeps an image safe while a build writes a new one in its place.
+/// Protects an image while a build writes a new one in its place.
 ///
-/// The older image waits as IMAGE.loomwright-backup, which is empty when there was none. When the host
-/// was killed, it is still there: the next guard of the same image restores it first. IMAGE.loomwright-lock keeps a second build
-/// of the image away; one that a killed host has left does not count.
+/// The older image is kept as IMAGE.loomwright-backup, which is empty when there was none. If the host
+/// is killed, the file remains, and the next guard of the same image restores it first.
+/// IMAGE.loomwright-lock prevents a second build of the same image; a lock left by a killed host is
+/// ignored.
 class ImageGuard
 {
     Q_DECLARE_TR_FUNCTIONS(ImageGuard)
 
 public:
-    /// Nothing is done before protect().
+    /// Does nothing before protect().
     explicit ImageGuard(const QString &imageFile);
-    /// Rejects what was neither accepted nor rejected.
+    /// Calls reject() unless accept() or reject() was called.
     ~ImageGuard();
     ImageGuard(const ImageGuard &) = delete;
     ImageGuard &operator=(const ImageGuard &) = delete;
@@ -32,12 +33,12 @@ public:
     /// Locks the image and moves an older one aside. Call it once.
     /// @return an empty text, or why the image cannot be built; nothing has been changed then
     QString protect();
-    /// The image is good: the older one is removed, the lock as well.
+    /// The image is good: removes the older one and the lock.
     void accept();
-    /// The build has failed: what it wrote is moved to IMAGE.partial, the older image is put back.
-    /// @return an empty text, or what could not be done
+    /// The build has failed: moves what it wrote to IMAGE.partial and restores the older image.
+    /// @return an empty text, or what failed
     QString reject();
-    /// Where reject() has put what the build wrote; empty when it wrote nothing.
+    /// Where reject() has moved what the build wrote; empty when it wrote nothing.
     QString partialFile() const;
 
 private:

@@ -31,8 +31,8 @@ bool isSame(const Ingredient &ingredient, const QString &name, const QString &ke
     return ingredient.name == name && ingredient.key == key;
 }
 
-/// What the plug-in says of two values for one key. The texts are fixed and the only place where
-/// the key can be had; the rest of such a message is "KEY = VALUE".
+/// The problem behind a message about two values for one key. The key is available nowhere else;
+/// the rest of such a message is "KEY = VALUE".
 Problem conflictOf(const QString &message)
 {
     for (const char *prefix :
@@ -50,7 +50,7 @@ Problem conflictOf(const QString &message)
     return {};
 }
 
-/// Messages about a line of a configuration, not about the value that is set next.
+/// Whether the message is about a line of a configuration, not about the value that is set next.
 bool isAboutConfigLine(const QString &message)
 {
     return message.startsWith(QLatin1String("Malformed config entry found: "));
@@ -100,7 +100,7 @@ ImageJob::ImageJob(PluginSession *pluginSession, QObject *parent)
     attach();
 }
 
-/// Connected after the plug-in's own receivers, so that the errors that a new value causes in the
+/// Connected after the plug-in's own slots, so that the errors that a new value causes in the
 /// plug-in arrive before noteChange().
 void ImageJob::attach()
 {
@@ -138,7 +138,7 @@ void ImageJob::noteError(const QString &message)
     }
     pendingErrors.append(message.trimmed());
     if (!isApplying) {
-        // Only an edit that is under way can have caused it; other errors concern no value.
+        // Only an edit in progress can have caused it; other errors concern no value.
         QTimer::singleShot(0, this, [this] { pendingErrors.clear(); });
     }
 }
@@ -150,7 +150,7 @@ void ImageJob::noteChange(const QModelIndex &cell)
         return;
     }
     settle(changed);
-    // Only such a value makes the plug-in do something whose errors are about that value.
+    // Only for such a value does the plug-in do work whose errors are about that value.
     if (changed.value.canConvert<FilePath>() && changed.value.value<FilePath>().broadcastChanges) {
         addMessages(pendingErrors, changed);
         pendingErrors.clear();
@@ -158,7 +158,7 @@ void ImageJob::noteChange(const QModelIndex &cell)
     emit problemsChanged();
 }
 
-/// Forgets what was wrong with the value that @p ingredient had.
+/// Forgets the problems of the value that @p ingredient had.
 void ImageJob::settle(const Ingredient &ingredient)
 {
     for (QVector<Problem> *list : {&inputProblems, &failedChecks}) {
@@ -195,8 +195,8 @@ bool ImageJob::refuse(const QString &text, const Ingredient &ingredient)
     return false;
 }
 
-/// Applies an input and keeps the errors that it brings.
-/// @param refusal what to say when the plug-in refuses it
+/// Applies an input and records the errors that it causes.
+/// @param refusal what to report when the plug-in refuses it
 bool ImageJob::apply(const QString &refusal, const std::function<bool()> &operation)
 {
     pendingErrors.clear();
@@ -265,7 +265,7 @@ bool ImageJob::setValue(const Ingredient &ingredient, const QString &text)
     QAbstractItemModel *model = session->ingredientManager()->getIngredients();
     QString problem;
     apply({}, [&] {
-        // A value that was there before settles what was wrong with it as well.
+        // Setting the same value again settles its problems too.
         settle(ingredient);
         problem = setIngredientValue(model, ingredient, text);
         return problem.isEmpty();
@@ -303,7 +303,7 @@ bool ImageJob::check()
     failedChecks.clear();
     const QVector<Ingredient> all = ingredients();
     const QAbstractItemModel &table = *session->executionManager()->getIngredientChecks();
-    // The table has names only, in the order of the tree; a name may occur twice there.
+    // The table only has names, in tree order, and a name may occur twice.
     int position = 0;
     for (int row = 0; row < table.rowCount(); ++row) {
         const QString name = table.index(row, CheckColumn::Ingredient).data().toString();

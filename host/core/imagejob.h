@@ -15,21 +15,21 @@
 
 class PluginSession;
 
-/// One row of the plug-in's check table, with what it is about.
+/// One row of the plug-in's check table, with the ingredient and file it is about.
 struct FileCheck {
     bool passed = false;      ///< Whether the check succeeded.
     QString details;          ///< What was found, in the plug-in's words.
     Ingredient ingredient;    ///< The one that was checked.
     QString file;             ///< The path that was checked.
-    qint64 expectedSize = -1; ///< In bytes; -1 when any size will do.
+    qint64 expectedSize = -1; ///< In bytes; -1 when any size is valid.
     qint64 actualSize = -1;   ///< In bytes; -1 when there is no such regular file.
 };
 
-/// The image that a user prepares with a plug-in: its inputs, what is wrong with them, and so what
-/// blocks a build.
+/// The image that a user prepares with a plug-in: its inputs, their problems, and so what blocks a
+/// build.
 ///
-/// Values may also be edited in the model directly. An error that belongs to an ingredient goes
-/// away when that ingredient gets another value; so does a failed check of it.
+/// Values may also be edited in the model directly. An error or failed check of an ingredient is
+/// dropped when the ingredient gets another value.
 class ImageJob : public QObject
 {
     Q_OBJECT
@@ -42,8 +42,8 @@ public:
     /// @name Inputs
     /// @{
 
-    /// Each of these applies one input; a relative path is taken against the current directory.
-    /// False when the input was refused: problems() says why, and nothing but it has changed.
+    /// Each of these applies one input; a relative path is resolved against the current directory.
+    /// False when the input was refused: problems() says why, and nothing else has changed.
     bool loadConfig(const QString &file);
     bool fillFromDirectory(const QString &directory);
     bool addFile(const QString &file);
@@ -60,18 +60,18 @@ public:
     /// Forgets the problems that belong to no ingredient, for a host in which the user tries again.
     void forgetInputProblems();
 
-    /// Runs the plug-in's checks; true when every one passed.
+    /// Runs the plug-in's checks; true when all passed.
     bool check();
     /// The results of the last check().
     QVector<FileCheck> checks() const;
 
-    /// All that is wrong now: with the inputs, with the values that failed in the last check(), and
-    /// what the host finds in the values by itself. It asks the file system.
+    /// All current problems: with the inputs, with the values that failed in the last check(), and
+    /// what the host itself finds wrong with the values. Accesses the file system.
     QVector<Problem> problems() const;
-    /// Whether a build is refused; without checks only by what must be fixed.
+    /// Whether a build is refused; without checks, only by problems that must be fixed.
     bool isBlocked(bool withChecks) const;
 
-    /// Why @p file must not be written: it is one of the inputs. Empty when it is none.
+    /// Why @p file must not be written: it is one of the inputs. Empty when it is not.
     QString overwriteProblem(const QString &file) const;
     /// The current values, for a project file.
     Project project() const;
@@ -98,7 +98,7 @@ private:
     QVector<FileCheck> lastChecks;
     QVector<Problem> failedChecks;
     QStringList inputFiles;
-    /// Errors of the plug-in that nothing has claimed yet.
+    /// Errors of the plug-in that have not been assigned to a value yet.
     QStringList pendingErrors;
     QVector<Problem> pendingConflicts;
     bool isApplying = false;

@@ -20,10 +20,10 @@
 
 namespace {
 
-/// More errors of one ingredient help nobody; the log has them.
+/// The log has the rest.
 const int maxProblemsPerIngredient = 50;
 
-/// What the plug-in reports when a signal has ended the stitcher.
+/// What the plug-in reports when a signal ended the stitcher.
 const char crashMessage[] = "The process crashed some time after starting successfully.";
 
 QString idOf(const QString &name, const QString &key)
@@ -36,8 +36,8 @@ QString absolutePath(const QString &path)
     return QDir::current().absoluteFilePath(path);
 }
 
-/// The problems to show: a file that is not there has no wrong size besides, and what exceeds the
-/// bound is left out.
+/// The problems to show: for a missing file only that it is missing, not its size too, and of each
+/// ingredient at most maxProblemsPerIngredient.
 QVector<Problem> condensed(const QVector<Problem> &problems)
 {
     QHash<QString, int> counts;
@@ -105,7 +105,7 @@ bool ImageSession::loadPlugin(const QStringList &candidates)
             checkTimer.start();
         }
     });
-    // The plug-in proposes an image in the documents folder, which a new account does not have yet.
+    // The plug-in proposes an image in the documents folder, which a new account may not have yet.
     QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     savedValues = values();
     emit pluginChanged();
@@ -149,7 +149,7 @@ QString ImageSession::pluginFile() const
     return session ? session->fileName() : QString();
 }
 
-/// Runs an operation that changes values for the user.
+/// Runs an operation by which the user changes values.
 void ImageSession::change(const QString &text, const std::function<void()> &operation)
 {
     if (!isLoaded() || isBuilding()) {
@@ -172,7 +172,7 @@ void ImageSession::change(const QString &text, const std::function<void()> &oper
 }
 
 /// Runs an operation that may make the plug-in load a data file.
-/// @param dataFile whether the present data file is loaded again when the operation sets none
+/// @param dataFile whether to load the present data file again when the operation sets none
 void ImageSession::inFreshPlugin(DataFile dataFile, const std::function<bool()> &operation)
 {
     const QVector<Ingredient> before = ingredients();
@@ -192,8 +192,8 @@ void ImageSession::inFreshPlugin(DataFile dataFile, const std::function<bool()> 
     }
 }
 
-/// Replaces the root object by a fresh one with the same values, but for the data file. Does nothing
-/// while no data file has been loaded.
+/// Replaces the root object by a new one with the same values, except for the data file. Does
+/// nothing if no data file has been loaded.
 bool ImageSession::renewPlugin()
 {
     if (!session->ingredientManager()->dataLoaded()) {
@@ -298,7 +298,8 @@ void ImageSession::keepChosenCandidates(const Project &before)
     }
 }
 
-/// A candidate that was not taken is reported with the ingredient whose value is another file.
+/// A candidate that was not chosen is reported as a problem whose file is not the ingredient's
+/// value.
 void ImageSession::collectCandidates()
 {
     const QVector<Ingredient> all = ingredients();
@@ -371,7 +372,7 @@ bool ImageSession::openProject(const QString &file)
         candidateFiles.clear();
         directories.clear();
         latestBuild.reset();
-        // A project written over a manifest would lose the record of the build.
+        // Saving a project over a manifest would lose the record of the build.
         projectPath = project.build ? QString() : path;
         savedValues = values();
         emit projectOpened();
@@ -388,7 +389,7 @@ bool ImageSession::saveProject(const QString &file)
     const QString path = absolutePath(file);
     QString problem = job->overwriteProblem(path);
     if (!problem.isEmpty() && path == projectPath) {
-        problem.clear(); // What was opened may be saved.
+        problem.clear(); // A file that was opened as a project may be overwritten.
     }
     if (problem.isEmpty()) {
         problem = writeProject(path, values());
@@ -490,7 +491,7 @@ void ImageSession::check()
     emit changed();
 }
 
-/// Shows once what belongs to no ingredient, so that no build asks about it again.
+/// Shows problems that belong to no ingredient once, so that no build asks about them again.
 void ImageSession::reportRefusals()
 {
     QStringList texts;
@@ -567,7 +568,7 @@ void ImageSession::finishBuild(const BuildResult &result)
 
 void ImageSession::relayError(const QString &message)
 {
-    // To the plug-in, a stitcher that was stopped has crashed.
+    // The plug-in reports a stitcher that was stopped as crashed.
     if (!isBuilding() || !wasStopped || message != QLatin1String(crashMessage)) {
         emit errorMessage(message);
     }

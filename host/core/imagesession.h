@@ -23,12 +23,12 @@ class ILoomwrightPlugin;
 class ImageJob;
 class PluginSession;
 
-/// What a window works on: a plug-in with the values of an image, what is wrong with them, the
-/// project file that they are kept in, and the builds.
+/// The state of a window: a plug-in with the values of an image, their problems, the project file
+/// that they are saved in, and the builds.
 ///
-/// Everything is checked again after every change, also of a file on disk. The plug-in verifies
-/// again what it has verified before whenever it loads a data file, so such a file is loaded into a
-/// fresh root object, which takes over the other values.
+/// Everything is checked again after every change, including changes of files on disk. Whenever the
+/// plug-in loads a data file, it verifies the earlier ones again. So a data file is loaded into a
+/// new root object, which is given the other values.
 ///
 /// Without a plug-in, and while a build runs, the operations that change values do nothing.
 class ImageSession : public QObject
@@ -36,14 +36,14 @@ class ImageSession : public QObject
     Q_OBJECT
 
 public:
-    /// A session without a plug-in; see loadPlugin().
+    /// Creates a session without a plug-in; see loadPlugin().
     explicit ImageSession(QObject *parent = nullptr);
     ~ImageSession() override;
 
-    /// Loads the first of @p candidates that exists, in place of the current plug-in. On failure
-    /// that one stays, and pluginProblem() says why.
+    /// Loads the first of @p candidates that exists, replacing the current plug-in. On failure the
+    /// current one stays, and pluginProblem() says why.
     bool loadPlugin(const QStringList &candidates);
-    /// Why there is no plug-in or the last one could not be loaded.
+    /// Why there is no plug-in, or why the last one could not be loaded.
     QString pluginProblem() const;
     /// Whether there is a plug-in.
     bool isLoaded() const;
@@ -53,39 +53,39 @@ public:
     /// The file of the plug-in.
     QString pluginFile() const;
 
-    /// Takes directories, files, configurations and project files in, each as what it is.
+    /// Opens directories, files, configurations and project files, each by its kind.
     void open(const QStringList &paths);
     /// Fills ingredients again from the directories that were opened last; values that were chosen
     /// among several candidates stay.
     void rescan();
-    /// Sets one value, a path taken against the current directory. An empty text clears it.
+    /// Sets one value; a path is resolved against the current directory. An empty text clears it.
     void setValue(const QString &name, const QString &key, const QString &text);
-    /// Sets all values back to what they were, for undo and redo; valuesChanged() is not emitted.
+    /// Restores earlier values, for undo and redo; valuesChanged() is not emitted.
     void restore(const Project &values);
 
-    /// Puts the values of @p file in the place of the present ones. A manifest is taken as well, but
-    /// is no project file to be saved.
+    /// Replaces the values with those of @p file. A manifest can be opened too, but does not become
+    /// the project file.
     bool openProject(const QString &file);
-    /// Writes the values; problems are reported by noticed().
+    /// Writes the values to a project file; noticed() reports problems.
     bool saveProject(const QString &file);
-    /// Writes a stitcher configuration and reports what it does not hold by noticed().
+    /// Writes a stitcher configuration and reports through noticed() which values it cannot hold.
     bool saveConfiguration(const QString &file);
     /// The project file that was opened or saved last; empty when there is none.
     QString projectFile() const;
-    /// Whether the values differ from those of the project file, or from the plug-in's own.
+    /// Whether the values differ from those of the project file or, without one, from the defaults.
     bool isModified() const;
 
     /// The current values.
     Project values() const;
     /// All ingredients in tree order; empty without a plug-in.
     QVector<Ingredient> ingredients() const;
-    /// All that is wrong, as of the last check; of an ingredient with very many errors the first.
+    /// All problems as of the last check; for an ingredient with very many errors, only the first.
     QVector<Problem> problems() const;
-    /// The files that may be the value of an ingredient, when several were found; else empty.
+    /// The files to choose from when several were found for an ingredient; else empty.
     QStringList candidates(const QString &name, const QString &key) const;
-    /// Checks at once, where a changed value would be checked as soon as the event loop runs.
+    /// Checks at once; a changed value is otherwise checked when the event loop runs.
     void check();
-    /// Puts off what would replace the ingredients' model while a value is being edited.
+    /// Postpones whatever would replace the ingredient model while a value is being edited.
     void setEditing(bool newEditing);
 
     /// Starts a build; buildFinished() follows.
@@ -94,7 +94,7 @@ public:
     void stopBuild();
     /// Whether a build is running.
     bool isBuilding() const;
-    /// Whether the last build was ended by stopBuild().
+    /// Whether the last build was stopped by stopBuild().
     bool isStopped() const;
     /// How the image compares to the current values and files.
     BuildState buildState() const;
@@ -108,20 +108,20 @@ signals:
     void statusMessage(const QString &message);
     /// An error of the plug-in, or the stitcher's standard error.
     void errorMessage(const QString &message);
-    /// A data file was loaded: the data views are new.
+    /// A data file was loaded: the data views have been replaced.
     void dataFileChanged();
-    /// Everything that was got from plugin() becomes invalid.
+    /// Everything obtained from plugin() is about to become invalid.
     void pluginAboutToChange();
     /// plugin() returns a new object, or null.
     void pluginChanged();
 
-    /// A longer operation begins or has ended.
+    /// A longer operation has started or ended.
     void busyChanged(bool isBusy);
-    /// Something that belongs to no ingredient and is to be shown once.
+    /// A text that belongs to no ingredient and should be shown once.
     void noticed(const QString &text);
-    /// The user has changed values by what @p text names.
+    /// The user has changed values; @p text names the change.
     void valuesChanged(const QString &text, const Project &before, const Project &after);
-    /// Another project was opened, or another plug-in loaded: the values before are gone.
+    /// Another project was opened or another plug-in loaded; the earlier values are gone.
     void projectOpened();
     /// projectFile() or isModified() may have changed.
     void projectChanged();
@@ -132,7 +132,7 @@ signals:
     void buildStarted();
     /// The image is being hashed: @p done of @p total bytes.
     void hashing(qint64 done, qint64 total);
-    /// The build has ended as @p result says.
+    /// The build has ended with @p result.
     void buildFinished(const BuildResult &result);
 
 private:

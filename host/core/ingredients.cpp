@@ -20,7 +20,7 @@ QString tr(const char *text)
     return QCoreApplication::translate("Ingredients", text);
 }
 
-/// The column with @p header, or -1.
+/// The column with the header @p header, or -1.
 int columnNamed(const QAbstractItemModel &model, const QString &header)
 {
     for (int column = 0; column < model.columnCount(); ++column) {

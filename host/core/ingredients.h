@@ -13,7 +13,7 @@
 
 class QAbstractItemModel;
 
-/// One row of the ingredient tree, as a host reads it.
+/// One row of the ingredient tree.
 struct Ingredient {
     QString group;          ///< Display name of its group.
     QString name;           ///< Display name.
@@ -30,10 +30,10 @@ enum class ValueKind { File, Choice, Text, Other };
 ValueKind kindOf(const QVariant &value);
 /// The kind as reports and project files name it: "file", "choice", "text" or "other".
 QString kindName(ValueKind kind);
-/// The value in one line: the path, the picked entry or the text; empty for any other kind.
+/// The value in one line: the path, the chosen entry or the text; empty for any other kind.
 QString textOf(const QVariant &value);
 
-/// What @p value must be, in words: "input file, required, 31120 bytes", or the choices there are.
+/// What @p value must be, in words: "input file, required, 31120 bytes", or the list of choices.
 QString demandOf(const QVariant &value);
 /// A size in bytes, with the unit.
 QString sizeText(qint64 size);
@@ -41,12 +41,13 @@ QString sizeText(qint64 size);
 /// All ingredients in tree order, with the columns found by their headers.
 QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model);
 
-/// The ingredient that the build writes; one with an invalid index when there is none.
+/// The ingredient that a build writes; one with an invalid index when there is none.
 Ingredient outputIngredient(const QAbstractItemModel &model);
 /// The same among @p ingredients.
 Ingredient outputIngredient(const QVector<Ingredient> &ingredients);
 
-/// The ingredient with that display name or else key; one with an invalid index when there is none.
+/// The ingredient with that display name or, if none has it, that key; one with an invalid index
+/// when there is none.
 Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey);
 
 /// The ingredient with that display name and key; one with an invalid index when there is none.
@@ -56,12 +57,12 @@ Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString 
 /// Whether the plug-in loads a file as soon as it becomes the value of @p ingredient.
 bool isDataFile(const Ingredient &ingredient);
 
-/// The value that @p text gives in the place of @p current, a path taken as it is.
-/// @return an empty text, or why there is none
+/// Converts @p text to a value of the kind of @p current; a path is used as it is.
+/// @return an empty text, or why there is no such value
 QString valueFromText(const QString &text, const QVariant &current, QVariant *value);
 
-/// Sets one ingredient, found by display name or else by key. A relative path is taken against the
-/// current directory, since the stitcher runs in another one.
+/// Sets one ingredient, found by display name or else by key. A relative path is resolved against
+/// the current directory, since the stitcher runs in another one.
 /// @return an empty text, or why nothing was set
 QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey,
                            const QString &text);

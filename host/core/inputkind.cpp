@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Enough for the white space that may stand before a JSON object.
+/// Leaves room for white space before a JSON object.
 const int startLength = 256;
 
 bool isJsonObject(const QString &fileName)

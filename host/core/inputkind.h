@@ -5,12 +5,12 @@
 
 #include <QString>
 
-/// What a path that the user opens or drops is taken for.
+/// How a path that the user opens or drops is treated.
 enum class InputKind {
     Directory,     ///< Fills ingredients from its files.
     Project,       ///< A project file or a manifest: its content is a JSON object.
     Configuration, ///< A stitcher configuration: its name ends in ".txt".
-    File           ///< Fills the ingredient that its name fits.
+    File           ///< Fills the ingredient that its name matches.
 };
 
 /// Reads the start of @p file if it is a regular file.

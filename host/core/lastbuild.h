@@ -13,28 +13,28 @@
 enum class BuildState {
     NotBuilt, ///< Nothing was built since the program or the project was opened.
     Running,
-    Current,  ///< The image was built from the values and files as they are.
+    Current,  ///< Values and files are still those that the image was built from.
     Outdated, ///< The image was built, but a value or a file has changed since.
     Failed    ///< The last build failed or was stopped.
 };
 
-/// What the last build was made from, to tell whether its image is still that of the values.
+/// What the last build was made from, to find out whether its image is still up to date.
 class LastBuild
 {
 public:
-    /// Notes @p values and the states of the @p inputFiles, just before the build starts.
+    /// Records @p values and the states of the @p inputFiles, just before the build starts.
     void start(const Project &values, const QStringList &inputFiles);
-    /// Notes how it ended; the time between start() and finish() counts as running.
+    /// Records how the build ended; it counts as running between start() and finish().
     void finish(const BuildResult &newResult);
     /// Forgets the build.
     void reset();
 
-    /// How the image compares to @p values and to the files as they are now.
+    /// How the image compares to @p values and to the current files.
     BuildState state(const Project &values) const;
     /// Whether @p inputFile has changed since the image was built. For an image of an earlier
-    /// session its time of modification decides.
+    /// session, the modification times are compared.
     bool isNewerThanImage(const QString &inputFile, const QString &imageFile) const;
-    /// How it ended; only of use when there was one.
+    /// How the build ended; only meaningful after a build.
     const BuildResult &result() const;
     /// What it was made from.
     const Project &values() const;

@@ -16,7 +16,7 @@
 
 struct FileHash;
 
-/// A file with what a manifest records of it.
+/// A file and what a manifest records about it.
 struct RecordedFile {
     QString ingredient; ///< Display name of the ingredient.
     QString key;        ///< The ingredient's key; empty for the image.
@@ -25,25 +25,24 @@ struct RecordedFile {
     QByteArray sha256;  ///< In hexadecimal.
 };
 
-/// The image and all inputs that @p manifest, which has a build, records.
+/// The image and all inputs recorded in @p manifest, which must have a build.
 QVector<RecordedFile> recordedFiles(const Project &manifest);
 
-/// What differs from @p manifest in @p ingredients without looking into files: other texts and
-/// choices, inputs more or fewer. The inputs that remain to be compared go into @p inputs, each with
-/// the path that it has now. The image's path may differ.
+/// How @p ingredients differ from @p manifest as far as can be seen without reading files:
+/// different texts and choices, added or missing inputs. The inputs that remain to be compared are
+/// stored in @p inputs, with their current paths. The image's path may differ.
 QVector<Problem> differencesInValues(const Project &manifest,
                                      const QVector<Ingredient> &ingredients,
                                      QVector<RecordedFile> *inputs);
 
-/// The files that are not as recorded. @p hashes holds one entry per file, in the same order.
+/// The files that differ from the record. @p hashes holds one entry per file, in the same order.
 QVector<Problem> differencesInFiles(const QVector<RecordedFile> &files,
                                     const QList<FileHash> &hashes);
 
 /// The paths of @p files, in their order.
 QStringList pathsOf(const QVector<RecordedFile> &files);
 
-/// The paths of all input files that @p project names, and in the same order the entries that
-/// setInputHashes() completes.
+/// The paths of all input files in @p project; setInputHashes() stores their hashes.
 QStringList inputPaths(const Project &project, const QVector<Ingredient> &ingredients);
-/// Writes size and SHA-256 into the entries whose paths are in @p hashes.
+/// Stores size and SHA-256 in the entries whose paths are in @p hashes.
 void setInputHashes(Project *project, const QList<FileHash> &hashes);

@@ -43,7 +43,7 @@ void ManifestWriter::start(const LastBuild &lastBuild, const QString &pluginVers
     hasher->start(QStringList(build.inputStates().keys()) << build.result().stitcher);
 }
 
-/// Names an input that is not what the image was built from; empty when all are.
+/// Names an input that has changed since the image was built; empty when none has.
 QString ManifestWriter::changedInput() const
 {
     const QHash<QString, FileState> &states = build.inputStates();

@@ -12,8 +12,7 @@
 class FileHasher;
 struct FileHash;
 
-/// Writes the manifest of a build that has succeeded, after it has hashed the inputs in the
-/// background.
+/// Hashes the inputs of a successful build in the background, then writes its manifest.
 class ManifestWriter : public QObject
 {
     Q_OBJECT
@@ -21,17 +20,17 @@ class ManifestWriter : public QObject
 public:
     /// Does nothing before start().
     explicit ManifestWriter(QObject *parent = nullptr);
-    /// Cancels; no manifest is written then.
+    /// Cancels; no manifest is written.
     ~ManifestWriter() override;
 
     /// Hashes the inputs and writes the manifest; finished() follows. Call it once.
-    /// @param lastBuild a build that has succeeded; its inputs must not have changed since
+    /// @param lastBuild a successful build; its inputs must not have changed since
     /// @param pluginVersion as the plug-in reports it
     /// @param file path of the manifest
     void start(const LastBuild &lastBuild, const QString &pluginVersion, const QString &file);
 
 signals:
-    /// @p problem is empty when the manifest has been written.
+    /// @p problem is empty on success.
     void finished(const QString &problem);
 
 private:
@@ -44,6 +43,6 @@ private:
     QString manifestFile;
 };
 
-/// What a manifest records of @p result, with the versions and the time; the stitcher's hash is left
-/// to the caller.
+/// What a manifest records of @p result, with the versions and the time; the caller adds the
+/// stitcher's hash.
 BuildRecord buildRecordOf(const BuildResult &result, const QString &pluginVersion);

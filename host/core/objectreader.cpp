@@ -10,7 +10,7 @@
 namespace {
 
 const int sha256Length = 64;
-/// Up to here a number in JSON is exact.
+/// JSON numbers are exact up to here.
 const double maxExactNumber = 9007199254740992.0;
 
 bool isHexDigit(QChar character)

@@ -10,8 +10,8 @@
 
 #include <vector>
 
-/// Reads the members of a JSON object strictly: a member that is missing, has another type or is
-/// unknown is a problem. The first problem of all readers that share one is kept.
+/// Reads the members of a JSON object strictly: a missing or unknown member, or one of another
+/// type, is a problem. Of all readers that share a problem, the first to report one wins.
 class ObjectReader
 {
     Q_DECLARE_TR_FUNCTIONS(ObjectReader)
@@ -20,7 +20,8 @@ public:
     /// Reads @p source.
     ///
     /// @param source the object
-    /// @param placePath where @p source stands in the document, for the problem; empty at the top
+    /// @param placePath the position of @p source in the document, for the problem; empty at the
+    /// top
     /// @param sharedProblem receives the first problem; must outlive all readers that share it
     ObjectReader(const QJsonObject &source, const QString &placePath, QString *sharedProblem);
 
@@ -37,9 +38,9 @@ public:
     /// A reader for each object of an array; none on a problem.
     std::vector<ObjectReader> children(const QString &name);
 
-    /// Call it when all members have been read: any other one is a problem.
+    /// Call it when all members have been read: any other member is a problem.
     void refuseUnknown();
-    /// Reports a problem that the caller has found, with the place of this object.
+    /// Reports a problem found by the caller, with the position of this object.
     void fail(const QString &text);
 
 private:

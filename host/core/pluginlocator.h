@@ -8,15 +8,16 @@
 
 #include <QStringList>
 
-/// The files that may be the plug-in, in the order in which they are tried.
+/// The files that may be the plug-in, in search order.
 ///
-/// @param chosenFile a file that the user named; when it is not empty, it is the only candidate.
-/// Otherwise the candidate is what the environment variable LOOMWRIGHT_PLUGIN names; without that,
-/// the library beside the program (a build directory), then the one in the install directory.
+/// @param chosenFile a file named by the user. If it is not empty, it is the only candidate.
+/// Otherwise the candidate is the file named by the environment variable LOOMWRIGHT_PLUGIN; without
+/// that, the library beside the program (a build directory), then the one in the install directory.
 QStringList pluginCandidates(const QString &chosenFile);
 
-/// The plug-ins in the plug-in directory, as absolute paths in alphabetical order, each library once.
-///
-/// The directory is that of the file that @p chosenFile or LOOMWRIGHT_PLUGIN names; without both, the
+/// The plug-ins in the plug-in directory, as absolute paths in alphabetical order, each library
+/// once.
+/// The directory is that of the file named by @p chosenFile or LOOMWRIGHT_PLUGIN; without both,
+/// those of the program and the installation.
 /// program's and the install directory.
 QStringList installedPlugins(const QString &chosenFile);

@@ -14,7 +14,7 @@
 namespace {
 
 const QByteArray elfMagic("\177ELF");
-/// Qt 4 looks for this text in a plug-in's file.
+/// Qt 4 searches plug-in files for this text.
 const QByteArray qt4PluginPattern("pattern=QT_PLUGIN_VERIFICATION_DATA");
 
 } // namespace
@@ -60,8 +60,8 @@ bool PluginSession::checkFile(const QString &file)
     }
 
     loader.setFileName(QFileInfo(file).absoluteFilePath());
-    // The types of the cells' values point into the library, so it must stay in memory for as long
-    // as a value of such a type may live.
+    // The types of the cells' values point into the library, so it must stay in memory as long as a
+    // value of such a type may exist.
     loader.setLoadHints(QLibrary::PreventUnloadHint);
     if (loader.metaData().isEmpty()) {
         if (content.contains(qt4PluginPattern)) {
@@ -94,7 +94,7 @@ bool PluginSession::instantiate()
 
 bool PluginSession::reload()
 {
-    // The greeting has been heard.
+    // load() has already reported the greeting.
     const QSignalBlocker quiet(&relay);
     loadedPlugin = nullptr;
     delete loader.instance();
@@ -105,7 +105,7 @@ bool PluginSession::reload()
     return true;
 }
 
-/// Takes the root object that the library offers, a new one if the last was deleted.
+/// Gets the root object of the library, a new one if the last was deleted.
 bool PluginSession::adoptRoot()
 {
     const QString file = loader.fileName();

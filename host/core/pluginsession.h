@@ -12,7 +12,7 @@ class IExecutionManager;
 class IIngredientManager;
 class ILoomwrightPlugin;
 
-/// A loaded plug-in with the relay through which it reports, as a host holds it.
+/// A loaded plug-in and the relay through which it reports.
 ///
 /// Connect to statusManager() before load() to receive the plug-in's greeting.
 class PluginSession : public QObject
@@ -22,14 +22,14 @@ class PluginSession : public QObject
 public:
     /// Creates a session without a plug-in.
     explicit PluginSession(QObject *parent = nullptr);
-    /// Ends the plug-in; a stitcher that still runs is killed by it.
+    /// Deletes the plug-in, which kills a stitcher that is still running.
     ~PluginSession() override;
 
     /// Loads the first of @p candidates that exists and registers the relay with it. On failure
-    /// returns false and says why in problem().
+    /// returns false, and problem() says why.
     bool load(const QStringList &candidates);
-    /// Deletes the plug-in's root object and asks the library for a new one, whose values and data
-    /// are fresh; everything that was got from the plug-in before becomes invalid. False, with a
+    /// Deletes the plug-in's root object and gets a new one from the library, with default values
+    /// and no data; everything obtained from the plug-in before becomes invalid. False, with a
     /// problem(), when there is none.
     bool reload();
     /// Why load() or reload() failed, in a sentence for the user.

@@ -215,7 +215,7 @@ QString writeProject(const QString &file, const Project &project)
 {
     const QFileInfo info(file);
     if (info.exists() && !info.isFile()) {
-        // Replacing it would take a device away from others.
+        // Replacing it would remove a device that others use.
         return tr("%1 is not a regular file.").arg(file);
     }
     const QByteArray content = QJsonDocument(projectToJson(project, info.absolutePath())).toJson();

@@ -36,39 +36,39 @@ struct BuildRecord {
     QString stitcherFile;       ///< Absolute path.
     QByteArray stitcherSha256;  ///< In hexadecimal.
     int stitcherExitStatus = 0; ///< 0, since a failed build has no record.
-    QString hostVersion;        ///< Of the program that built.
+    QString hostVersion;        ///< Of the program that built the image.
     QString pluginVersion;      ///< As the plug-in reports it.
-    QString qtVersion;          ///< Of the Qt that ran.
-    QString time;               ///< In UTC, as in ISO 8601.
+    QString qtVersion;          ///< Of the Qt used at run time.
+    QString time;               ///< In UTC, in ISO 8601.
 };
 
-/// The values of all ingredients of a target; with the record of a build it is a manifest.
+/// The values of all ingredients of a target; with a build record, a manifest.
 struct Project {
     QString target;                   ///< Display name of the target.
     QList<ProjectEntry> entries;      ///< In tree order.
     std::optional<BuildRecord> build; ///< In a manifest only.
 
-    /// Whether both hold the same values for the same ingredients; sizes and hashes do not count.
+    /// Whether both hold the same values for the same ingredients; sizes and hashes are ignored.
     bool hasSameValuesAs(const Project &other) const;
 };
 
 Q_DECLARE_METATYPE(Project)
 
-/// Reads @p file. On failure @p project stays as it is.
+/// Reads @p file. On failure @p project is unchanged.
 /// @return an empty text, or what is wrong with the file
 QString readProject(const QString &file, Project *project);
 
-/// Writes @p file, whole or not at all, with paths relative to it.
+/// Writes @p file atomically, with paths relative to it.
 /// @return an empty text, or why it could not be written
 QString writeProject(const QString &file, const Project &project);
 
-/// The content of a project file that lies in @p directory.
+/// The content of a project file in @p directory.
 QJsonObject projectToJson(const Project &project, const QString &directory);
 
-/// The ingredient that @p entry means: by key and name, else by key, or by name where it has no key;
-/// one with an invalid index when there is none.
+/// The ingredient that @p entry refers to: by key and name, else by key, or by name if it has no
+/// key; one with an invalid index when there is none.
 Ingredient ingredientFor(const ProjectEntry &entry, const QVector<Ingredient> &ingredients);
 
-/// The value that @p entry gives to @p ingredient.
+/// The value of @p entry for @p ingredient.
 /// @return an empty text, or why it does not fit
 QString valueFor(const ProjectEntry &entry, const Ingredient &ingredient, QVariant *value);

@@ -18,7 +18,7 @@ extern "C" void noteSignal(int number)
 {
     lastSignal = number;
     const eventfd_t value = 1;
-    // Nothing can be done about a failure inside a signal handler.
+    // A failure cannot be handled inside a signal handler.
     [[maybe_unused]] const auto written = write(handlerDescriptor, &value, sizeof value);
 }
 

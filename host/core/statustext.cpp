@@ -26,7 +26,7 @@ QString number(int value)
     return QLocale().toString(value);
 }
 
-/// Input files that are required or chosen.
+/// Counts input files that are required or chosen.
 FileCount countFiles(const ImageSession &session)
 {
     FileCount count;

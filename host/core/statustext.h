@@ -7,6 +7,6 @@
 
 class ImageSession;
 
-/// Where things stand in @p session and what comes next, in one line: how many files were found, how
-/// many problems there are, and how the image stands against the values.
+/// The state of @p session and the next step, in one line: how many files were found, how many
+/// problems there are, and whether the image is up to date.
 QString statusText(const ImageSession &session);

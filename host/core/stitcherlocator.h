@@ -4,7 +4,7 @@
 #pragma once
 
 /// @file
-/// Where the stitcher and its runner are looked for.
+/// Where the stitcher and its runner are searched for.
 
 #include <QString>
 
@@ -18,6 +18,7 @@ struct StitcherLocation {
 /// tamblin-stitcher in the search path (PATH) that is not the runner of this program.
 StitcherLocation locateStitcher(const QString &chosenFile);
 
-/// The directory of the runner, which stands between plug-in and stitcher: below the program's
-/// directory (a build directory), else where it is installed; empty when it is in neither.
+/// The directory of the runner, which the plug-in starts in place of the stitcher: below the
+/// program's directory (a build directory), else where it is installed; empty when it is in
+/// neither.
 QString runnerDirectory();

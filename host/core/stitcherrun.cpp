@@ -21,13 +21,13 @@
 namespace {
 
 const int settleIntervalMs = 1;
-/// The plug-in takes note of the runner's end while the event loop runs: at once, unless the host
-/// is busy.
+/// The plug-in notices the end of the runner while the event loop runs: at once, unless the host is
+/// busy.
 const int maxSettleRounds = 2000;
-/// The runner gives the stitcher two seconds to end, and kills it then.
+/// The runner gives the stitcher two seconds to end before it kills it.
 const int maxWaitMs = 5000;
 
-/// Changes environment variables and takes the changes back at the end of its life.
+/// Changes environment variables and restores them in the destructor.
 class EnvironmentChange
 {
 public:
@@ -52,7 +52,7 @@ private:
     std::vector<std::pair<const char *, QByteArray>> before;
 };
 
-/// False when none comes, nor the end of the connection.
+/// False when neither a message nor the end of the connection arrives in time.
 bool waitForMessage(int socket)
 {
     pollfd waiting = {socket, POLLIN, 0};
@@ -155,7 +155,7 @@ void StitcherRun::readStatus()
     }
 }
 
-/// The runner is gone; the rest of the output and its end still have to pass through the plug-in.
+/// The runner has ended; the plug-in still has to relay the rest of the output and notice the end.
 void StitcherRun::settle()
 {
     if (!isReaped() && ++settleRounds < maxSettleRounds) {
@@ -165,14 +165,14 @@ void StitcherRun::settle()
     afterReadyEvents(&StitcherRun::ended);
 }
 
-/// Calls @p next when all that was ready to be read has been delivered. A timer without delay
-/// expires after that; there are two, since the first may belong to the round that is under way.
+/// Calls @p next when everything that was ready to be read has been delivered. A timer without
+/// delay expires after that; two are needed, since the first may expire in the current round.
 void StitcherRun::afterReadyEvents(void (StitcherRun::*next)())
 {
     QTimer::singleShot(0, this, [this, next] { QTimer::singleShot(0, this, next); });
 }
 
-/// Whether the plug-in has waited for the runner; its output has been complete since before.
+/// Whether the plug-in has waited for the runner; all output has arrived before that.
 bool StitcherRun::isReaped() const
 {
     if (runnerProcess == 0) {

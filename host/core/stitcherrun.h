@@ -11,8 +11,8 @@
 
 /// One run of the stitcher under the runner, from the host's side.
 ///
-/// The plug-in finds the runner first in the search path and starts it instead of the stitcher. What
-/// becomes of the stitcher arrives through a socket, which the runner alone inherits.
+/// The plug-in finds the runner first in the search path and starts it instead of the stitcher. The
+/// runner reports how the stitcher ends through a socket, which no other process inherits.
 class StitcherRun : public QObject
 {
     Q_OBJECT
@@ -20,32 +20,33 @@ class StitcherRun : public QObject
 public:
     /// Creates a run that waits for start().
     explicit StitcherRun(QObject *parent = nullptr);
-    /// Terminates what still runs, and waits for its end.
+    /// Terminates everything that is still running, and waits for its end.
     ~StitcherRun() override;
 
     /// Calls @p begin, during which the plug-in must start its stitcher: PATH, TMPDIR and the
-    /// runner's variables are set meanwhile. ended() follows, never before this call returns; also
-    /// when nothing was started. Call it once.
+    /// runner's variables are set meanwhile. ended() follows even when nothing was started, but
+    /// never before this call returns. Call it once.
     /// @param stitcher absolute path of the stitcher
-    /// @param workDirectory what TMPDIR is set to
+    /// @param workDirectory the value for TMPDIR
     /// @param begin makes the plug-in start its stitcher
-    /// @return an empty text, or why nothing could be started; ended() does not follow then
+    /// @return an empty text, or why nothing could be started, in which case ended() does not
+    /// follow
     QString start(const QString &stitcher, const QString &workDirectory,
                   const std::function<void()> &begin);
-    /// Terminates the stitcher with all that it has started; ended() follows.
+    /// Terminates the stitcher and everything it has started; ended() follows.
     void stop();
 
     /// Whether the plug-in has started the runner.
     bool hasStarted() const;
-    /// Why the runner could not start the stitcher, an error number; 0 when it could.
+    /// The error number if the runner could not start the stitcher; else 0.
     int startError() const;
-    /// The stitcher's exit status; -1 when it did not exit by itself or nothing is known.
+    /// The stitcher's exit status; -1 when it did not exit by itself or the status is unknown.
     int exitStatus() const;
     /// The signal that ended the stitcher; 0 when none did.
     int signalNumber() const;
 
 signals:
-    /// All of the stitcher is gone, and its output has passed through the plug-in.
+    /// All processes of the stitcher have ended, and the plug-in has relayed its output.
     void ended();
 
 private:

@@ -8,9 +8,9 @@
 #include <QString>
 #include <QVector>
 
-/// @p word as a shell takes it: in quotes where that is needed.
+/// @p word quoted for a shell if necessary.
 QString shellQuoted(const QString &word);
 
 /// The terminal command that builds the image from the values of @p ingredients.
-/// @param pluginFile what --plugin names
+/// @param pluginFile the value for --plugin
 QString terminalCommand(const QVector<Ingredient> &ingredients, const QString &pluginFile);

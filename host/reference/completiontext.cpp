@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The options that are offered before a command is typed, or after one that shares them.
+/// The options that are offered before a command is typed, or after a command that takes them.
 std::vector<OptionInfo> sharedOptions(bool withInputs)
 {
     std::vector<OptionInfo> options;
@@ -30,7 +30,7 @@ std::vector<OptionInfo> optionsOf(const CommandInfo &command)
     return options;
 }
 
-/// The words under which an option can be typed, joined with @p separator.
+/// The spellings of an option, joined with @p separator.
 QString words(const OptionInfo &option, const QString &separator)
 {
     const QString name = QLatin1String("--") + QLatin1String(option.name);
@@ -38,7 +38,7 @@ QString words(const OptionInfo &option, const QString &separator)
                             : name;
 }
 
-/// In single quotes, which all three shells read alike when the text has none itself.
+/// @p text in single quotes, which all three shells read alike as long as it contains none.
 QString quoted(const QString &text)
 {
     return QLatin1Char('\'') + QString(text).replace(QLatin1String("'"), QLatin1String("'\\''"))
@@ -72,8 +72,8 @@ QString zshAction(const OptionInfo &option)
                                           : QStringLiteral(":%1: ").arg(value.toLower());
 }
 
-/// One option for zsh's _arguments. The words that are typed exclude each other unless the option may
-/// be repeated.
+/// One option for zsh's _arguments. Its spellings exclude each other unless the option may be
+/// repeated.
 QString zshOption(const OptionInfo &option)
 {
     QString description = QLatin1String(option.description);

@@ -9,12 +9,12 @@
 QString bashCommands();
 /// One branch of a case statement per command: the options that it takes.
 QString bashOptions();
-/// One branch of a case statement per option with a value: what the value stands for.
+/// One branch of a case statement per option with a value: the kind of value.
 QString bashValues();
 
 /// One line per command, "name:summary", quoted.
 QString zshCommands();
-/// One branch of a case statement per command: the options as _arguments wants them.
+/// One branch of a case statement per command: its options, for _arguments.
 QString zshOptions();
 
 /// All "complete" lines.

@@ -29,7 +29,7 @@ QHash<QString, QString> markers()
     };
 }
 
-/// Replaces every marker of @p text; names the first that is unknown in @p unknown.
+/// Replaces every marker in @p text; the first unknown one is stored in @p unknown.
 QString filled(const QString &text, QString *unknown)
 {
     const QHash<QString, QString> values = markers();
@@ -48,7 +48,7 @@ QString filled(const QString &text, QString *unknown)
 
 } // namespace
 
-/// Fills a manual page or a completion script with what the command table says.
+/// Generates a manual page or a completion script from the command table.
 int main(int argc, char **argv)
 {
     if (argc != 2) {

@@ -15,7 +15,7 @@ QString escaped(const char *text)
                                            QStringLiteral("\\\\1"));
 }
 
-/// A term and, one level deeper, what it means.
+/// A term and, indented, its description.
 QString definition(const QString &term, const QString &text, const QString &indent)
 {
     return indent + term + QLatin1Char('\n') + indent + QLatin1Char('\t') + text

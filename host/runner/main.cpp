@@ -12,7 +12,8 @@ namespace {
 
 constexpr int usageError = 2;
 
-/// Removes what is meant for the runner alone, and gives the stitcher the user's search path.
+/// Removes the variables meant for the runner alone, and restores the user's search path for the
+/// stitcher.
 void restoreEnvironment()
 {
     if (const char *searchPath = std::getenv(RunnerProtocol::searchPathVariable)) {
@@ -27,7 +28,7 @@ void restoreEnvironment()
 
 } // namespace
 
-/// Takes the stitcher's arguments and passes them on.
+/// Passes all arguments on to the stitcher.
 int main(int, char **arguments)
 {
     const char *stitcherText = std::getenv(RunnerProtocol::stitcherVariable);

@@ -6,7 +6,7 @@
 #include <sys/types.h>
 #include <vector>
 
-/// The children of @p process at this moment. One that starts or ends meanwhile may be missing.
+/// The current children of @p process. One that starts or ends meanwhile may be missing.
 std::vector<pid_t> childrenOf(pid_t process);
 
 /// The children of @p process, their children and so on.

@@ -5,27 +5,27 @@
 
 #include <cstdint>
 
-/// What host and runner say to each other.
+/// The protocol between host and runner.
 ///
-/// Between them is a socket of the type SOCK_SEQPACKET. The runner sends one RunnerStatus per
-/// message, and its exit closes the socket. The host sends nothing: when it shuts its end down or
-/// dies, the runner terminates all that it has started and reports as usual.
+/// They are connected by a socket of type SOCK_SEQPACKET. The runner sends one RunnerStatus per
+/// message, and its exit closes the socket. The host sends nothing: when it shuts down its end or
+/// dies, the runner terminates everything it has started and reports as usual.
 namespace RunnerProtocol {
 
 /// Environment variable: the absolute path of the stitcher.
 constexpr char stitcherVariable[] = "LOOMWRIGHT_STITCHER";
-/// Environment variable: the number of the runner's end of the socket.
+/// Environment variable: the file descriptor of the runner's end of the socket.
 constexpr char statusVariable[] = "LOOMWRIGHT_STATUS_FD";
-/// Environment variable: what PATH was before the runner's directory was put first; not set when
-/// there was none.
+/// Environment variable: the value of PATH before the runner's directory was prepended; not set if
+/// PATH was not.
 constexpr char searchPathVariable[] = "LOOMWRIGHT_SEARCH_PATH";
 
 } // namespace RunnerProtocol
 
-/// One message of the runner.
+/// A message from the runner.
 struct RunnerStatus {
     enum Kind : std::int32_t {
-        Started,     ///< The runner is there; the value is its process number.
+        Started,     ///< The runner has started; the value is its process ID.
         StartFailed, ///< The stitcher could not be started; the value is the error number.
         Exited,      ///< The stitcher has exited; the value is its status.
         Signaled     ///< A signal has ended the stitcher; the value is its number.

@@ -23,10 +23,10 @@ using std::chrono::milliseconds;
 
 /// How long descendants may take to end after SIGTERM.
 constexpr milliseconds gracePeriod(2000);
-/// Between two rounds of SIGKILL, unless a child ends earlier: a process may have been started while
-/// the list was read.
+/// Time between two rounds of SIGKILL, unless a child ends earlier. One round may not be enough: a
+/// process may start while the list of children is read.
 constexpr milliseconds killInterval(50);
-/// What a shell reports for a program that could not be started.
+/// The exit status that shells use for a program that could not be started.
 constexpr int startFailedStatus = 127;
 
 /// The signals that ask this process to end.
@@ -71,19 +71,19 @@ int Supervisor::run(const char *file, char **arguments)
     return stitcherStatus;
 }
 
-/// Signals are read from a descriptor from here on. False, and errno set, on failure.
+/// Makes signals readable from a file descriptor. Returns false and sets errno on failure.
 bool Supervisor::prepare()
 {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGCHLD);
     for (const int number : stopSignals) {
-        // Under nohup, for example: what is ignored stays ignored.
+        // Ignored signals, for example under nohup, stay ignored.
         if (!isIgnored(number)) {
             sigaddset(&signals, number);
         }
     }
-    std::signal(SIGCHLD, SIG_DFL); // Ignored, it would take the stitcher's status away.
+    std::signal(SIGCHLD, SIG_DFL); // If it were ignored, the stitcher's status would be lost.
     if (sigprocmask(SIG_SETMASK, &signals, nullptr) != 0) {
         return false;
     }
@@ -96,7 +96,7 @@ void Supervisor::becomeStitcher(const char *file, char **arguments) const
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != runner) {
-        _exit(startFailedStatus); // The runner was killed before the line above.
+        _exit(startFailedStatus); // The runner was killed before prctl().
     }
     sigset_t none;
     sigemptyset(&none);
@@ -111,7 +111,7 @@ void Supervisor::becomeStitcher(const char *file, char **arguments) const
     _exit(startFailedStatus);
 }
 
-/// Returns when the stitcher has ended, or when it is to be ended.
+/// Returns when the stitcher has ended, or when it has to be terminated.
 void Supervisor::waitForEnd()
 {
     bool stopped = false;
@@ -125,7 +125,7 @@ void Supervisor::waitForEnd()
     }
 }
 
-/// Ends every descendant: politely at first, then by force.
+/// Terminates every descendant: first with SIGTERM, then with SIGKILL.
 void Supervisor::terminateAll()
 {
     const auto killTime = Clock::now() + gracePeriod;
@@ -136,7 +136,7 @@ void Supervisor::terminateAll()
     while (hasChildren) {
         auto wait = std::chrono::ceil<milliseconds>(killTime - Clock::now());
         if (wait <= wait.zero()) {
-            // The children alone: their numbers cannot have passed to other processes. Theirs are
+            // Only the children: their process IDs cannot have been reused. Grandchildren become
             // children in the next round.
             signalAll(childrenOf(runner), SIGKILL);
             wait = killInterval;
@@ -148,7 +148,7 @@ void Supervisor::terminateAll()
     }
 }
 
-/// Takes note of the children that have ended. False when there is none left, running or not.
+/// Reaps the children that have ended. False when no child is left, running or not.
 bool Supervisor::reap()
 {
     int status = 0;
@@ -163,7 +163,7 @@ bool Supervisor::reap()
     return process == 0 || errno != ECHILD;
 }
 
-/// Whether the host has gone or has shut its end down, which asks for the end of the stitcher.
+/// Whether the host has died or shut down its end, which is the request to terminate the stitcher.
 bool Supervisor::isHostGone() const
 {
     char ignored = 0;
@@ -171,7 +171,7 @@ bool Supervisor::isHostGone() const
     return size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR);
 }
 
-/// Empties the queue of signals; whether one of them asks for the end of the stitcher.
+/// Empties the queue of signals; true when one of them is a request to terminate the stitcher.
 bool Supervisor::takeSignals() const
 {
     bool asked = false;
@@ -191,7 +191,7 @@ void Supervisor::reportEnd() const
     }
 }
 
-/// A host that is gone needs no report.
+/// Ignores errors: a host that has died needs no report.
 void Supervisor::report(RunnerStatus::Kind kind, int value) const
 {
     const RunnerStatus status = {kind, value};
@@ -204,8 +204,8 @@ void endLike(int status)
         const int number = WTERMSIG(status);
         const rlimit noCore = {0, 0};
         setrlimit(RLIMIT_CORE, &noCore);
-        prctl(PR_SET_DUMPABLE,
-              0); // The limit does not hold for a core dump that goes to a program.
+        // The limit does not apply to a core dump that is piped to a program.
+        prctl(PR_SET_DUMPABLE, 0);
         std::signal(number, SIG_DFL);
         sigset_t unblocked;
         sigemptyset(&unblocked);

@@ -8,21 +8,21 @@
 #include <csignal>
 #include <sys/types.h>
 
-/// Runs the stitcher and leaves no process of it behind.
+/// Runs the stitcher and leaves none of its processes behind.
 ///
-/// As a child subreaper this process becomes the parent of every descendant whose own parent ends,
-/// however it was started. So all of them are gone exactly when there is no child left to wait for.
-/// If this process itself is killed by SIGKILL, the kernel kills the stitcher as well; what the
-/// stitcher had started then goes on.
+/// As a child subreaper, this process becomes the parent of every descendant whose own parent ends,
+/// however it was started. So all of them have ended exactly when there is no child left to wait
+/// for. If this process itself is killed by SIGKILL, the kernel kills the stitcher as well, but not
+/// the processes that the stitcher has started.
 class Supervisor
 {
 public:
-    /// @param hostSocket this end of the socket to the host; taken over
+    /// @param hostSocket the runner's end of the socket to the host; this object takes ownership
     explicit Supervisor(int hostSocket);
 
-    /// Runs the stitcher @p file to its end, then terminates what is left of it.
+    /// Runs the stitcher @p file, then terminates the processes that it has left behind.
     /// @param arguments null-terminated; the first one is replaced by @p file
-    /// @return the status as waitpid() gives it
+    /// @return the status as waitpid() returns it
     int run(const char *file, char **arguments);
 
 private:
@@ -44,6 +44,6 @@ private:
     bool hasEnded = false;
 };
 
-/// Ends this process in the way that @p status tells: with the same exit status, or by the same
-/// signal but without a core dump.
+/// Ends this process as @p status says: with the same exit status, or by the same signal but
+/// without a core dump.
 [[noreturn]] void endLike(int status);

@@ -117,7 +117,7 @@ BuildResult runStitcher(CommandContext &context, const QString &stitcher)
     options.timeoutMs = context.commandLine.timeoutMs;
     options.keepWork = context.commandLine.isWorkKept;
     runner.start(options);
-    // What the plug-in said while it started the stitcher was its own.
+    // Messages up to here, while the stitcher was being started, were the plug-in's own.
     report.setSource(Report::Source::Stitcher);
     loop.exec();
     report.setSource(Report::Source::Plugin);
@@ -155,7 +155,8 @@ int showResult(CommandContext &context, const BuildResult &result)
     return Success;
 }
 
-/// The inputs with their hashes, taken before the build, and the states that the files had then.
+/// The inputs with their hashes, computed before the build, and the states of the files at that
+/// time.
 struct LockedInputs {
     Project project;
     QList<FileHash> hashes;

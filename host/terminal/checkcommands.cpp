@@ -57,8 +57,8 @@ Record recordOf(const Problem &problem, int moreCount, const Report &report)
             {"File", nullptr, problem.file}};
 }
 
-/// The problems other than failed checks; several messages about one ingredient as one row, since
-/// a data file may have thousands.
+/// The problems other than failed checks. Several messages about one ingredient share a row, since
+/// a data file may cause thousands.
 std::vector<Record> problemRows(const QVector<Problem> &problems, const Report &report)
 {
     std::vector<Record> rows;
@@ -143,7 +143,8 @@ int validateFiles(CommandContext &context)
 
     std::vector<Record> rows;
     for (const QString &file : context.commandLine.arguments) {
-        // The plug-in verifies the sections of earlier files again, so each file gets a new one.
+        // The plug-in verifies the sections of earlier files again, so each file gets a new root
+        // object.
         if (!context.session->reload()) {
             report.addFailure(context.session->problem());
             return PluginProblem;

@@ -20,7 +20,7 @@ QString dashed(const char *name)
     return QLatin1String("--") + QLatin1String(name);
 }
 
-/// Every option of every command, each once.
+/// All options of all commands, without duplicates.
 std::vector<OptionInfo> allOptions()
 {
     std::vector<OptionInfo> options = inputOptions();
@@ -117,8 +117,8 @@ QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
                                         : QString();
 }
 
-/// Each option once unless it may be repeated, with a value that names something, and only where the
-/// command takes it.
+/// An option may be given once unless it is repeatable, must have a value that is not empty, and
+/// must be one that the command takes.
 QString checkOptions(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     for (const OptionInfo &option : allOptions()) {
@@ -133,7 +133,7 @@ QString checkOptions(const QCommandLineParser &parser, CommandLine *commandLine)
         if (option.value && !option.isRepeatable && values.count() > 1) {
             return QStringLiteral("%1 is given more than once.").arg(dashed(option.name));
         }
-        // An unset variable of a script.
+        // For example from an unset variable in a script.
         if (!option.mayBeEmpty && values.contains(QString())) {
             return QStringLiteral("%1 needs a value that is not empty.").arg(dashed(option.name));
         }
@@ -198,7 +198,7 @@ QString readTimeout(const QCommandLineParser &parser, CommandLine *commandLine)
     return {};
 }
 
-/// The first thing that is wrong, empty when nothing is.
+/// The first error; empty when there is none.
 QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     for (const auto &reader :

@@ -15,16 +15,16 @@ struct CommandLine {
     QString target;
 
     QString projectFile;
-    bool isLocked = false; ///< Whether inputs must be what the manifest records.
+    bool isLocked = false; ///< Whether inputs must match the manifest.
     QString configInput;
     QString directory;
     QStringList files;
-    /// Pairs of a name or key and the value for it.
+    /// Names or keys with their values.
     QList<QPair<QString, QString>> settings;
     QString imageFile;
 
-    const CommandInfo *command = nullptr; ///< Null when none is given.
-    QStringList arguments;                ///< Those of the command.
+    const CommandInfo *command = nullptr; ///< Null when no command is given.
+    QStringList arguments;                ///< The arguments of the command.
     QString outputFile;
     bool isDryRun = false;
     bool isChecked = true; ///< False to build without the checks.
@@ -32,21 +32,21 @@ struct CommandLine {
     int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
     QString manifestFile;
     bool isWorkKept = false;
-    bool areNamesWanted = false; ///< Names alone, for scripts.
+    bool areNamesWanted = false; ///< Whether to print only names, for scripts.
 
     Report::Format format = Report::Format::Text;
     Report::Verbosity verbosity = Report::Verbosity::Normal;
     bool isHelpWanted = false;
     bool isVersionWanted = false;
 
-    /// What is wrong with the command line; empty when nothing is.
+    /// What is wrong with the command line; empty when it is valid.
     QString problem;
-    /// Whether the list of commands is the answer to that.
+    /// Whether to show the list of commands with the error.
     bool isCommandUnknown = false;
 };
 
-/// The argument that stands for standard input.
+/// The argument that means standard input.
 const char standardInputName[] = "-";
 
-/// Reads the program's arguments, the program's name first.
+/// Parses the program's arguments, of which the first is the program's name.
 CommandLine parseCommandLine(const QStringList &arguments);

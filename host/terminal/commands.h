@@ -13,7 +13,7 @@ class PluginSession;
 class QTemporaryDir;
 class Report;
 
-/// What a command works with. Those that need no plug-in get no session and no job.
+/// The context of a command. Commands that need no plug-in get no session and no job.
 struct CommandContext {
     const CommandLine &commandLine;
     Report &report;
@@ -33,17 +33,17 @@ int writeProjectFile(CommandContext &context);
 int buildImage(CommandContext &context);
 int verifyManifest(CommandContext &context);
 
-/// Applies all inputs of the command line, the later ones also when an earlier one was refused, so
-/// that one run shows all that is wrong.
+/// Applies all inputs of the command line, even after one was refused, so that one run shows all
+/// errors.
 void applyInputs(CommandContext &context);
 
-/// Failed when something is wrong with the inputs, else Success.
+/// Failed when there is a problem with the inputs, else Success.
 int inputStatus(const CommandContext &context);
 
-/// Puts what the job finds wrong into the JSON document, once.
+/// Adds the problems of the job to the JSON document, once.
 void noteProblems(CommandContext &context);
 
-/// Runs the checks and shows them with everything else that blocks a build.
+/// Runs the checks and shows their results and everything else that blocks a build.
 void reportChecks(CommandContext &context);
 
 /// Hashes @p files with progress on the terminal.

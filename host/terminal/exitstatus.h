@@ -3,10 +3,10 @@
 
 #pragma once
 
-/// What the program's exit status tells a script.
+/// Exit status of the program, for scripts.
 enum ExitStatus {
-    Success = 0,      ///< Everything that was asked for was done.
+    Success = 0,      ///< Success.
     Failed = 1,       ///< An input, a check, a validation or the build failed.
-    UsageError = 2,   ///< The command line is wrong; nothing was done.
+    UsageError = 2,   ///< The command line is invalid; nothing was done.
     PluginProblem = 3 ///< The plug-in could not be loaded.
 };

@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Shows the findings that stand in the way of writing a file; refused inputs have been shown.
+/// Whether findings block writing a file; shows them. Refused inputs have been shown already.
 bool isRefused(CommandContext &context, const QString &conclusion)
 {
     if (!context.job->isBlocked(false)) {
@@ -36,7 +36,7 @@ bool isRefused(CommandContext &context, const QString &conclusion)
     return true;
 }
 
-/// Whether the file that the command is to write may be written; shows why not.
+/// Whether the command may write its output file; shows why not.
 bool mayWrite(CommandContext &context)
 {
     const QString file = context.commandLine.outputFile;
@@ -47,7 +47,7 @@ bool mayWrite(CommandContext &context)
     return problem.isEmpty();
 }
 
-/// Warns about values that loading the configuration in @p file would not bring back.
+/// Warns about values that loading the configuration in @p file would not restore.
 void warnAboutConfig(CommandContext &context, const QString &file)
 {
     for (const QString &remark : configurationRemarks(context.job->ingredients(), file)) {

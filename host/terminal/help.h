@@ -9,7 +9,7 @@ struct CommandInfo;
 
 /// The usage line and the list of commands.
 QString commandOverview();
-/// The text for --help: all commands and the options that they share.
+/// The text for --help: all commands and the common options.
 QString helpText();
-/// The text for one command: usage, what it does, its options and an example.
+/// The help for one command: usage, description, options and an example.
 QString helpText(const CommandInfo &command);

@@ -36,7 +36,7 @@ void addProblems(CommandContext &context, const QVector<Problem> &problems)
     }
 }
 
-/// Compares the values that are set now with the manifest.
+/// Compares the current values with the manifest.
 void checkLock(CommandContext &context, const Project &manifest)
 {
     if (!manifest.build) {
@@ -81,7 +81,7 @@ void loadConfig(CommandContext &context, const QString &file)
     context.job->loadConfig(copy);
 }
 
-/// The plug-in's own errors were shown as they came.
+/// Shows refused inputs and differences; the plug-in's own errors were shown as they arrived.
 void printRefusals(CommandContext &context)
 {
     const QVector<Problem> problems = context.job->problems();

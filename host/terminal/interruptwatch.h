@@ -7,8 +7,8 @@
 
 class OutputQueue;
 
-/// Turns what interrupts a program into one Qt signal while it lives: the signals of a SignalWatch,
-/// and a reader that has closed its end of the output (PIPE).
+/// Turns everything that interrupts the program into one Qt signal: the signals of a SignalWatch,
+/// and a reader that closes its end of the output (PIPE).
 class InterruptWatch : public QObject
 {
     Q_OBJECT

@@ -32,8 +32,8 @@ QStringList argumentsOf(int count, char **words)
     return arguments;
 }
 
-/// Sets an environment variable, or removes it, while this object lives. The stitcher gets the
-/// user's value again.
+/// Sets or unsets an environment variable and restores it in the destructor, so that the stitcher
+/// gets the user's value.
 class TemporaryVariable
 {
 public:
@@ -65,7 +65,7 @@ private:
     QByteArray before;
 };
 
-/// Shows what Qt says before it aborts, and nothing else.
+/// Shows only the message with which Qt aborts.
 void showFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type == QtFatalMsg) {
@@ -73,9 +73,9 @@ void showFatal(QtMsgType type, const QMessageLogContext &, const QString &messag
     }
 }
 
-/// The plug-in creates a widget, which no display is needed for as long as it stays hidden. What the
-/// user has set for programs with windows could make Qt load plug-ins of its own, or abort. Qt gets
-/// none of the user's arguments, since it would take some of them for its own.
+/// The plug-in creates a widget, but never shows it, so no display is needed. The user's settings
+/// for programs with windows could make Qt load plug-ins or abort. Qt gets none of the user's
+/// arguments, since it would remove those that it knows.
 std::unique_ptr<QApplication> createApplication(int *argumentCount, char **arguments)
 {
     const TemporaryVariable platform("QT_QPA_PLATFORM", "offscreen");
@@ -83,8 +83,8 @@ std::unique_ptr<QApplication> createApplication(int *argumentCount, char **argum
     const TemporaryVariable inputMethod("QT_IM_MODULE", nullptr);
     const TemporaryVariable generic("QT_QPA_GENERIC_PLUGINS", nullptr);
     const TemporaryVariable style("QT_STYLE_OVERRIDE", nullptr);
-    // Where the user has no runtime directory, Qt looks for a display's socket in one that it makes
-    // and leaves among the temporary files; here it cannot.
+    // Without a runtime directory, Qt creates one in the temporary directory to look for a
+    // display's socket, and leaves it behind. This prevents it.
     const TemporaryVariable temporaryDirectory("TMPDIR", "/dev/null");
     qInstallMessageHandler(showFatal);
     auto application = std::make_unique<QApplication>(*argumentCount, arguments);
@@ -92,19 +92,19 @@ std::unique_ptr<QApplication> createApplication(int *argumentCount, char **argum
     return application;
 }
 
-/// A standard descriptor that is closed would be taken by the next file that is opened, and what is
-/// written to it would end up there.
+/// Opens /dev/null in place of closed standard descriptors. Otherwise the next file to be opened
+/// would get such a number, and output would be written into it.
 void occupyStandardDescriptors()
 {
     for (int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) == -1) {
-            // Lowest first, so that it gets this number; writing to it fails, as it should.
+            // open() returns the lowest free number. Writing to it fails, as it should.
             open("/dev/null", O_RDONLY); // NOLINT(cppcoreguidelines-pro-type-vararg)
         }
     }
 }
 
-/// Looks for the plug-in of the target that the user names.
+/// Finds the plug-in for the target that the user names.
 bool loadTarget(const QString &target, PluginSession *session, QString *problem)
 {
     QStringList targets;
@@ -179,7 +179,7 @@ int runCommand(const CommandLine &commandLine, Report *report)
         : commandLine.command->function(context);
 }
 
-/// The answer to --version, --help and help; empty when something else is wanted.
+/// The output of --version, --help and help; empty for any other command.
 QString informationFor(const CommandLine &commandLine)
 {
     if (commandLine.isVersionWanted) {
@@ -197,11 +197,11 @@ QString informationFor(const CommandLine &commandLine)
     return commandLine.isHelpWanted || helpCommand ? helpText() : QString();
 }
 
-/// Runs the program; @p endSignal is set to the signal of which it has to die.
+/// Runs the program; @p endSignal is set to the signal by which it must end, if any.
 int runProgram(int argumentCount, char **arguments, int *endSignal)
 {
-    // Remarks of Qt on its surroundings do not belong among the messages of the plug-in; the variable
-    // QT_LOGGING_RULES brings them back.
+    // Hides Qt's warnings about its environment, which do not belong among the plug-in's messages;
+    // QT_LOGGING_RULES shows them again.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     const CommandLine commandLine = parseCommandLine(argumentsOf(argumentCount, arguments));
     const QString information = informationFor(commandLine);
@@ -230,7 +230,7 @@ int main(int argc, char **argv)
     int endSignal = 0;
     const int status = runProgram(argc, argv, &endSignal);
     if (endSignal != 0) {
-        // A shell has to see the signal, or its loops go on.
+        // A shell must see the signal, or its loops would continue.
         std::signal(endSignal, SIG_DFL);
         std::raise(endSignal);
     }

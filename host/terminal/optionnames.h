@@ -3,7 +3,7 @@
 
 #pragma once
 
-/// The long names of all options, which the tables and the parser share.
+/// The long names of all options, used by the tables and the parser.
 namespace OptionName {
 
 constexpr char config[] = "config";

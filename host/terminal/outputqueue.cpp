@@ -17,7 +17,7 @@
 
 namespace {
 
-/// Short texts for one descriptor are written together, up to this many bytes.
+/// Short texts for the same descriptor are written together, up to this many bytes.
 const int maxChunkSize = 1 << 16;
 
 struct Chunk {
@@ -25,7 +25,7 @@ struct Chunk {
     QByteArray bytes;
 };
 
-/// Writes all of @p bytes; returns the error number when that fails, else 0.
+/// Writes all of @p bytes; returns 0 or an error number.
 int writeAll(int descriptor, const QByteArray &bytes)
 {
     int written = 0;
@@ -122,8 +122,8 @@ void OutputQueue::write(int descriptor, const QByteArray &bytes)
     const std::lock_guard<std::mutex> lock(state->mutex);
     if (!state->isStarted) {
         state->isStarted = true;
-        // No signal is delivered to the thread: SIGPIPE becomes an error of the call, and the others
-        // go to the main thread.
+        // Blocks all signals in the thread: SIGPIPE becomes an error of write(), and the others go
+        // to the main thread.
         sigset_t all;
         sigset_t before;
         sigfillset(&all);

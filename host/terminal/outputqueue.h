@@ -7,25 +7,25 @@
 
 #include <memory>
 
-/// Writes to file descriptors in a thread of its own, in the order of the calls: a reader that is
-/// slow, or a descriptor that is non-blocking, neither stops the caller nor loses text.
+/// Writes to file descriptors in a separate thread, in the order of the calls. A slow reader or a
+/// non-blocking descriptor neither blocks the caller nor loses text.
 ///
-/// What waits is kept in memory.
+/// Pending text is kept in memory.
 class OutputQueue
 {
 public:
     OutputQueue();
-    /// Gives up what drain() has not waited for.
+    /// Discards what drain() has not waited for.
     ~OutputQueue();
     OutputQueue(const OutputQueue &) = delete;
     OutputQueue &operator=(const OutputQueue &) = delete;
 
     void write(int descriptor, const QByteArray &bytes);
-    /// Waits until all is written, or cannot be.
+    /// Waits until everything is written or has failed.
     /// @param timeoutMs in milliseconds; negative for forever
     void drain(int timeoutMs);
 
-    /// Whether something could not be written to @p descriptor.
+    /// Whether writing to @p descriptor failed.
     bool hasFailed(int descriptor) const;
     /// Whether a reader has closed its end.
     bool isReaderGone() const;

@@ -15,7 +15,7 @@
 namespace {
 
 const int schemaVersion = 1;
-/// How long a program that ends by a signal waits for its reader.
+/// How long a program that ends by a signal waits for its output to be read.
 const int lastWordsMs = 1000;
 
 const char green[] = "\033[32m";
@@ -23,7 +23,7 @@ const char red[] = "\033[31m";
 const char plain[] = "\033[0m";
 const char eraseLine[] = "\r\033[K";
 
-/// The width on screen: what our own colour adds does not count.
+/// The width on screen, without colour codes.
 int widthOf(QString text)
 {
     for (const char *code : {green, red, plain}) {
@@ -309,7 +309,7 @@ QString Report::coloured(const char *code, const QString &text) const
     return hasColour ? QLatin1String(code) + text + QLatin1String(plain) : text;
 }
 
-/// Ends a line that the stitcher has left open.
+/// Ends a line that the stitcher has left unfinished.
 void Report::startLine(Stream *stream)
 {
     if (!stream->isAtLineStart) {
@@ -317,7 +317,7 @@ void Report::startLine(Stream *stream)
     }
 }
 
-/// Writes a text that begins on a line of its own and ends its line.
+/// Writes a text on lines of its own.
 void Report::writeLine(Stream *stream, const QString &text)
 {
     const QByteArray bytes = (stream->isTerminal ? safeText(text) : text).toLocal8Bit();

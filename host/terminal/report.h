@@ -13,50 +13,50 @@
 
 #include <vector>
 
-/// One fact of a report, stated once for people and for JSON.
+/// One fact of a report, for people and for JSON.
 struct Field {
-    const char *title; ///< For people; null when it is in JSON only.
-    const char *name;  ///< In JSON; null when it is for people only.
+    const char *title; ///< For people; null if the field is only in JSON.
+    const char *name;  ///< In JSON; null if the field is only for people.
     QJsonValue value;  ///< In JSON, and for people when @c text is null.
-    QString text = {}; ///< For people, where that is not the value.
+    QString text = {}; ///< For people, if it differs from the value.
 };
 
-/// The fields of one thing; in a table, one row.
+/// The fields of one object; in a table, one row.
 using Record = std::vector<Field>;
 
-/// Everything that the program says: messages of the plug-in as they come, tables and texts, or one
-/// JSON document at the end. Text that reaches a terminal holds no control characters but our own.
+/// The program's output: messages of the plug-in as they arrive, tables and texts, or one JSON
+/// document at the end. Text for a terminal contains no control characters except the program's
+/// own.
 class Report
 {
 public:
     enum class Format { Text, Json };
     enum class Verbosity { Quiet, Normal, Verbose };
-    /// Whose messages the plug-in relays at the moment.
+    /// Where the messages that the plug-in relays come from.
     enum class Source {
-        Plugin,     ///< Its own: status is shown when verbose.
-        Validation, ///< The report on a legacy data file: status is shown unless quiet.
-        Stitcher    ///< The stitcher's output in chunks: passed on as it is, status unless quiet.
+        Plugin,     ///< The plug-in itself: status is shown with --verbose.
+        Validation, ///< The report on a data file: status is hidden by --quiet.
+        Stitcher    ///< The stitcher's output, passed on in chunks: status is hidden by --quiet.
     };
 
     Report(Format outputFormat, Verbosity outputVerbosity);
 
-    /// Sends the plug-in's status to standard error, since standard output holds a configuration.
+    /// Sends the plug-in's status to standard error, because standard output holds a configuration.
     void keepOutputClean();
     void setSource(Source messageSource);
 
     void addStatus(const QString &message);
     void addError(const QString &message);
-    /// A failure that the program itself has found: a line on standard error, and one of the
-    /// problems in JSON.
+    /// A failure of the program itself: a line on standard error, and a problem in JSON.
     void addFailure(const QString &text);
-    /// A line on standard error; in JSON as well.
+    /// A line on standard error, and a warning in JSON.
     void printError(const QString &text);
-    /// Lines on standard error that belong to a failure before; nothing with JSON.
+    /// More lines on standard error for an earlier failure; nothing with JSON.
     void printHint(const QString &text);
-    /// One of the problems in JSON; nothing without JSON.
+    /// A problem in JSON; nothing without JSON.
     void noteProblem(const Problem &problem);
     void addWarning(const QString &text);
-    /// Replaces the line of progress on a terminal; an empty text removes it.
+    /// Replaces the progress line on a terminal; an empty text removes it.
     void showProgress(const QString &text);
 
     bool isVerbose() const;
@@ -65,30 +65,31 @@ public:
     void print(const QString &line);
     /// The same, but nothing when quiet.
     void printUnlessQuiet(const QString &line);
-    /// Bytes on standard output as they are; nothing with JSON.
+    /// Bytes on standard output, unchanged; nothing with JSON.
     void printRaw(const QByteArray &bytes);
     /// A value of the JSON document; nothing without JSON.
     void set(const char *name, const QJsonValue &value);
-    /// The fields, each on a line of its own.
+    /// The fields, one per line.
     void add(const Record &record);
     /// A table for people; nothing with JSON.
     void printTable(const std::vector<Record> &rows);
     /// A list in JSON; nothing without JSON.
     void setList(const char *name, const std::vector<Record> &rows);
 
-    /// @p text in green or red where the output is a terminal that shows colour.
+    /// @p text in green or red if the output is a terminal with colour.
     QString good(const QString &text) const;
     QString bad(const QString &text) const;
 
-    /// The queue through which all is written, to learn about a reader that is gone.
+    /// The queue of all output, to find out whether a reader has closed its end.
     const OutputQueue &queue() const;
-    /// Notes that the program ends because of a signal; what cannot be written soon is given up.
+    /// Records that the program ends because of a signal; output that cannot be written soon is
+    /// discarded.
     void setEndSignal(int signalNumber);
-    /// The signal of which the program has to die; 0 for none.
+    /// The signal by which the program must end; 0 for none.
     int endSignal() const;
 
-    /// Ends the report: prints the JSON document, waits until all is written, and returns @p
-    /// exitStatus, or ExitStatus::Failed when standard output could not take all of it.
+    /// Ends the report: prints the JSON document, waits until everything is written, and returns @p
+    /// exitStatus, or ExitStatus::Failed when writing to standard output failed.
     int finish(int exitStatus);
 
 private:

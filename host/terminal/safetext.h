@@ -5,10 +5,10 @@
 
 #include <QString>
 
-/// @p text for a terminal: control characters, which could move the cursor, change what was printed
-/// or worse, are shown as \u001b and so on, and so are those that reverse the direction of text.
+/// @p text for a terminal. Control characters, which could move the cursor or change what was
+/// printed, are shown as \u001b and so on, and so are those that reverse the direction of text.
 /// Line feeds and tabs stay.
 QString safeText(const QString &text);
 
-/// The same for a text that stands in one line of a table: line feeds and tabs are shown as well.
+/// The same for a text on one line of a table: line feeds and tabs are escaped as well.
 QString safeLine(const QString &text);

@@ -56,7 +56,7 @@ Record recordOf(const Ingredient &ingredient)
     return record;
 }
 
-/// One per line and each once.
+/// One per line, without duplicates.
 void printNames(CommandContext &context, QStringList names)
 {
     names.removeDuplicates();
@@ -65,7 +65,7 @@ void printNames(CommandContext &context, QStringList names)
     }
 }
 
-/// Names and keys, as --set takes them.
+/// Names and keys, as --set accepts them.
 void printIngredientNames(CommandContext &context)
 {
     QStringList names;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// How many letters must be inserted, removed or replaced to make one word of the other.
+/// The number of letters to insert, remove or replace to turn one word into the other.
 int distanceBetween(const QString &left, const QString &right)
 {
     QVector<int> row(right.length() + 1);
@@ -33,7 +33,7 @@ int distanceBetween(const QString &left, const QString &right)
 QString closestTo(const QString &word, const QStringList &candidates)
 {
     QString closest;
-    // More than this, and it is another word.
+    // With more differences it is a different word.
     int smallest = word.length() / 3 + 2;
     for (const QString &candidate : candidates) {
         const bool begun = !word.isEmpty() && candidate.startsWith(word);

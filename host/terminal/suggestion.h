@@ -5,5 +5,5 @@
 
 #include <QStringList>
 
-/// The entry of @p candidates that @p word was probably meant to be; empty when none is close.
+/// The entry of @p candidates that the user probably meant by @p word; empty when none is close.
 QString closestTo(const QString &word, const QStringList &candidates);
