@@ -7,7 +7,7 @@ namespace {
 
 const QLatin1String endOfOptions("--");
 
-/// A session manager and the desktop start programs with some of these.
+/// Session managers and desktops start programs with some of these.
 QStringList qtOptionsWithValue()
 {
     return {QStringLiteral("-display"),       QStringLiteral("-geometry"),

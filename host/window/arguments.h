@@ -5,14 +5,14 @@
 
 #include <QStringList>
 
-/// The arguments of a program, shared out between Qt and the program.
+/// The arguments of the program, split between Qt and the program itself.
 ///
-/// Left to itself Qt takes every option that it knows, documented or not, with one dash or two:
+/// By default Qt removes every option that it knows, documented or not, with one dash or two:
 /// --plugin would be among them.
 struct Arguments {
-    QStringList forQt; ///< What Qt documents for the command line of a program with windows.
+    QStringList forQt; ///< The options that Qt documents for programs with windows.
     QStringList own;   ///< All others.
 };
 
-/// Shares out @p arguments; the program's name, which is the first, goes to both.
+/// Splits @p arguments; the first, the program's name, goes to both.
 Arguments splitArguments(const QStringList &arguments);

@@ -5,8 +5,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints check boxes with an outline in the colour of text: the styles' own one cannot be seen in
-/// an empty box on a dark background.
+/// Paints check boxes with an outline in the text colour: the outline that styles draw for an empty
+/// box is invisible on a dark background.
 class BitDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -5,7 +5,7 @@
 
 #include <QIdentityProxyModel>
 
-/// Shows bit cells of a data view as check boxes; all other cells stay as they are.
+/// Shows bit cells of a data view as check boxes and leaves all other cells unchanged.
 class BitToggleProxyModel : public QIdentityProxyModel
 {
     Q_OBJECT

@@ -19,7 +19,7 @@
 namespace {
 
 const int elapsedIntervalMs = 100;
-/// The image may be larger than what a progress bar counts to.
+/// The image may be larger than the maximum of a progress bar.
 const int progressSteps = 1000;
 
 QString seconds(qint64 milliseconds)

@@ -14,8 +14,8 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// How the build stands: busy and for how long, the finished image, or why there is none. It takes no
-/// space before the first build.
+/// Shows the state of the build: how long it has been running, the finished image, or why it
+/// failed. Takes no space before the first build.
 class BuildPane : public QWidget
 {
     Q_OBJECT
@@ -24,11 +24,11 @@ public:
     /// Shows the builds of @p imageSession, which must outlive this pane.
     explicit BuildPane(ImageSession *imageSession, QWidget *parent = nullptr);
 
-    /// Shows why a build could not even be started.
+    /// Shows why a build could not be started.
     void showProblem(const QString &problem);
 
 signals:
-    /// Something that the user asked for could not be done.
+    /// A request of the user failed.
     void failed(const QString &text);
 
 private:

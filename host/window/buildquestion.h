@@ -9,9 +9,9 @@
 
 class QWidget;
 
-/// Shows @p problems before a build and asks whether to build all the same, which is not on offer
-/// when one of them must be fixed. True when the build is to start; at once without problems.
+/// Shows @p problems before a build and asks whether to build anyway, which is not offered when one
+/// of them must be fixed. True when the build is to start; without problems, does not ask.
 bool askToBuild(QWidget *parent, const QVector<Problem> &problems);
 
-/// Asks whether to stop the build that is running, since the window is to be closed.
+/// Asks whether to stop the running build because the window is about to be closed.
 bool askToStop(QWidget *parent);

@@ -39,7 +39,7 @@ void DataViewPane::refreshViews()
         if (!view) {
             continue;
         }
-        // In the text of a tab an ampersand marks a key.
+        // In the text of a tab, an ampersand marks a mnemonic.
         QString name = view->getDisplayName();
         name.replace(QLatin1Char('&'), QLatin1String("&&"));
         addTab(createPage(view), name);
@@ -66,7 +66,7 @@ QWidget *DataViewPane::createPage(IDataView *view)
         layout->addStretch();
         return page;
     }
-    // A view that exports nothing cannot get its settings into any file.
+    // Nothing saves the settings of a view that exports no data.
     if (view->exportData().isEmpty()) {
         addNote(tr("These settings are not saved and are not part of the image."));
     }

@@ -9,7 +9,7 @@ class IDataView;
 class ILoomwrightPlugin;
 class QAbstractItemModel;
 
-/// The data views that the plug-in offers, a tab each.
+/// The data views of the plug-in, one tab each.
 class DataViewPane : public QTabWidget
 {
     Q_OBJECT
@@ -17,13 +17,13 @@ class DataViewPane : public QTabWidget
 public:
     explicit DataViewPane(QWidget *parent = nullptr);
 
-    /// Shows the views of @p newPlugin, which must outlive this pane or be replaced by null.
+    /// Shows the views of @p newPlugin, which must outlive this pane; null shows none.
     void setPlugin(ILoomwrightPlugin *newPlugin);
-    /// Fetches the data views anew: the plug-in deletes the old ones when it loads a data file.
+    /// Gets the data views again: the plug-in deletes the old ones when it loads a data file.
     void refreshViews();
 
 signals:
-    /// The views have been fetched anew; there are @p count now.
+    /// The views were replaced; there are @p count now.
     void viewsChanged(int count);
 
 private:

@@ -7,5 +7,5 @@
 
 class QMimeData;
 
-/// The local files and folders in @p data; none when it holds anything else.
+/// The local files and folders in @p data; empty if it contains anything else.
 QStringList droppedFiles(const QMimeData *data);

@@ -5,8 +5,8 @@
 
 #include <QLabel>
 
-/// A label for one line, which is elided where it does not fit, so that a long text does not widen
-/// the window. The whole text is in the tooltip, and is what a screen reader reads.
+/// A label for one line that elides text that does not fit, so that a long text does not widen the
+/// window. The whole text is in the tooltip and is read by screen readers.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT

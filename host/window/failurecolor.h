@@ -5,7 +5,7 @@
 
 #include <QPalette>
 
-/// A red that can be read on the background of lists and texts, dark or light.
+/// A red that is readable on the background of lists and texts, dark or light.
 inline QColor failureColor(const QPalette &palette)
 {
     const bool isDark = palette.color(QPalette::Base).lightness() < 128;

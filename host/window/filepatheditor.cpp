@@ -26,7 +26,7 @@ FilePathEditor::FilePathEditor(QWidget *parent)
 
     pathLine->setAccessibleName(tr("Path"));
     pathLine->setFrame(false);
-    // What is dropped is taken by the editor as a whole, as a path and not as an address.
+    // The editor itself handles drops: the line would insert a URL instead of a path.
     pathLine->setAcceptDrops(false);
     browseButton->setText(tr("Browse…"));
     browseButton->setAccessibleName(tr("Browse for a file"));
@@ -61,7 +61,8 @@ FilePath FilePathEditor::filePath() const
 
 void FilePathEditor::browse()
 {
-    // With this editor as parent: the view closes an editor that loses the focus to anything else.
+    // This editor must be the parent: the view closes an editor when any other widget gets the
+    // focus.
     const QString current = filePath().fileName;
     choose(value.isInput
                ? QFileDialog::getOpenFileName(this, tr("Choose a file"), current, value.fileFilter)
@@ -92,7 +93,7 @@ void FilePathEditor::dropEvent(QDropEvent *event)
 
 void FilePathEditor::followFocus(const QWidget *old, const QWidget *now)
 {
-    // Without a focus widget another program is in front, and the user will come back.
+    // Without a focus widget, another program is active, and the user will return.
     if (old && isAncestorOf(old) && now && !isAncestorOf(now) && now->window() == window()) {
         emit finished();
     }

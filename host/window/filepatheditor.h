@@ -10,8 +10,8 @@
 class QLineEdit;
 class QToolButton;
 
-/// Edits a FilePath in place: a line for the path and a button that opens a file dialog. A file
-/// that is dropped on it is taken.
+/// Edits a FilePath in place: a line for the path and a button that opens a file dialog. Accepts a
+/// dropped file.
 class FilePathEditor : public QWidget
 {
     Q_OBJECT
@@ -21,15 +21,15 @@ public:
     ~FilePathEditor() override;
 
     void setFilePath(const FilePath &newFilePath);
-    /// What was set, with the path as edited and all else as it was.
+    /// The value that was set, with the edited path.
     FilePath filePath() const;
 
-    /// Lets the user choose a file, to open or to save as the value asks for, from where the current
-    /// one is.
+    /// Opens a dialog to choose a file, for opening or saving as the value requires, in the folder
+    /// of the current one.
     void browse();
 
 signals:
-    /// The user is done with this editor, by choosing or dropping a file or by leaving it.
+    /// The user has finished editing, by choosing or dropping a file or by leaving the editor.
     void finished();
 
 protected:

@@ -15,7 +15,7 @@
 #include <QStyle>
 #include <QWidget>
 
-/// The resources of a static library are registered only on request, outside of any namespace.
+/// Resources of a static library must be registered explicitly, outside of any namespace.
 static void registerResources()
 {
     Q_INIT_RESOURCE(window);
@@ -38,7 +38,7 @@ QColor textColor(QIcon::Mode mode)
     }
 }
 
-/// Draws a one-colour SVG in the colour that text has at the time of drawing.
+/// Draws a one-colour SVG in the current text colour.
 class TextColorIconEngine : public QIconEngine
 {
 public:

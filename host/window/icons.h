@@ -7,12 +7,12 @@
 
 class QWidget;
 
-/// The icon with that name of the desktop's theme, else the one in icons/, drawn in the palette's
-/// colour of text. It follows a change of the palette. Null when there is neither.
+/// The icon named @p name from the desktop's theme, else the one in icons/, drawn in the text
+/// colour of the palette, also after the palette has changed. Null when there is neither.
 QIcon namedIcon(const QString &name);
 
-/// The program's own icon.
+/// The program's icon.
 QIcon applicationIcon();
 
-/// The size of icons beside text in the font of @p widget, in device-independent pixels.
+/// The size of icons next to text in the font of @p widget, in device-independent pixels.
 QSize iconSizeFor(const QWidget *widget);

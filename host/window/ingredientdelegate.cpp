@@ -17,7 +17,7 @@
 
 namespace {
 
-/// What stands at the end of the cell when there are several candidates; empty otherwise.
+/// The text at the end of the cell when there are several candidates; empty otherwise.
 QString candidatesText(const QModelIndex &index)
 {
     const int count = index.data(IngredientProxyModel::CandidatesRole).toStringList().count();
@@ -26,7 +26,7 @@ QString candidatesText(const QModelIndex &index)
         : IngredientDelegate::tr("%1 candidates ▾").arg(count);
 }
 
-/// Where that text is clicked.
+/// The area in which that text can be clicked.
 QRect candidatesRect(const QStyleOptionViewItem &cell, const QString &text)
 {
     QRect rect = cell.rect;
@@ -34,7 +34,7 @@ QRect candidatesRect(const QStyleOptionViewItem &cell, const QString &text)
     return rect;
 }
 
-/// What keeps a right-aligned text from the column behind it.
+/// The space between right-aligned text and the next column.
 int columnGap(const QStyleOptionViewItem &cell, const QModelIndex &index)
 {
     const bool alignedRight = index.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight;
@@ -72,7 +72,7 @@ QWidget *IngredientDelegate::createEditor(QWidget *parent, const QStyleOptionVie
 {
     openEditor = makeEditor(parent, option, index);
     if (openEditor) {
-        // The signals of a delegate are not const, while this operation is.
+        // Signals are not const, but this function is.
         auto self = const_cast<IngredientDelegate *>(this);
         emit self->editingChanged(true);
         connect(openEditor, &QObject::destroyed, self,
@@ -129,7 +129,7 @@ void IngredientDelegate::setModelData(QWidget *editor, QAbstractItemModel *model
                                       const QModelIndex &index) const
 {
     if (auto pathEditor = qobject_cast<FilePathEditor *>(editor)) {
-        // An unchanged path is not written: to the plug-in every write is a change to act upon.
+        // The plug-in acts on every write as a change, so an unchanged path is not written.
         const FilePath edited = pathEditor->filePath();
         if (edited.fileName != textOf(index.data(Qt::EditRole))) {
             model->setData(index, QVariant::fromValue(edited), Qt::EditRole);
@@ -146,7 +146,7 @@ void IngredientDelegate::setModelData(QWidget *editor, QAbstractItemModel *model
 QSize IngredientDelegate::sizeHint(const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const
 {
-    // High enough for an editor, so that rows do not jump and buttons are not cut.
+    // Leaves room for an editor, so that rows do not jump and buttons are not clipped.
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     size.setWidth(size.width() + columnGap(option, index));
     size.setHeight(qMax(size.height(), option.fontMetrics.height() * 3 / 2));
@@ -159,7 +159,7 @@ void IngredientDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     if (index.model()->buddy(index) != index
         || kindOf(index.data(Qt::EditRole)) != ValueKind::File) {
         QStyleOptionViewItem plain = option;
-        // The gap is selected with the rest of the cell.
+        // The gap is part of the selection.
         const QWidget *view = option.widget;
         const QStyle *viewStyle = view ? view->style() : QApplication::style();
         viewStyle->drawPrimitive(QStyle::PE_PanelItemViewItem, &plain, painter, view);
@@ -177,7 +177,7 @@ void IngredientDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     painter->restore();
 }
 
-/// The name of the file first, since it tells more than the folder, which has the rest of the cell.
+/// Draws the file name first, since it matters most; the folder gets the rest of the cell.
 void IngredientDelegate::paintPath(QPainter *painter, const QStyleOptionViewItem &cell,
                                    const QModelIndex &index) const
 {
@@ -204,7 +204,7 @@ void IngredientDelegate::paintPath(QPainter *painter, const QStyleOptionViewItem
     }
     const QFileInfo file(path);
     draw(file.fileName(), QPalette::Text);
-    // Less than that would show no folder, but only the dots.
+    // A smaller space would show only the ellipsis.
     if (rest.width() > gap * 4) {
         draw(QDir::toNativeSeparators(file.path()), QPalette::PlaceholderText);
     }

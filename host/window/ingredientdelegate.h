@@ -6,9 +6,9 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Shows and edits the values of the ingredient tree in place. A path is shown as the file's name
-/// with its folder behind it, and is edited with a browse button; a choice has a drop-down list, a
-/// text a line. Where there are several candidates for a file, the cell offers them.
+/// Shows and edits the values of the ingredient tree in place. A path is shown as file name and
+/// folder and edited with a browse button; a choice is edited with a drop-down list, and a text
+/// with a line. If there are several candidates for a file, the cell offers them.
 class IngredientDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -18,7 +18,8 @@ public:
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
-    /// Fills an editor once: what the user has typed is not replaced by a change of the value.
+    /// Fills an editor only once, so that a change of the value does not replace what the user has
+    /// typed.
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model,
                       const QModelIndex &index) const override;
@@ -26,7 +27,7 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
 
-    /// Takes the value of an editor that is open, and closes it.
+    /// Stores the value of an open editor and closes it.
     void commit();
 
 signals:

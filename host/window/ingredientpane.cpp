@@ -21,7 +21,7 @@
 
 namespace {
 
-/// The widths of the pane from which the columns of size and date have room.
+/// The pane widths from which the size and date columns are shown.
 const int minCharactersForSize = 70;
 const int minCharactersForDate = 100;
 
@@ -66,7 +66,7 @@ IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
     connect(tree, &IngredientTree::fileDropped, this,
             [this](const QModelIndex &row, const QString &file) {
                 const Ingredient ingredient = model->ingredientAt(row);
-                commitEditor(); // It may replace the model.
+                commitEditor(); // Committing may replace the model.
                 session->setValue(ingredient.name, ingredient.key, file);
             });
     connect(delegate, &IngredientDelegate::candidatesRequested, this,
@@ -105,8 +105,8 @@ void IngredientPane::attach()
     tree->setCurrentIndex(model->valueCell(currentName, currentKey));
 }
 
-/// Hides what the plug-in does not want to be seen, and in a narrow window the date and the size,
-/// which the tooltip has as well: the value is the main thing.
+/// Hides the columns that the plug-in wants hidden. In a narrow window also hides date and size,
+/// which the tooltip shows too, to leave room for the value.
 void IngredientPane::hideColumns()
 {
     if (!session->isLoaded() || !model->sourceModel()) {

@@ -22,18 +22,18 @@ public:
     /// Shows the values of @p imageSession, which must outlive this pane.
     explicit IngredientPane(ImageSession *imageSession, QWidget *parent = nullptr);
 
-    /// Selects an ingredient and gives it the focus.
+    /// Selects an ingredient and sets the focus on it.
     void showIngredient(const QString &name, const QString &key);
-    /// Takes over what is being typed.
+    /// Stores what is being typed.
     void commitEditor();
-    /// Whether values may be changed.
+    /// Sets whether values may be changed.
     void setEditable(bool isEditable);
 
-    /// What can be done with the current row, for a menu.
+    /// The actions for the current row, for a menu.
     QList<QAction *> rowActions() const;
 
 signals:
-    /// Files and folders that were dropped on no row.
+    /// Files and folders were dropped outside of any row.
     void filesDropped(const QStringList &files);
 
 protected:

@@ -188,7 +188,7 @@ QVariant IngredientProxyModel::extraData(const QModelIndex &index, const Row &ro
     return isSize ? bytesText(row.size) : QLocale().toString(row.modified, QLocale::ShortFormat);
 }
 
-/// A value goes to the session, which also renews the model where the value is a data file.
+/// Passes the value to the session, which also replaces the model if the value is a data file.
 bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const Ingredient ingredient = ingredientAt(index);
@@ -211,7 +211,7 @@ QString IngredientProxyModel::toolTipOf(const Row &row) const
     }
     lines += row.remarks;
     lines.removeAll(QString());
-    // A tooltip would take a tag in a file name for a mark-up.
+    // Without escaping, a tooltip would interpret a tag in a file name as markup.
     return QLatin1String("<p style='white-space:pre-wrap'>")
         + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QLatin1String("</p>");
 }

@@ -13,18 +13,18 @@
 
 class ImageSession;
 
-/// How an ingredient stands, as its mark shows it; the later ones outweigh the earlier ones.
+/// The state of an ingredient, shown by its mark; later values override earlier ones.
 enum class RowState {
-    Plain, ///< Nothing to say: no file, or an optional one that is not chosen.
+    Plain, ///< Not a file, or an optional file that is not chosen.
     Good,
     Newer,   ///< The file has changed since the image was built.
     Missing, ///< A required file has not been chosen yet.
     Problem
 };
 
-/// Shows the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark for
-/// the state of each row, and two columns more, with the size and the date of the file. The edit
-/// role gives the values themselves; what is entered goes to the session.
+/// Presents the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark
+/// for the state of each row, and two additional columns with the size and date of the file. The
+/// edit role returns the values themselves; edited values are passed to the session.
 class IngredientProxyModel : public QIdentityProxyModel
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
         CandidatesRole                ///< The paths to choose from; empty unless there are several.
     };
 
-    /// The columns behind those of the source.
+    /// The columns after those of the source.
     enum ExtraColumn { SizeColumn, ModifiedColumn, ExtraColumnCount };
 
     explicit IngredientProxyModel(ImageSession *imageSession, QObject *parent = nullptr);
@@ -51,10 +51,10 @@ public:
     QModelIndex parent(const QModelIndex &child) const override;
     QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
     QModelIndex mapToSource(const QModelIndex &index) const override;
-    /// The value cell of the row, so that a row is edited wherever the user has pointed.
+    /// The value cell of the row, so that editing works from every cell of it.
     QModelIndex buddy(const QModelIndex &index) const override;
 
-    /// Shows what the session knows now of values, files and problems.
+    /// Updates the rows from the session's values, files and problems.
     void update();
     /// The value cell of an ingredient; invalid when there is none.
     QModelIndex valueCell(const QString &name, const QString &key) const;
@@ -65,7 +65,7 @@ private:
     struct Row {
         Ingredient ingredient;
         RowState state = RowState::Plain;
-        QStringList remarks; ///< Of the tooltip: problems, and what else there is to say.
+        QStringList remarks; ///< Lines of the tooltip: problems and other remarks.
         QStringList candidates;
         qint64 size = -1;
         QDateTime modified;
@@ -81,6 +81,6 @@ private:
     QString toolTipOf(const Row &row) const;
 
     ImageSession *session;
-    /// By the row of the group and the row in it.
+    /// Indexed by the row of the group and the row within the group.
     QHash<RowKey, Row> rows;
 };

@@ -15,7 +15,7 @@ namespace {
 
 const int targetFrameWidth = 2;
 
-/// Whether @p files may be dropped on one row; a project file is opened wherever it is dropped.
+/// Whether @p files may be dropped on a row; a project file is opened wherever it is dropped.
 bool fitsRow(const QStringList &files)
 {
     return files.count() == 1 && inputKindOf(files.first()) == InputKind::File;

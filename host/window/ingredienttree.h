@@ -7,8 +7,8 @@
 #include <QStringList>
 #include <QTreeView>
 
-/// A tree of ingredients on which files are dropped: one file on the row that it is for, anything
-/// else on the tree as a whole. What would take the files is highlighted.
+/// A tree of ingredients that accepts dropped files: one file on its row, anything else on the tree
+/// as a whole. The drop target is highlighted.
 class IngredientTree : public QTreeView
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     explicit IngredientTree(QWidget *parent = nullptr);
 
 signals:
-    /// @p row is a cell of the row; its ingredient has a file as its value.
+    /// A file was dropped on @p row, a cell of an ingredient whose value is a file.
     void fileDropped(const QModelIndex &row, const QString &file);
     void filesDropped(const QStringList &files);
 

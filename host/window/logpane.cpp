@@ -30,12 +30,12 @@
 namespace {
 
 const int showIntervalMs = 50;
-/// How long the window may be busy with one batch.
+/// How long one batch may block the window.
 const int batchMs = 20;
-/// A longer line would keep the text layout busy for seconds.
+/// A longer line would block the text layout for seconds.
 const int maxLineLength = 4096;
 
-/// What a block of the view is, as its user state.
+/// The type of a block of the view, stored as its user state.
 enum BlockState { StatusBlock, ErrorStart, ErrorContinuation };
 
 /// Whether a text document starts a new block at @p character.
@@ -45,7 +45,7 @@ bool endsLine(QChar character)
     case '\n':
     case '\r':
     case QChar::ParagraphSeparator:
-    case 0xfdd0: // What a document uses for the borders of frames.
+    case 0xfdd0: // Used by documents for the borders of frames.
     case 0xfdd1:
         return true;
     default:
@@ -91,8 +91,9 @@ void LogPane::createView()
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setUndoRedoEnabled(false);
     view->setTabChangesFocus(true);
-    // The view follows its end until the user goes elsewhere, by scrolling or with the cursor. The
-    // bar's value does not tell: the view also changes it by itself, as it lays out lines.
+    // The view follows its end until the user moves elsewhere, by scrolling or with the cursor. The
+    // value of the scroll bar does not show this, since the view also changes it while it lays out
+    // lines.
     const QScrollBar *bar = view->verticalScrollBar();
     connect(bar, &QScrollBar::actionTriggered, this,
             [this, bar] { followsEnd = bar->sliderPosition() >= bar->maximum(); });
@@ -100,7 +101,7 @@ void LogPane::createView()
         followsEnd = isAtEnd(view->textCursor());
         view->ensureCursorVisible();
     });
-    // Later, as a view that is scrolled while it sets the range counts its lines wrong.
+    // Delayed, because a view that is scrolled while it sets the range counts its lines wrong.
     connect(bar, &QScrollBar::rangeChanged, &followTimer, QOverload<>::of(&QTimer::start));
     connect(&followTimer, &QTimer::timeout, this, &LogPane::followEnd);
     followTimer.setSingleShot(true);
@@ -111,7 +112,7 @@ void LogPane::followEnd()
     if (!followsEnd) {
         return;
     }
-    // The range is one of the lines as they were counted before they were laid out in this width.
+    // The range still has the line count from before the lines were laid out in the current width.
     QAbstractTextDocumentLayout *layout = view->document()->documentLayout();
     emit layout->documentSizeChanged(layout->documentSize());
     view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
@@ -153,7 +154,7 @@ QWidget *LogPane::createBar()
     add("document-save-as", tr("Save the log"), &LogPane::save);
 
     connect(searchLine, &QLineEdit::textChanged, this, [this] {
-        // The match grows in place while the text is typed.
+        // Starts at the present match, so that it grows in place while the user types.
         QTextCursor start = view->textCursor();
         start.setPosition(start.selectionStart());
         select(start);
@@ -190,7 +191,8 @@ void LogPane::addError(const QString &message)
 
 void LogPane::add(const QString &message, bool isError)
 {
-    // What would be dropped at once is not even kept, and an ended last line makes no empty one.
+    // Skips text that would be dropped at once, and a final line feed, which would add an empty
+    // line.
     QString kept = message.right(charactersKept);
     if (kept.endsWith(QLatin1Char('\n'))) {
         kept.chop(1);
@@ -210,7 +212,7 @@ void LogPane::add(const QString &message, bool isError)
     }
 }
 
-/// Turns the oldest message that came in into lines.
+/// Splits the oldest incoming message into lines.
 void LogPane::splitNextMessage()
 {
     const Message message = std::move(incoming.front());
@@ -234,7 +236,7 @@ void LogPane::splitNextMessage()
     }
 }
 
-/// Takes the oldest lines away until little enough is kept.
+/// Removes the oldest lines until the text is within the limit.
 void LogPane::trim()
 {
     int blocksToRemove = 0;
@@ -262,7 +264,7 @@ void LogPane::trim()
     oldest.removeSelectedText();
 }
 
-/// Shows what has not been shown yet, as much as one batch may take.
+/// Shows text that has not been shown yet, as much as one batch may take.
 void LogPane::showSome()
 {
     QElapsedTimer elapsed;
@@ -298,7 +300,7 @@ bool LogPane::isBusy() const
     return linesProcessed < lines.size() || !incoming.empty();
 }
 
-/// Moves the user's cursor back to where it was: at the end new text takes it along.
+/// Restores the user's cursor: inserted text moves a cursor that is at the end.
 void LogPane::moveBack(int anchor, int position)
 {
     QTextCursor cursor = view->textCursor();
@@ -331,7 +333,7 @@ void LogPane::showLine(QTextCursor *end, const Line &line)
     ++blocksShown;
 }
 
-/// Fills the view anew, after a change of what is shown or how.
+/// Fills the view again, after a change of the filter or of how lines are shown.
 void LogPane::showAgain()
 {
     clearView();
@@ -340,7 +342,7 @@ void LogPane::showAgain()
     showSome();
 }
 
-/// Forgets all that came before the incoming messages.
+/// Forgets all messages except the incoming ones.
 void LogPane::forgetLines()
 {
     if (lines.empty()) {
@@ -426,7 +428,7 @@ void LogPane::showNextError()
 
 void LogPane::select(const QTextCursor &cursor)
 {
-    // Before the view scrolls there, or it would be taken back to the end.
+    // Set before the view scrolls, or it would scroll back to the end.
     followsEnd = isAtEnd(cursor);
     view->setTextCursor(cursor);
     view->ensureCursorVisible();
@@ -492,7 +494,7 @@ void LogPane::changeEvent(QEvent *event)
 void LogPane::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // Once the layout has resized the view as well.
+    // Delayed until the layout has resized the view.
     followTimer.start();
 }
 
@@ -500,7 +502,7 @@ void LogPane::updateFont()
 {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (!QFontInfo(fixed).fixedPitch()) {
-        // Not every platform names one.
+        // Some platforms have none.
         fixed.setFamily(QStringLiteral("monospace"));
         fixed.setStyleHint(QFont::Monospace);
     }
@@ -508,7 +510,7 @@ void LogPane::updateFont()
     view->setFont(fixed);
     const QList<QToolButton *> buttons = findChildren<QToolButton *>();
     for (QToolButton *button : buttons) {
-        // Not those inside the search field.
+        // Excludes the actions inside the search field.
         if (button->parentWidget() != searchLine) {
             button->setIconSize(iconSizeFor(this));
         }

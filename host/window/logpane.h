@@ -15,10 +15,10 @@ class QLineEdit;
 class QPlainTextEdit;
 class QToolButton;
 
-/// What the plug-in reports, with the time: status and errors apart.
+/// The messages of the plug-in, with the time. Status and errors are distinguished.
 ///
-/// It keeps the newest text only, so that no amount of messages fills the memory, and shows them in
-/// batches, so that no rate of messages blocks the window.
+/// It keeps only the newest text, so that messages do not fill the memory, and shows them in
+/// batches, so that they do not block the window.
 class LogPane : public QWidget
 {
     Q_OBJECT
@@ -29,20 +29,20 @@ public:
     void addStatus(const QString &message);
     void addError(const QString &message);
 
-    /// Selects the next match of the text in the search field, after the last line the first one.
+    /// Selects the next match of the text in the search field and wraps around at the end.
     void findNext();
     void findPrevious();
-    /// Selects the first line of the next error, after the last error the first one.
+    /// Selects the first line of the next error and wraps around at the end.
     void showNextError();
-    /// Whether only errors are shown; the other messages are kept.
+    /// Sets whether only errors are shown; the other messages are kept.
     void setErrorsOnly(bool newErrorsOnly);
 
-    /// Copies the selection, or everything that is shown when nothing is selected.
+    /// Copies the selection, or all visible text when nothing is selected.
     void copy();
     void clear();
-    /// Asks for a file and writes all text that is kept into it.
+    /// Asks for a file and saves all text that is kept.
     void save();
-    /// All text that is kept, whether it is shown or not.
+    /// All text that is kept, visible or not.
     QString text();
 
     /// Whether there is text that has not been shown yet.
@@ -90,11 +90,11 @@ private:
     QLabel *searchState = nullptr;
     QToolButton *errorsOnlyButton = nullptr;
 
-    /// What has come since the last batch, as it came.
+    /// Unprocessed messages since the last batch.
     std::deque<Message> incoming;
-    /// All that is kept of the messages before.
+    /// The text that is kept of earlier messages.
     std::deque<Line> lines;
-    /// How many of the lines the view has been given; with the filter it shows fewer.
+    /// How many of the lines were processed; the filter hides some of them from the view.
     size_t linesProcessed = 0;
     int blocksShown = 0;
     int incomingCharacters = 0;

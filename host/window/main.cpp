@@ -29,7 +29,7 @@ QStringList argumentsOf(int count, char **values)
     return arguments;
 }
 
-/// The arguments as Qt wants them: writable, and there for as long as the application is.
+/// The arguments in the form that Qt needs: writable, and valid as long as the application exists.
 class ArgumentVector
 {
 public:
@@ -59,11 +59,11 @@ private:
 struct CommandLine {
     QString pluginFile;
     QStringList files;
-    QString information; ///< To be printed instead of opening a window.
+    QString information; ///< To print instead of opening a window.
     QString problem;     ///< What is wrong with the command line.
 };
 
-/// The parser asks the application for the program's name; this one needs no display.
+/// The parser gets the program's name from the application; this one needs no display.
 QString helpText(const QCommandLineParser &parser)
 {
     ArgumentVector arguments({QLatin1String(programName)});
@@ -111,7 +111,7 @@ CommandLine parse(const QStringList &arguments)
     return commandLine;
 }
 
-/// The plug-in for which the user has decided, for this run before for all.
+/// The plug-in that the user has chosen: for this run, else in the settings.
 QString chosenPlugin(const CommandLine &commandLine)
 {
     const bool chosenForThisRun
@@ -119,7 +119,7 @@ QString chosenPlugin(const CommandLine &commandLine)
     return chosenForThisRun ? commandLine.pluginFile : readSettings().pluginFile;
 }
 
-/// Runs the program; @p endSignal is set to the signal that has ended it.
+/// Runs the program; @p endSignal is set to the signal that ended it.
 int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *endSignal)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -136,7 +136,7 @@ int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *
     SignalWatch signalWatch;
     QObject::connect(&signalWatch, &SignalWatch::received, &application, [endSignal](int number) {
         *endSignal = number;
-        // Nobody may be there to answer a question.
+        // Does not ask, since there may be no user to answer.
         QCoreApplication::quit();
     });
     window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));
@@ -167,7 +167,7 @@ int main(int argc, char **argv)
     int endSignal = 0;
     const int status = runWindow(commandLine, &qtArguments, &endSignal);
     if (endSignal != 0) {
-        // So that the parent process sees the signal.
+        // The parent process must see the signal.
         std::signal(endSignal, SIG_DFL);
         std::raise(endSignal);
     }

@@ -67,10 +67,10 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // The plug-in goes with the session, before the widgets that show it.
+    // The session deletes the plug-in before the widgets that show it are deleted.
     docks->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
-    // It announces that it is emptied when it is destroyed.
+    // Its destructor emits signals when it clears the history.
     disconnect(history, nullptr, this, nullptr);
     delete centralWidget();
 }
@@ -137,7 +137,7 @@ void MainWindow::connectActions()
 {
     actions->addViews(docks->viewActions());
     actions->addRowActions(ingredientPane->rowActions());
-    // Whatever an action does, it does with what has been typed.
+    // Store what is being typed before any action.
     const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
         connect(action, &QAction::triggered, receiver, [this, receiver, operation] {
             ingredientPane->commitEditor();

@@ -19,7 +19,7 @@ class UndoHistory;
 class WindowActions;
 class WindowDocks;
 
-/// The window: wires panes and actions to the session that they show and change.
+/// The main window: connects panes and actions to the session.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -28,12 +28,12 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    /// Loads a plug-in in place of the current one, which stays when that fails.
+    /// Loads a plug-in in place of the current one, which stays if that fails.
     bool loadPlugin(const QStringList &candidates);
     /// Opens folders, files, configurations and a project.
     void open(const QStringList &paths);
     void restoreLastProject();
-    /// Asks when something is wrong, and runs the stitcher.
+    /// Asks if there are problems, and runs the stitcher.
     void build();
 
 protected:

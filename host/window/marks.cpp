@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Drawn for the size and the palette of the moment; no bitmap fits every font and background. The
+/// Drawn for the current size and palette, since no bitmap fits every font and background. The
 /// states differ in shape as well as in colour.
 class MarkEngine : public QIconEngine
 {

@@ -7,5 +7,5 @@
 
 enum class RowState;
 
-/// The mark for @p state, of the same width for every state, in the colours of the palette.
+/// The mark for @p state, in the colours of the palette; all marks have the same width.
 QIcon markIcon(RowState state);

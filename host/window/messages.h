@@ -6,6 +6,6 @@
 class QString;
 class QWidget;
 
-/// Shows a warning and waits until it is closed. Texts are shown literally: a file name may look like
-/// HTML.
+/// Shows a warning and waits until it is closed. Text is shown literally, since a file name may
+/// look like HTML.
 void showWarning(QWidget *parent, const QString &title, const QString &text);

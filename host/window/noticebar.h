@@ -7,7 +7,7 @@
 
 class QLabel;
 
-/// A line for something that is to be shown once, until the user closes it or it is replaced.
+/// Shows a text once, until the user closes it or another replaces it.
 class NoticeBar : public QFrame
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ class NoticeBar : public QFrame
 public:
     explicit NoticeBar(QWidget *parent = nullptr);
 
-    /// Shows @p text, taken as plain text; of very many lines the first.
+    /// Shows @p text as plain text; of very many lines, only the first.
     void showText(const QString &text);
 
 private:

@@ -23,7 +23,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Shows @p newProblems; does nothing when they are shown already, so that a selection stays.
+    /// Shows @p newProblems; does nothing if they are unchanged, so that the selection stays.
     void setProblems(QVector<Problem> newProblems);
     Problem problemAt(const QModelIndex &index) const;
 
@@ -31,7 +31,7 @@ private:
     QVector<Problem> problems;
 };
 
-/// A size in the user's notation, with the unit.
+/// A size in the user's locale, with the unit.
 QString bytesText(qint64 size);
 /// @p problem in one line, without the ingredient and the file.
 QString problemLine(const Problem &problem);

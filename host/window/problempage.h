@@ -7,7 +7,7 @@
 
 class QLabel;
 
-/// What the window shows while there is no plug-in: why, and an offer to choose one.
+/// Shown when there is no plug-in: the reason, and a button to choose one.
 class ProblemPage : public QWidget
 {
     Q_OBJECT

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The width from which the column with the file has room.
+/// The width from which the file column is shown.
 const int minCharactersForFile = 120;
 
 } // namespace
@@ -25,13 +25,13 @@ ProblemPane::ProblemPane(QWidget *parent)
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
-    // Two columns share what the others leave.
+    // The text and file columns share the remaining width.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);
     header()->setSectionResizeMode(ProblemModel::FileColumn, QHeaderView::Stretch);
-    // A click, or the key that stands for a double-click.
+    // activated() covers the keyboard.
     connect(this, &QTreeView::clicked, this, &ProblemPane::choose);
     connect(this, &QTreeView::activated, this, &ProblemPane::choose);
 }
@@ -39,7 +39,7 @@ ProblemPane::ProblemPane(QWidget *parent)
 void ProblemPane::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
-    // The tree shows the file of the row to which a click leads.
+    // A click leads to the row, which shows the file.
     const int characters = width() / fontMetrics().averageCharWidth();
     setColumnHidden(ProblemModel::FileColumn, characters < minCharactersForFile);
 }
@@ -65,7 +65,7 @@ void ProblemPane::setProblems(QVector<Problem> problems)
     model->setProblems(std::move(problems));
 }
 
-/// A few lines; the tree above it is the main thing.
+/// A few lines, since the tree above it is more important.
 QSize ProblemPane::sizeHint() const
 {
     const int lineHeight = fontMetrics().height() * 3 / 2;

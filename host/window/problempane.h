@@ -10,7 +10,7 @@
 
 class ProblemModel;
 
-/// The list of all that is wrong with the image.
+/// The list of problems of the image.
 class ProblemPane : public QTreeView
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
 
     void setProblems(QVector<Problem> problems);
 
-    /// Selects the next problem, after the last one the first, and asks for its ingredient.
+    /// Selects the next problem, wrapping around at the end, and emits ingredientChosen().
     void showNext();
 
     QSize sizeHint() const override;

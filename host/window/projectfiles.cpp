@@ -136,7 +136,7 @@ void ProjectFiles::restoreLast()
     }
 }
 
-/// Values that no project file holds are not asked about: to drop a folder and build it takes none.
+/// Without a project file it does not ask, since dropping a folder and building it needs none.
 bool ProjectFiles::mayLeave()
 {
     if (session->projectFile().isEmpty() || !session->isModified()) {

@@ -9,8 +9,7 @@ class ImageSession;
 class QWidget;
 class RecentFiles;
 
-/// Opens and saves projects, folders, files and configurations, with the dialogs and questions that
-/// belong to it.
+/// Opens and saves projects, folders, files and configurations, with the necessary dialogs.
 class ProjectFiles : public QObject
 {
     Q_OBJECT
@@ -19,7 +18,7 @@ public:
     /// @p imageSession and @p recentFiles must outlive this object; dialogs belong to @p parent.
     ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *parent);
 
-    /// Opens what the user names: folders, files, configurations, a project.
+    /// Opens folders, files, configurations or a project.
     void open(const QStringList &paths);
     void chooseFolder();
     void chooseFiles();
@@ -29,9 +28,9 @@ public:
     bool save();
     bool saveAs();
     void saveConfigurationAs();
-    /// Opens the project file that was in use when the program ended the last time.
+    /// Opens the project file that was open when the program was last closed.
     void restoreLast();
-    /// Asks about a project file that is not saved; false when the user wants to go on with it.
+    /// Asks about unsaved changes of a project file; false when the user cancels.
     bool mayLeave();
 
 private:
@@ -40,6 +39,6 @@ private:
     ImageSession *session;
     RecentFiles *recent;
     QWidget *window;
-    /// As of the start: the setting follows what is opened.
+    /// Read at start-up, since opening a project changes the setting.
     QString lastProject;
 };

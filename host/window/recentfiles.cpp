@@ -43,7 +43,7 @@ RecentFiles::RecentFiles(QWidget *parent)
 {
     setToolTipsVisible(true);
     setEnabled(!files.isEmpty());
-    // Late, as it looks into the files.
+    // Delayed, since it reads the files.
     connect(this, &QMenu::aboutToShow, this, &RecentFiles::fill);
 }
 

@@ -7,7 +7,7 @@
 #include <QStringList>
 
 /// A menu of the projects, configurations, folders and files that were opened last, kept in the
-/// user's settings. An icon shows of which kind each is.
+/// user's settings. An icon shows the kind of each.
 class RecentFiles : public QMenu
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
 
     /// Puts @p file at the top.
     void add(const QString &file);
-    /// Takes @p file out, such as one that is no longer there.
+    /// Removes @p file, for example because it no longer exists.
     void remove(const QString &file);
 
 signals:

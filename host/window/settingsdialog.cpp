@@ -83,7 +83,7 @@ SettingsDialog::FileField SettingsDialog::addFileField(QFormLayout *form, const 
 
     auto browse = new QPushButton(tr("Browse…"), this);
     browse->setAutoDefault(false);
-    // The label of the row names the field alone.
+    // The label of the row only names the field.
     browse->setAccessibleDescription(QString(label).remove(QLatin1Char('&')));
     connect(browse, &QPushButton::clicked, this, [this, field, fileFilter] {
         const QString file = QFileDialog::getOpenFileName(this, tr("Choose a file"),
@@ -99,7 +99,7 @@ SettingsDialog::FileField SettingsDialog::addFileField(QFormLayout *form, const 
     row->addWidget(browse);
     form->addRow(label, row);
     form->addRow(QString(), field.problem);
-    // The form gives a buddy only to a row that is a single widget.
+    // The form sets a buddy only for a row that is a single widget.
     qobject_cast<QLabel *>(form->labelForField(row))->setBuddy(field.line);
     return field;
 }

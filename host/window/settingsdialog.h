@@ -13,7 +13,7 @@ class QLineEdit;
 class QPushButton;
 class QSpinBox;
 
-/// Edits the settings. It can only be accepted while all of them are valid; the caller stores and
+/// Edits the settings. It can be accepted only if all of them are valid; the caller stores and
 /// applies them.
 class SettingsDialog : public QDialog
 {
@@ -22,11 +22,11 @@ class SettingsDialog : public QDialog
 public:
     explicit SettingsDialog(const Settings &current, QWidget *parent = nullptr);
 
-    /// As edited.
+    /// The edited settings.
     Settings settings() const;
 
 private:
-    /// A line for a path, a button that browses, and below them what is wrong with the path.
+    /// A line for a path, a browse button, and a label for what is wrong with the path.
     struct FileField {
         QLineEdit *line;
         QLabel *problem;

@@ -13,7 +13,7 @@ namespace {
 
 bool isInput(const QWidget &widget)
 {
-    // A label takes the focus when its text can be selected, a scroll area always.
+    // Labels with selectable text accept the focus, and scroll areas always do.
     const bool informs = qobject_cast<const QLabel *>(&widget) != nullptr
         || qobject_cast<const QScrollArea *>(&widget) != nullptr;
     return !informs && widget.focusPolicy() != Qt::NoFocus;

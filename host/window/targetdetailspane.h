@@ -8,12 +8,12 @@
 
 class ILoomwrightPlugin;
 
-/// Whether the user can operate anything in @p page. Where nothing takes the focus but labels and
-/// containers, the page only informs.
+/// Whether @p page has controls for the user. A page whose only focusable widgets are labels and
+/// containers just shows information.
 bool hasInputs(const QWidget &page);
 
-/// The plug-in's target-details page. It stays the plug-in's own: the pane hands it back when it gets
-/// another plug-in or is deleted.
+/// Shows the plug-in's target-details page. The plug-in keeps ownership: the pane returns the page
+/// when it gets another plug-in or is deleted.
 class TargetDetailsPane : public QScrollArea
 {
     Q_OBJECT
@@ -22,11 +22,11 @@ public:
     explicit TargetDetailsPane(QWidget *parent = nullptr);
     ~TargetDetailsPane() override;
 
-    /// Shows the page of @p plugin; null hands back the one that is shown, which has to be done
-    /// before its plug-in is released.
+    /// Shows the page of @p plugin. Null returns the current page, which is necessary before its
+    /// plug-in is released.
     void setPlugin(ILoomwrightPlugin *plugin);
-    /// Whether there is a page that is worth its space from the start. One that only informs is
-    /// better shown on request.
+    /// Whether the page should be shown by default. A page that only informs is better shown on
+    /// request.
     bool isPageNeeded() const;
 
 private:

@@ -11,7 +11,8 @@ namespace {
 
 const int maxSteps = 200;
 
-/// One step; a copy of all values before and after it is small, and fits every kind of step.
+/// One step. It copies all values before and after it: they are small, and this fits every kind of
+/// step.
 class ValuesCommand : public QUndoCommand
 {
 public:
@@ -31,7 +32,7 @@ public:
 
     void redo() override
     {
-        // The stack calls it for a new step, which has been done.
+        // The stack also calls this for a new step, which has already been done.
         if (std::exchange(isNew, false)) {
             return;
         }

@@ -7,8 +7,8 @@
 
 class ImageSession;
 
-/// The steps by which the user has changed the values of a session; it takes them back and does them
-/// again. Another project or plug-in starts a new history.
+/// Undoes and redoes the user's changes to the values of a session. Opening another project or
+/// plug-in clears the history.
 class UndoHistory : public QUndoStack
 {
     Q_OBJECT

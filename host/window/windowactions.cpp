@@ -28,7 +28,7 @@ WindowActions::WindowActions(QMainWindow *mainWindow, UndoHistory *undoHistory)
     createToolBar();
 }
 
-/// The shortcuts are spelled out: some platform themes know none for Quit and the like.
+/// Explicit shortcuts: some platform themes define none for Quit and others.
 QAction *WindowActions::add(QMenu *menu, const QString &text, const QString &shortcut,
                             const char *icon)
 {

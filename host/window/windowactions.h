@@ -13,21 +13,21 @@ class QToolBar;
 class RecentFiles;
 class UndoHistory;
 
-/// The actions of the window, with their menus and the toolbar, and when each can be used.
+/// The actions of the window, with their menus and the toolbar, and when each is enabled.
 class WindowActions : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Makes the actions and puts them into the menu bar and a toolbar of @p window. The history
+    /// Creates the actions and adds them to the menu bar and a toolbar of @p window. The history
     /// must outlive this object.
     WindowActions(QMainWindow *window, UndoHistory *history);
 
-    /// Enables what can be used in the present state of @p session.
+    /// Enables the actions that are possible in the current state of @p session.
     void update(const ImageSession &session);
-    /// Adds @p actions, which show and hide a part of the window each, to the View menu.
+    /// Adds @p actions, each of which shows or hides a part of the window, to the View menu.
     void addViews(const QList<QAction *> &actions);
-    /// Adds @p actions on the current row to the Edit menu.
+    /// Adds @p actions, which apply to the current row, to the Edit menu.
     void addRowActions(const QList<QAction *> &actions);
 
     QAction *openFolder;

@@ -20,11 +20,11 @@ namespace {
 
 const char geometryKey[] = "layout/geometry";
 const char stateKey[] = "layout/state";
-/// Of the docks and toolbars; a state of another version is not restored.
+/// Version of the layout of docks and toolbars; a state of another version is not restored.
 const int layoutVersion = 2;
 
 const int minDockLines = 3;
-/// The part of the window's height that the docks get.
+/// The docks get the window's height divided by this.
 const int dockDivisor = 3;
 
 } // namespace
@@ -52,11 +52,11 @@ QDockWidget *WindowDocks::addDock(const QString &title, const QString &name, QWi
     auto dock = new QDockWidget(title, window);
     dock->setObjectName(name);
     dock->setWidget(pane);
-    // Less than a pane asks for: in a low window the tree needs the height.
+    // Less than the pane's own minimum: in a low window, the tree needs the height.
     pane->setMinimumHeight(window->fontMetrics().height() * minDockLines);
     window->addDockWidget(Qt::BottomDockWidgetArea, dock);
     if (problemDock) {
-        // One on the other: the tree keeps the height.
+        // Tabs leave the height to the tree.
         window->tabifyDockWidget(problemDock, dock);
     }
     return dock;
@@ -84,8 +84,8 @@ void WindowDocks::update(const ImageSession &session)
     problemDock->setWindowTitle(problemCount == 0
                                     ? tr("Problems")
                                     : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
-    // Only when there are some for the first time: a user who then closes the data views does not want
-    // them back with every data file.
+    // Only when the first ones appear: if the user then closes the data views, the next data file
+    // must not show them again.
     const bool found = dataViewPane->count() > 0;
     if (found != hasDataViews) {
         hasDataViews = found;
@@ -119,13 +119,12 @@ void WindowDocks::saveLayout() const
     settings.setValue(QLatin1String(stateKey), window->saveState(layoutVersion));
 }
 
-/// The size for the first start: in characters, so that it grows with the font, but not beyond the
-/// screen.
+/// The initial size, in characters, so that it grows with the font, but no larger than the screen.
 void WindowDocks::fitScreen()
 {
     const QFontMetrics metrics = window->fontMetrics();
     const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
-    // The frame of the window is not known before it is shown.
+    // The window's frame is unknown until it is shown.
     const QSize available = window->screen()->availableSize() * 9 / 10;
     window->resize(wanted.boundedTo(available));
 }

@@ -15,26 +15,26 @@ class QDockWidget;
 class QMainWindow;
 class TargetDetailsPane;
 
-/// The panes around the tree, in docks one on the other: problems, log, data views, target details.
+/// The panes around the tree, in tabbed docks: problems, log, data views, target details.
 class WindowDocks : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Makes the docks of @p mainWindow.
+    /// Creates the docks of @p mainWindow.
     explicit WindowDocks(QMainWindow *mainWindow);
 
-    /// The actions that show and hide a dock each.
+    /// The actions that show and hide the docks.
     QList<QAction *> viewActions() const;
-    /// Shows what belongs to @p plugin; null takes it all out.
+    /// Shows the panes for @p plugin; null empties them.
     void setPlugin(ILoomwrightPlugin *plugin);
     void update(const ImageSession &session);
     void showNextProblem();
 
-    /// Size, position, docks and toolbars as they were the last time.
+    /// Restores size, position, docks and toolbars of the last session.
     void restoreLayout();
     void saveLayout() const;
-    /// Keeps the docks from taking the height of the tree when the window gets smaller.
+    /// Prevents the docks from taking the tree's height when the window gets smaller.
     void limitHeight();
 
     ProblemPane *problemPane;

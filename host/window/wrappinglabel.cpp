@@ -29,7 +29,7 @@ WrappingLabel::WrappingLabel(QWidget *parent)
     setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
-/// Lays the text out for @p width, draws it where there is a painter, and returns its height.
+/// Lays out the text for @p width, draws it if there is a painter, and returns its height.
 int WrappingLabel::layOut(int width, QPainter *painter) const
 {
     QString shown = text();

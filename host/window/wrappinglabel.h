@@ -5,8 +5,8 @@
 
 #include <QLabel>
 
-/// A label for plain text of several lines that breaks anywhere where it must: a path or a hash
-/// without a space does not widen the window. A menu offers to copy the text.
+/// A label for plain text of several lines that can break anywhere, so that a path or a hash
+/// without spaces does not widen the window. A menu offers to copy the text.
 class WrappingLabel : public QLabel
 {
     Q_OBJECT
