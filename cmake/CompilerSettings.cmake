@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# Qt 4's headers and generated code are older than today's compilers: warnings are not errors there.
+# Qt 4's headers and generated code cause warnings with current compilers, so these are not errors
+# there.
 if(ZORV_QT EQUAL 5)
     option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
 else()
@@ -11,7 +12,7 @@ option(LOOMWRIGHT_SANITIZE "Build with the address and undefined behaviour sanit
 
 option(LOOMWRIGHT_FUZZ "Instrument for the fuzzers (with clang)" OFF)
 
-# Every target links this: warnings, sanitizers, and headers relative to the top directory.
+# Linked by every target: warnings, sanitizers, and include paths relative to the top directory.
 add_library(loomwright-settings INTERFACE)
 target_include_directories(loomwright-settings INTERFACE
     ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
@@ -32,7 +33,7 @@ if(LOOMWRIGHT_FUZZ)
     target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Release builds are hardened as Debian's packages are.
+# Harden release builds like Debian packages.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 target_compile_options(loomwright-settings INTERFACE

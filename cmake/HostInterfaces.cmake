@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# What others build a host with: the interface headers, a CMake package and a pkg-config file.
+# Files for building other hosts: the interface headers, a CMake package and a pkg-config file.
 
 include(CMakePackageConfigHelpers)
 set(include_directory ${CMAKE_INSTALL_INCLUDEDIR}/loomwright)
@@ -11,7 +11,7 @@ set(plugin_directory ${CMAKE_INSTALL_LIBDIR}/loomwright)
 add_library(loomwright-interfaces INTERFACE)
 target_include_directories(loomwright-interfaces INTERFACE $<INSTALL_INTERFACE:${include_directory}>)
 target_link_libraries(loomwright-interfaces INTERFACE Qt5::Widgets)
-# Each host compiles a copy of the relay; as a source of the host, AUTOMOC finds it.
+# Each host compiles its own copy of the relay; AUTOMOC finds it because it is a source of the host.
 target_sources(loomwright-interfaces INTERFACE
     $<INSTALL_INTERFACE:${include_directory}/plugin/statusmanager.h>)
 set_target_properties(loomwright-interfaces PROPERTIES EXPORT_NAME Interfaces)

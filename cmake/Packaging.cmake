@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# What cpack makes. With Qt 5 two Debian packages: the component "runtime", to which everything belongs
-# that names no other, becomes loomwright, and "development" becomes loomwright-dev. With Qt 4 a tarball
-# with the plug-in for the Workbench.
+# Packages for cpack. With Qt 5, two Debian packages: loomwright contains the component "runtime",
+# which is the default, and loomwright-dev contains "development". With Qt 4, a tarball with the
+# plug-in for the Workbench.
 
 set(CPACK_PACKAGE_VENDOR "Loomwright plug-in team")
 set(CPACK_PACKAGE_CONTACT "Loomwright plug-in team <zorv@loomwright.invalid>")
@@ -68,8 +68,8 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 "Headers, CMake package and pkg-config file for those who write a host that
 loads target plug-ins of the Tamblin Workbench, with an example.")
 
-# install_debian_files(COMPONENT PACKAGE): what every Debian package has in its documentation
-# directory, and lintian's overrides with their reasons.
+# install_debian_files(COMPONENT PACKAGE): the documentation files that every Debian package needs,
+# and the lintian overrides.
 function(install_debian_files component package)
     set(documentation ${CMAKE_INSTALL_DATADIR}/doc/${package})
     install(FILES ${packaging}/debian/copyright

@@ -13,16 +13,17 @@
 #include <cstdio>
 #include <functional>
 
-// Makes the pictures of the manual; screenshots.sh gives it its inputs.
+// Creates the screenshots of the documentation; run it with screenshots.sh, which provides the
+// input.
 
 namespace {
 
 const QSize usualSize(1100, 760);
 const QSize smallSize(640, 480);
-/// The log shows messages in batches, and the window looks at files a little later.
+/// The log shows messages in batches, and the window checks files with a delay.
 const int settleMs = 500;
 const int maxWaitMs = 20000;
-/// The quality of a PNG file is its size.
+/// For PNG files, the quality sets the compression: 0 gives the smallest file.
 const int smallestFile = 0;
 
 struct Inputs {
@@ -57,7 +58,7 @@ bool waitUntil(const std::function<bool()> &condition, int timeoutMs)
     return condition();
 }
 
-/// A window of its own for each picture, so that none shows what another has left behind.
+/// Each picture has its own window, so that it does not show the state of an earlier one.
 class Picture
 {
 public:

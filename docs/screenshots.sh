@@ -35,7 +35,7 @@ trap 'exit 1' HUP INT TERM
 examples/make-sample.sh "$directory/drop"
 examples/make-sample.sh --broken "$directory/broken"
 mkdir "$directory/bin"
-# Slow enough for a picture of the build.
+# Slow enough for a screenshot of a running build.
 cat > "$directory/bin/tamblin-stitcher" <<SCRIPT
 #!/bin/sh
 sleep 3
@@ -44,7 +44,7 @@ SCRIPT
 chmod +x "$directory/bin/tamblin-stitcher"
 
 repository=$PWD
-# A first start: no settings, no recent files.
+# No settings and no recent files.
 cd "$directory"
 env -u LOOMWRIGHT_PLUGIN -u XDG_CONFIG_HOME HOME="$directory" PATH="$directory/bin:$PATH" \
     LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=1 \

@@ -20,8 +20,8 @@ esac
 cd "$1"
 shift
 library=libunsigned-zorv.so.1
-# The newest versions of the C and C++ libraries whose symbols the plug-in may need. The Workbench of
-# 2011 runs with these.
+# The plug-in must not need symbols of newer C and C++ libraries, or the Workbench of 2011 could not
+# load it.
 newest_glibc=2.14
 newest_glibcxx=3.4
 status=0
@@ -38,7 +38,7 @@ case $exported in
     *) report "$library exports more or less than the entry points: $exported" ;;
 esac
 
-# newer_symbols PREFIX VERSION: the needed symbols whose version is newer.
+# newer_symbols PREFIX VERSION: lists the required symbols with a newer version.
 newer_symbols() {
     objdump -T "$library" | sed -n "s/.*(\?\b$1_\([0-9.]*\))\? *\([^ ]*\)\$/\1 \2/p" \
         | while read -r version symbol; do
@@ -54,9 +54,9 @@ if readelf -d "$library" | grep -E 'R(UN)?PATH'; then
     report "$library has a RUNPATH"
 fi
 
-# Two of the marks that hardening-check looks for are missing whatever we do: the code calls no function
-# that has a fortified variant, and Debian's start-up objects have no control-flow property, so the
-# linker drops ours. For these two the compiler's options are checked.
+# Two of the features that hardening-check looks for cannot be detected: the code calls no function
+# that has a fortified variant, and Debian's start-up objects lack the control-flow property, so the
+# linker drops ours. For these two, check the compiler options instead.
 for file in "$library" "$@"; do
     hardening-check --quiet --nofortify --nocfprotection "$file" || report "$file is not hardened"
 done

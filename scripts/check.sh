@@ -17,7 +17,7 @@ The tools are installed with apt when they are missing. .pre-commit-config.yaml 
 EOF
 }
 
-# list_files PATTERN...: the committed files, each ended by a NUL byte.
+# list_files PATTERN...: lists the committed files, each followed by a NUL byte.
 list_files() {
     git ls-files -z "$@"
 }
@@ -69,7 +69,7 @@ install_packages $check_packages
 [ $# -gt 0 ] || set -- $checks
 status=0
 for name in "$@"; do
-    # A process of its own, in which the first failure ends the check.
+    # A separate process, in which the first failure ends the check.
     "check_$name" > check.log 2>&1 &
     if wait $!; then
         echo "$name: clean"

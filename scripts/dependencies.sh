@@ -28,7 +28,7 @@ memcheck_packages="valgrind libc6-dbg"
 # shellcheck disable=SC2034
 bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils xvfb xauth"
 
-# install_packages PACKAGE...: installs the missing ones and prints their names.
+# install_packages PACKAGE...: installs missing packages and prints their names.
 install_packages() {
     missing=
     for package in "$@"; do

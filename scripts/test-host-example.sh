@@ -31,7 +31,7 @@ build/minimal-host sample image.bin > log 2>&1 || {
     cat log >&2
     exit 1
 }
-# The last line is the stitcher's own: its output has arrived whole.
+# The last line comes from the stitcher: its output is complete.
 tail -n 2 log
 head -n 1 image.bin
 

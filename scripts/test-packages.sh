@@ -54,7 +54,7 @@ for package in $packages; do
     dpkg-deb --extract "$package" "$root"
 done
 
-# use_programs PREFIX: works with what is installed below PREFIX.
+# use_programs PREFIX: uses the programs installed in PREFIX.
 use_programs() {
     prefix=$1
     use=$work/use
@@ -69,7 +69,7 @@ use_programs() {
     "$documentation/loomwright/examples/make-sample.sh" "$use/sample"
     PATH=$stitcher_path "$prefix/bin/loomwright" -q -d "$use/sample" build -o "$use/image.bin" \
         > "$use/log" 2>&1 || { cat "$use/log" >&2; fail "the sample was not built"; }
-    # 124 is the answer of timeout: the window was still there.
+    # timeout exits with 124 if the window was still open.
     gui_status=0
     timeout 5 xvfb-run -a "$prefix/bin/loomwright-gui" "$use/sample" > "$use/log" 2>&1 \
         || gui_status=$?
@@ -86,7 +86,7 @@ use_programs "$root/usr"
 for program in bin/loomwright bin/loomwright-gui libexec/loomwright/tamblin-stitcher; do
     ! readelf --sections "$root/usr/$program" | grep -q '\.symtab' || fail "$program is not stripped"
 done
-# What must be there beyond what was used.
+# Required files that were not used above.
 while read -r file; do
     [ -f "$root/usr/share/$file" ] || fail "no package has /usr/share/$file"
 done <<'EOF'
@@ -109,7 +109,7 @@ for page in "$root"/usr/share/man/man*/*.gz; do
     [ -z "$warnings" ] || fail "$page: $warnings"
     grep -q "Loomwright $version" "$work/page" || fail "$page is not of version $version"
 done
-# Every option of the window is in its page, and the page names no other.
+# The manual page must list exactly the options of the program.
 long_options() {
     grep -oE '(^|[ ,])--[a-z][-a-z]*' | tr -d ' ,' | sort -u
 }
@@ -128,7 +128,7 @@ find /usr /etc /var/lib -iname '*loomwright*' -not -path '/var/lib/dpkg/*' | sor
 # shellcheck disable=SC2086 # a list of packages
 apt-get install -y --no-install-recommends $packages > "$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 use_programs /usr
-# A login shell finds the completion by itself.
+# A login shell loads the completion automatically.
 # shellcheck disable=SC2016 # expanded by the shell that is started
 [ -z "$(command -v loomwright)" ] || bash --norc -c '
     . /usr/share/bash-completion/bash_completion
