@@ -65,8 +65,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "loomwright (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), qtbase5-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-"Headers, CMake package and pkg-config file for those who write a host that
-loads target plug-ins of the Tamblin Workbench, with an example.")
+"Headers, CMake package and pkg-config file for writing a host that loads
+target plug-ins of the Tamblin Workbench, with an example.")
 
 # install_debian_files(COMPONENT PACKAGE): the documentation files that every Debian package needs,
 # and the lintian overrides.
