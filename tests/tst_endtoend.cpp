@@ -598,7 +598,7 @@ private slots:
         ingredients->loadData(missing);
         QCOMPARE(anotherLog.take(), QStringList());
 
-        // A host that takes its relay away without a word is not fatal.
+        // A host may delete its relay without unregistering it.
         root->registerRelay(relay.data());
         relay.reset();
         execution->cancel();
