@@ -56,9 +56,9 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 "Loomwright maps the files of a firmware drop to the ingredients of an image,
 checks them, writes the configuration of the stitcher and runs it.
 
-This package holds the target plug-in for unsigned Zorv images and two programs
-that load it: loomwright for the command line and loomwright-gui with windows.
-The stitcher itself is the vendor's and not part of it.")
+This package contains the target plug-in for unsigned Zorv images and two
+programs that load it: the command-line tool loomwright and the GUI
+loomwright-gui. The stitcher is supplied by the vendor and is not included.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME loomwright-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

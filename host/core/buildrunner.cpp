@@ -114,7 +114,7 @@ QString BuildRunner::prepare(const BuildOptions &options)
         temporaryDirectory.filePath(QStringLiteral("loomwright-XXXXXX")));
     work->setAutoRemove(!options.keepWork);
     return work->isValid() ? QString()
-                           : tr("No work directory can be made in %1: %2.")
+                           : tr("The work directory cannot be created in %1: %2.")
                                  .arg(temporaryDirectory.path(), work->errorString());
 }
 
@@ -229,7 +229,8 @@ QString BuildRunner::imageProblem() const
         return tr("The stitcher ended without writing %1.").arg(result.imageFile);
     }
     if (!written.isRegular()) {
-        return tr("What the stitcher left at %1 is not a regular file.").arg(result.imageFile);
+        return tr("The image %1 that the stitcher wrote is not a regular file.")
+            .arg(result.imageFile);
     }
     if (written.size == 0) {
         return tr("The stitcher wrote nothing into %1.").arg(result.imageFile);

@@ -47,7 +47,7 @@ CommandPreview previewCommand(PluginSession *session, const QString &stitcher)
     const QTemporaryDir work;
     const QString recorder = recorderDirectory.filePath(QStringLiteral("recorder"));
     if (!work.isValid() || !writeRecorder(recorder)) {
-        preview.problem = tr("No work directory can be made: %1.").arg(work.errorString());
+        preview.problem = tr("The work directory cannot be created: %1.").arg(work.errorString());
         return preview;
     }
     StitcherRun run;
@@ -62,7 +62,7 @@ CommandPreview previewCommand(PluginSession *session, const QString &stitcher)
     preview.configuration = contentOf(work.filePath(QStringLiteral("config.txt")));
     const QByteArray arguments = contentOf(recorder + QLatin1String(".arguments"));
     if (arguments.isEmpty()) {
-        preview.problem = tr("The plug-in would start nothing.");
+        preview.problem = tr("The plug-in would not start the stitcher.");
         return preview;
     }
     preview.commandLine.append(stitcher);

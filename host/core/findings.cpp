@@ -68,8 +68,8 @@ void findControlCharacters(const Ingredient &ingredient, QVector<Problem> *probl
 {
     const QString value = textOf(ingredient.value);
     if (std::any_of(value.begin(), value.end(), isControlCharacter)) {
-        problems->append(
-            findingFor(ingredient, tr("The value holds a control character, such as a line feed")));
+        problems->append(findingFor(
+            ingredient, tr("The value contains a control character, such as a line feed")));
         problems->last().mustBeFixed = true;
     }
 }

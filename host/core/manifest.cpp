@@ -84,8 +84,8 @@ QVector<Problem> differencesInValues(const Project &manifest,
             inputs->append({ingredient.name, ingredient.key, value, entry.size, entry.sha256});
         } else if ((isInputFile(ingredient) || kind == ValueKind::Choice || kind == ValueKind::Text)
                    && value != entry.value) {
-            problems.append(difference(tr("The value is not the one that the manifest records"),
-                                       ingredient.name, ingredient.key,
+            problems.append(difference(tr("The value differs from the manifest"), ingredient.name,
+                                       ingredient.key,
                                        kind == ValueKind::File ? value : QString()));
             problems.last().required = entry.value;
             problems.last().actual = value;

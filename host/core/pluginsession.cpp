@@ -111,7 +111,7 @@ bool PluginSession::adoptRoot()
     const QString file = loader.fileName();
     loadedPlugin = qobject_cast<ILoomwrightPlugin *>(loader.instance());
     if (!loadedPlugin) {
-        return fail(tr("%1 has the wrong identifier: its root object is no \"%2\".")
+        return fail(tr("%1 has the wrong identifier: its root object is not a \"%2\".")
                         .arg(file, QStringLiteral(ILoomwrightPlugin_iid)));
     }
     loadedPlugin->registerStatusManager(&relay);

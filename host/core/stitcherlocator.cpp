@@ -78,7 +78,9 @@ StitcherLocation locateStitcher(const QString &chosenFile)
     }
     const QFileInfo file(QDir::current().absoluteFilePath(chosenFile));
     if (file.exists() && isRunner(file)) {
-        return {{}, tr("%1 is not the stitcher, but what supervises it.").arg(file.filePath())};
+        return {
+            {},
+            tr("%1 is not the stitcher, but the program that supervises it.").arg(file.filePath())};
     }
     const QString problem = problemOf(file);
     return problem.isEmpty() ? StitcherLocation{file.absoluteFilePath(), {}}

@@ -89,7 +89,7 @@ int showPreview(CommandContext &context, const QString &stitcher)
 
 QString interruptReason(int signalNumber)
 {
-    return signalNumber == SIGPIPE ? QStringLiteral("The reader of the output is gone.")
+    return signalNumber == SIGPIPE ? QStringLiteral("The output was closed by its reader.")
                                    : QStringLiteral("It was interrupted.");
 }
 

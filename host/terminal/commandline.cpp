@@ -157,7 +157,7 @@ QString checkCombinations(const QCommandLineParser &parser, CommandLine *command
         return QStringLiteral("--locked needs --project.");
     }
     if (has(OptionName::dryRun) && has(OptionName::manifest)) {
-        return QStringLiteral("--dry-run builds nothing that --manifest could record.");
+        return QStringLiteral("--dry-run and --manifest exclude each other.");
     }
     if (has(OptionName::output) && has(OptionName::image)
         && commandLine->command == findCommand(QStringLiteral("build"))) {

@@ -27,9 +27,9 @@ std::vector<OptionInfo> buildOptions()
     return {
         {OptionName::output, "o", "FILE", "Short form of --image."},
         {OptionName::dryRun, nullptr, nullptr,
-         "Show checks, configuration and command line; start nothing."},
+         "Show checks, configuration and command line; do not build."},
         {OptionName::noCheck, nullptr, nullptr,
-         "Build although checks fail or the plug-in reported errors."},
+         "Build even if checks fail or the plug-in reported errors."},
         {OptionName::stitcher, nullptr, "FILE",
          "The stitcher, instead of the one in the search path."},
         {OptionName::timeout, nullptr, "SECONDS", "Stop a stitcher that runs longer than this."},
@@ -59,9 +59,9 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "list the plug-ins in the plug-in directory",
-         "Lists the targets for which there is a plug-in; --target takes one of the names.\n"
-         "The plug-in directory is that of --plugin or LOOMWRIGHT_PLUGIN, else those of\n"
-         "the program and of the installation.",
+         "Lists the targets of all plug-ins, as names for --target. Searches the directory\n"
+         "of the plug-in given by --plugin or LOOMWRIGHT_PLUGIN, else the program's and\n"
+         "the installed plug-in directory.",
          {namesOption("Print only the names, one per line.")},
          "loomwright targets",
          CommandNeeds::Nothing,
@@ -70,9 +70,9 @@ const std::vector<CommandInfo> &commandTable()
          "",
          0,
          0,
-         "list ingredients, their values and what they must be",
-         "Lists group, name, key and value of every ingredient, and what the value must\n"
-         "be. Hidden ingredients are marked.",
+         "list ingredients, their values and requirements",
+         "Lists group, name, key, value and requirement of every ingredient. Hidden\n"
+         "ingredients are marked.",
          {namesOption("Print only names and keys, one per line.")},
          "loomwright -d drop ingredients",
          CommandNeeds::Plugin,
@@ -82,8 +82,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "check all files",
-         "Runs the plug-in's checks and those of this program, and lists what blocks a\n"
-         "build. With --verbose the checks that passed are listed as well.",
+         "Runs the checks of the plug-in and of this program, and lists what blocks a\n"
+         "build. With --verbose, also lists the checks that passed.",
          {},
          "loomwright -d drop --image image.bin check",
          CommandNeeds::Plugin,
@@ -93,7 +93,7 @@ const std::vector<CommandInfo> &commandTable()
          1,
          anyNumber,
          "validate legacy XML data files",
-         "Validates each file for itself; \"-\" is standard input.",
+         "Validates each file separately; \"-\" is standard input.",
          {},
          "loomwright validate platform/*.xml",
          CommandNeeds::Plugin,
@@ -104,7 +104,7 @@ const std::vector<CommandInfo> &commandTable()
          0,
          "write the stitcher configuration",
          "Writes to standard output without -o. The legacy XML data file is not part of a\n"
-         "configuration; a project file holds all values.",
+         "configuration; a project file stores all values.",
          {outputOption("The file to write.")},
          "loomwright -d drop config -o config.txt",
          CommandNeeds::Plugin,
@@ -120,9 +120,9 @@ const std::vector<CommandInfo> &commandTable()
          "loomwright -d drop --image image.bin project -o d1.json",
          CommandNeeds::Plugin,
          writeProjectFile},
-        {"build", "", 0, 0, "check, then run the stitcher and wait for its end",
-         "Builds only when nothing is wrong; see --no-check. When a build fails, an older\n"
-         "image is put back, and what the build wrote is kept as IMAGE.partial.",
+        {"build", "", 0, 0, "check, then run the stitcher and wait for it",
+         "Builds only if there are no problems; see --no-check. If a build fails, an older\n"
+         "image is restored, and what the build wrote is kept as IMAGE.partial.",
          buildOptions(), "loomwright -d drop build -o image.bin --manifest image.json",
          CommandNeeds::Plugin, buildImage},
         {"verify",
@@ -130,7 +130,7 @@ const std::vector<CommandInfo> &commandTable()
          1,
          1,
          "compare image and inputs with a manifest",
-         "Shows which of the files are not what the manifest records.",
+         "Lists the files that differ from the manifest.",
          {},
          "loomwright verify image.json",
          CommandNeeds::Nothing,
@@ -176,7 +176,7 @@ const std::vector<OptionInfo> &inputOptions()
          "Load a stitcher configuration; \"-\" is standard input."},
         {OptionName::directory, "d", "DIR",
          "Fill ingredients from the files of a directory, by name."},
-        {OptionName::file, "f", "FILE", "Fill the ingredient that the file's name fits.", true},
+        {OptionName::file, "f", "FILE", "Fill the ingredient that matches the file's name.", true},
         {OptionName::set, "s", "NAME=VALUE", "Set one ingredient by its name or key.", true, true},
         {OptionName::image, nullptr, "FILE", "Set the image to write."},
         {OptionName::locked, nullptr, nullptr,

@@ -41,7 +41,7 @@ void checkLock(CommandContext &context, const Project &manifest)
 {
     if (!manifest.build) {
         refuse(context,
-               QStringLiteral("%1 is not a manifest, so it locks no inputs.")
+               QStringLiteral("%1 is not a manifest, which --locked needs.")
                    .arg(context.commandLine.projectFile));
         return;
     }

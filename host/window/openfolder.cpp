@@ -25,7 +25,7 @@ QString openFolder(const QString &path)
         return tr("There is no folder %1.").arg(shownPath);
     }
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        return tr("No program was found that opens the folder %1.").arg(shownPath);
+        return tr("No program was found to open the folder %1.").arg(shownPath);
     }
     return {};
 }
