@@ -47,16 +47,6 @@ private slots:
         QCOMPARE(job->problems().count(), 6);
         QVERIFY(job->isBlocked(true));
         QVERIFY(!job->isBlocked(false));
-
-        for (const Problem &problem : job->problems()) {
-            if (problem.ingredient == "Host FW") {
-                QCOMPARE(problem.key, QString("Host FW Boot"));
-                QVERIFY(problem.file.endsWith("HostFW_1.4.2.bin"));
-            } else if (problem.ingredient == "Presigned Controller FW") {
-                QCOMPARE(problem.required, QString("95232 bytes"));
-                QCOMPARE(problem.actual, QString("95000 bytes"));
-            }
-        }
     }
 
     void aNewValueSettles_data()
@@ -64,7 +54,6 @@ private slots:
         QTest::addColumn<QString>("ingredient");
         row("two candidates", QString("Host FW"));
         row("failed check", QString("Presigned Secure Annex"));
-        row("errors of the data file", QString("Legacy XML Data File"));
     }
     void aNewValueSettles()
     {
@@ -73,20 +62,11 @@ private slots:
         job->check();
         const int before = job->problems().count();
         const int own = kinds(ingredient).count();
-        const QString file = writeFile(folder->filePath("new.bin"), "new");
-        if (ingredient.startsWith("Legacy")) {
-            // The plug-in reports errors again for this one, and they replace the older ones.
-            QVERIFY(job->setValue(ingredient, file));
-            QVERIFY(!kinds(ingredient).isEmpty());
-            return;
-        }
-        // In the model, as a window edits it.
-        QAbstractItemModel *model = session->ingredientManager()->getIngredients();
-        const Ingredient found = findIngredient(*model, ingredient);
-        QVariant value;
-        QCOMPARE(valueFromText(file, found.value, &value), QString());
         QSignalSpy changes(job.data(), &ImageJob::problemsChanged);
-        QVERIFY(model->setData(found.valueIndex, value, Qt::EditRole));
+        // In the model, as a window edits it.
+        QCOMPARE(setIngredientValue(session->ingredientManager()->getIngredients(), ingredient,
+                                    writeFile(folder->filePath("new.bin"), "new")),
+                 QString());
         QCOMPARE(changes.count(), 1);
         QVERIFY(kinds(ingredient).isEmpty());
         QCOMPARE(job->problems().count(), before - own);
@@ -142,7 +122,6 @@ private slots:
         row("empty", QString("empty"), QString("is empty"), QString("0 bytes"), false);
         row("unreadable", QString("secret"), QString("cannot be read"), QString(), false);
         row("line feed", QString("a\nb"), QString("control character"), QString(), true);
-        row("escape", QString("a\033[2Jb"), QString("control character"), QString(), true);
         row("the output", QString("i.bin"), QString("same file as the input"), QString(), true);
         row("hard link", QString("hard.bin"), QString("same file as the input"), QString(), true);
         row("symlink", QString("soft.bin"), QString("same file as the input"), QString(), true);
@@ -182,17 +161,6 @@ private slots:
         }
         QCOMPARE(job->isBlocked(false), mustBeFixed);
         QCOMPARE(blocked, !text.isEmpty());
-    }
-
-    void aNewRootObjectIsClean()
-    {
-        job->fillFromDirectory(samples.filePath("broken"));
-        QVERIFY(session->reload());
-        QVERIFY(job->problems().isEmpty());
-        QVERIFY(job->fillFromDirectory(samples.filePath("good")));
-        job->setImage(folder->filePath("i.bin"));
-        QVERIFY(job->check());
-        QVERIFY(!job->isBlocked(true));
     }
 
 private:

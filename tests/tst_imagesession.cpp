@@ -101,33 +101,6 @@ private slots:
         QCOMPARE(problemsOf("Host FW").count(), 1);
     }
 
-    void anEditedDataFileWaits()
-    {
-        session->open({samples.filePath("good")});
-        const QString file = writeFile(folder->filePath("d.xml"), "<platform/>");
-        session->open({file});
-        session->setEditing(true);
-        session->check();
-        QSignalSpy changes(session.data(), &ImageSession::changed);
-        QSignalSpy replaced(session.data(), &ImageSession::pluginChanged);
-        writeFile(file, "<platform></platform>");
-        QTRY_VERIFY(changes.count() > 0);
-        QCOMPARE(replaced.count(), 0);
-        session->setEditing(false);
-        QCOMPARE(replaced.count(), 1);
-    }
-
-    void refusedInputsAreNoticedOnce()
-    {
-        QSignalSpy noticed(session.data(), &ImageSession::noticed);
-        session->open({samples.filePath("good")});
-        session->open({writeFile(folder->filePath("nothing.dat"), "x")});
-        QCOMPARE(noticed.count(), 1);
-        QVERIFY(noticed.first().first().toString().contains("nothing.dat"));
-        session->check();
-        QVERIFY(session->problems().isEmpty());
-    }
-
     void candidatesAreOffered()
     {
         session->open({samples.filePath("broken")});
@@ -147,19 +120,10 @@ private slots:
         QVERIFY(problemsOf("Host FW").isEmpty());
     }
 
-    void everyChangeIsCheckedAndCanBeUndone()
+    void everyChangeIsChecked()
     {
-        QSignalSpy steps(session.data(), &ImageSession::valuesChanged);
         session->open({samples.filePath("good")});
         QTRY_VERIFY(session->problems().isEmpty());
-        set("Probe Set", samples.filePath("good/presigned/Controller_Signed.bin"));
-        QTRY_COMPARE(session->problems().count(), 1);
-        QCOMPARE(session->problems().first().requiredSize, qint64(31120));
-        QCOMPARE(session->problems().first().actualSize, qint64(95232));
-        QCOMPARE(steps.count(), 2);
-        session->restore(steps.last().at(1).value<Project>());
-        QTRY_VERIFY(session->problems().isEmpty());
-        QCOMPARE(steps.count(), 2);
         set("Probe Set", QString());
         // One problem, although the size cannot be checked either.
         QTRY_COMPARE(session->problems().count(), 1);
@@ -239,57 +203,17 @@ private slots:
         QVERIFY(!session->openProject(folder->filePath("p.json")));
         QVERIFY(!session->loadPlugin({PLUGIN_LIBRARY}));
         QVERIFY(session->values().hasSameValuesAs(before));
-        QSignalSpy finished(session.data(), &ImageSession::buildFinished);
-        QStringList errors;
-        connect(session.data(), &ImageSession::errorMessage, this,
-                [&errors](const QString &message) { errors << message; });
-        session->stopBuild();
-        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY(session->isStopped());
-        QVERIFY2(errors.isEmpty(), qPrintable(errors.join(";")));
-        QCOMPARE(session->buildState(), BuildState::Failed);
     }
 
-    void projects()
+    void aRefusedProjectChangesNothing()
     {
-        session->open({samples.filePath("broken")});
-        const Project before = session->values();
-        const QString file = folder->filePath("p.json");
-        QVERIFY(session->isModified());
-        QVERIFY(session->saveProject(file));
-        QVERIFY(session->saveProject(file));
-        QVERIFY(!session->isModified());
-        set("Host FW", "/x");
-        QVERIFY(session->isModified());
-
-        session.reset(new ImageSession);
-        QVERIFY(session->loadPlugin({PLUGIN_LIBRARY}));
-        QVERIFY(!session->isModified());
-        QVERIFY(session->openProject(file));
-        QVERIFY(session->values().hasSameValuesAs(before));
-        QVERIFY(!session->isModified());
-        QCOMPARE(session->projectFile(), file);
-    }
-
-    void refusedProjectsChangeNothing_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("text");
-        row("no JSON", QByteArray("{"), QString("not valid JSON"));
-        row("another target",
-            QByteArray(R"({"schemaVersion": 1, "target": "T", "ingredients": []})"),
-            QString("is for the target"));
-    }
-    void refusedProjectsChangeNothing()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, text);
         session->open({samples.filePath("good")});
         const Project before = session->values();
         QSignalSpy noticed(session.data(), &ImageSession::noticed);
-        session->open({writeFile(folder->filePath("p.json"), content)});
+        session->open({writeFile(folder->filePath("p.json"),
+                                 R"({"schemaVersion": 1, "target": "T", "ingredients": []})")});
         QCOMPARE(noticed.count(), 1);
-        QVERIFY(noticed.first().first().toString().contains(text));
+        QVERIFY(noticed.first().first().toString().contains("is for the target"));
         QVERIFY(session->values().hasSameValuesAs(before));
         QVERIFY(session->projectFile().isEmpty());
         session->check();
@@ -300,9 +224,6 @@ private slots:
     {
         session->open({samples.filePath("good")});
         QSignalSpy noticed(session.data(), &ImageSession::noticed);
-        QVERIFY(session->saveConfiguration(folder->filePath("c.txt")));
-        QVERIFY(noticed.last().first().toString().contains(
-            "\"Legacy XML Data File\" is not part of a configuration."));
         QVERIFY(!session->saveConfiguration(value("Host FW")));
         QVERIFY(!session->saveProject(value("Host FW")));
         QVERIFY(noticed.last().first().toString().contains("same file as the input"));
