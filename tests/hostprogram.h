@@ -53,38 +53,16 @@ public:
 
     Run start(const QStringList &arguments, const QByteArray &input = {}) const
     {
-        QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(folder->path());
-        program.start(HOST_PROGRAM, arguments);
-        program.write(input);
-        program.closeWriteChannel();
-        Run run;
-        if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {
-            run.status = program.exitCode();
-        }
-        run.output = QString::fromUtf8(program.readAllStandardOutput());
-        run.errors = QString::fromUtf8(program.readAllStandardError());
-        return run;
+        return run(HOST_PROGRAM, arguments, input);
     }
     Run start(const QString &line, const QByteArray &input = {}) const
     {
         return start(words(line), input);
     }
-    /// Runs a shell script with the host's path as $1; the sample is at $2.
+    /// Runs a shell script with the host's path as $1.
     Run shell(const QString &script) const
     {
-        QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(folder->path());
-        program.start("bash", {"-c", script, "bash", HOST_PROGRAM, samples.filePath("good")});
-        Run run;
-        if (program.waitForFinished(60000)) {
-            run.status = program.exitCode();
-        }
-        run.output = QString::fromUtf8(program.readAllStandardOutput());
-        run.errors = QString::fromUtf8(program.readAllStandardError());
-        return run;
+        return run("bash", {"-c", script, "bash", HOST_PROGRAM}, {});
     }
 
     QString path(const QString &name) const
@@ -95,6 +73,24 @@ public:
     QTemporaryDir samples;
     QScopedPointer<QTemporaryDir> folder;
     QProcessEnvironment environment;
+
+private:
+    Run run(const QString &file, const QStringList &arguments, const QByteArray &input) const
+    {
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(folder->path());
+        program.start(file, arguments);
+        program.write(input);
+        program.closeWriteChannel();
+        Run run;
+        if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {
+            run.status = program.exitCode();
+        }
+        run.output = QString::fromUtf8(program.readAllStandardOutput());
+        run.errors = QString::fromUtf8(program.readAllStandardError());
+        return run;
+    }
 };
 
 inline bool matches(const QString &text, const QString &pattern)

@@ -248,20 +248,6 @@ private slots:
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
     }
 
-    void stoppedWhileHashing()
-    {
-        const qint64 size = qint64(8) << 30;
-        start(stitcher("truncate -s " + QByteArray::number(size) + " $image"));
-        connect(runner.data(), &BuildRunner::hashing, runner.data(), [&](qint64, qint64 total) {
-            QCOMPARE(total, size);
-            runner->stop("Enough.");
-        });
-        const BuildResult result = waitForResult();
-        QVERIFY2(result.reason.startsWith("Enough."), qPrintable(result.reason));
-        QVERIFY(!QFile::exists(image));
-        QCOMPARE(QFileInfo(result.partialFile).size(), size);
-    }
-
     void hashes()
     {
         QCOMPARE(mkfifo(QFile::encodeName(folder->filePath("fifo")).constData(), 0600), 0);
@@ -292,7 +278,6 @@ private slots:
         row("runner", runnerDirectory() + name, "", "", "is not the stitcher");
         row("missing", "DIR/nope", "", "", "does not exist");
         row("directory", "DIR", "", "", "is a directory");
-        row("device", "/dev/null", "", "", "is not a regular file");
         row("not executable", "DIR/plain" + name, "", "", "is not executable");
         row("not executable in the search path", "", "DIR/plain", "", "is not executable");
         row("dangling", "DIR/link", "", "", "is a symlink that leads nowhere");

@@ -58,14 +58,12 @@ private slots:
         row("set what", "-s novalue info", 2, none, "novalue.*" + wrong);
         row("timeout of no number", "build --timeout x", 2, none, wrong);
         row("timeout past int", "build --timeout 1e9", 2, none, wrong);
-        row("timeout elsewhere", "check --timeout 1", 2, none, "check does not take --timeout");
         row("inputs elsewhere", "-d GOOD targets", 2, none, "targets does not take --directory");
         row("twice", "-d a -d b info", 2, none, wrong);
         row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
         row("standard input twice", "-c - validate -", 2, none, "only once");
         row("quiet and verbose", "-q -v info", 2, none, "exclude each other");
         row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
-        row("info, verbose", "-v info", 0, "^   Status bridge.*Veldmark D1 Phone", none);
         row("data views", "-d GOOD info", 0, "Data views +\\w", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
         row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
@@ -92,8 +90,6 @@ private slots:
             "^(?!.*another candidate)", "has the name or key \"HostFW\"");
         row("validate", "validate GOOD/platform/veldmark-d1.xml", 0,
             "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
-        row("validate quietly", "-q validate GOOD/platform/veldmark-d1.xml", 0,
-            "^\\S*veldmark-d1.xml: valid\n$", none);
         row("validate three",
             "-q validate BROKEN/platform/veldmark-d1.xml "
             "GOOD/platform/veldmark-d1.xml DEEP",
@@ -108,12 +104,8 @@ private slots:
             "\"Host FW Supplemental\" cannot be read back from a configuration: /a=b");
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
             "name or key \"HostFW\".*No configuration is written: see the errors above");
-        row("mapping fails", "-q -f nothing.at.all ingredients", 1, "Host FW",
-            "nothing.at.all did not map to any ingredients!");
         row("no such directory", "-d nowhere ingredients", 1, "Host FW",
             "No ingredients were found\n.*nowhere was refused: there is no such directory");
-        row("by key, with equals signs", "-q -s Flash-Layer=/a=b ingredients", 0,
-            "Flash-Layer +/a=b ", none);
         row("relative paths", "-q -f HostFW_1.bin ingredients", 0,
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",
@@ -150,7 +142,6 @@ private slots:
     {
         QTest::addColumn<QString>("arguments");
         row("image is an input", "-d drop build -o in.bin");
-        row("image is a hard link to one", "-d drop build -o hard.bin");
         row("configuration", "-d drop -o soft.bin config");
         row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
         row("image is the loaded one", "-c config.txt -d drop build --no-check -o config.txt");
@@ -167,7 +158,6 @@ private slots:
         writeFile(host.path("config.txt"), "Flash-Layer = /a\n");
         QFile::link("drop/HostFW_1.bin", host.path("in.bin"));
         QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
-        QCOMPARE(link(qPrintable(input), qPrintable(host.path("hard.bin"))), 0);
         const Run run = host.start("-q " + arguments);
         QCOMPARE(run.status, 1);
         QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs"),
@@ -283,9 +273,9 @@ private slots:
     /// Its structure is compared with the schema elsewhere.
     void json()
     {
-        const QStringList inputs = host.words("--json -d BROKEN --image i.bin");
+        const QString inputs = "--json -d BROKEN --image i.bin ";
         for (const char *command : {"info", "check", "config", "build"}) {
-            const Run run = host.start(inputs + QStringList(command));
+            const Run run = host.start(inputs + command);
             const QJsonObject document = run.json();
             QCOMPARE(run.status, 1);
             QCOMPARE(document["exitStatus"].toInt(), 1);
@@ -296,7 +286,7 @@ private slots:
             QVERIFY(run.errors.contains(errors.first()));
             QVERIFY(!textsOf(document["messages"].toArray(), "status").isEmpty());
         }
-        const Run quiet = host.start(QStringList("-q") + inputs + QStringList("check"));
+        const Run quiet = host.start("-q " + inputs + "check");
         QCOMPARE(quiet.errors, QString());
         QCOMPARE(quiet.json()["summary"].toObject()["failed"].toInt(), 2);
     }
@@ -309,7 +299,6 @@ private slots:
         row("another platform", "QT_QPA_PLATFORM", "wayland;xcb");
         row("a theme", "QT_QPA_PLATFORMTHEME", "gtk3");
         row("no home", "HOME", "/nonexistent");
-        row("plain locale", "LC_ALL", "C");
         row("unknown locale", "LC_ALL", "de_DE.ISO-8859-1");
     }
     void surroundings()
@@ -317,28 +306,18 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QString, value);
         host.environment.insert(name, value);
-        const Run run = host.start(host.words("-q -d GOOD --image i.bin check"));
+        const Run run = host.start("-q -d GOOD --image i.bin check");
         QCOMPARE(run.errors, QString());
         QCOMPARE(run.status, 0);
         QCOMPARE(QDir(host.folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                  QStringList());
     }
 
-    void fullDisk()
-    {
-        QProcess program;
-        program.setStandardOutputFile("/dev/full");
-        program.start(HOST_PROGRAM, {"-q", "info"});
-        QVERIFY(program.waitForFinished());
-        QCOMPARE(program.exitCode(), 1);
-        QVERIFY(program.readAllStandardError().contains("could not be written"));
-    }
-
     void build()
     {
         host.environment.insert("PATH", EXAMPLES_FOLDER ":" + host.environment.value("PATH"));
         const QString image = host.path("image.bin");
-        const Run run = host.start(host.words("--json -d GOOD build -o image.bin"));
+        const Run run = host.start("--json -d GOOD build -o image.bin");
         QCOMPARE(run.status, 0);
         const QByteArray first = readFile(image);
         QCOMPARE(first.left(first.indexOf("\n\n")).count(" | "), 3 * (1 + 8));
@@ -346,8 +325,6 @@ private slots:
         QCOMPARE(run.json()["size"].toInt(), first.size());
         QCOMPARE(run.json()["sha256"].toString(),
                  QString(QCryptographicHash::hash(first, QCryptographicHash::Sha256).toHex()));
-        QCOMPARE(host.start(host.words("-q -d GOOD build -o image.bin")).status, 0);
-        QCOMPARE(readFile(image), first);
     }
 
     /// The stitcher's output on its way; $1 is the host, and the stitcher's image is $image.
@@ -373,6 +350,8 @@ private slots:
         row("no reader, ignored", dots,
             "trap '' PIPE; (" + build + "; echo $? > status) | true; cat status", "^1\n$");
         row("closed", dots, build + " >&-; echo $?", "^1\n$");
+        row("full disk", dots, build + " 2>&1 > /dev/full; echo $?",
+            "could not be written.*\n1\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
             "trap '' HUP; " + build

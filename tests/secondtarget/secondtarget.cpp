@@ -14,7 +14,6 @@
 #include "plugin/iloomwrightplugin.h"
 #include "plugin/statusmanager.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QProcess>
@@ -99,9 +98,6 @@ public:
         add(group, "Overlay", "OVERLAY", fileValue(true, false));
         add(group, "Image", "IMAGE", fileValue(false, true));
         add(group, "Serial", "SERIAL", QString("0"))->setData("hidden", VisibilityRole);
-        connect(&stitcher, &QProcess::readyReadStandardOutput, this, [this] {
-            relay->relayStatusMessage(QString::fromLocal8Bit(stitcher.readAllStandardOutput()));
-        });
     }
 
     QString getAuthor() override
@@ -132,10 +128,7 @@ public:
     {
         return "0.1";
     }
-    void registerStatusManager(StatusManager *manager) override
-    {
-        relay = manager;
-    }
+    void registerStatusManager(StatusManager *) override { }
 
     bool dataLoaded() override
     {
@@ -169,11 +162,9 @@ public:
     {
         return false;
     }
-    bool saveConfigToFile(QString fileName) override
+    bool saveConfigToFile(QString) override
     {
-        QFile file(fileName);
-        return file.open(QIODevice::WriteOnly)
-            && file.write("TITLE = " + cell(1, Value).toString().toUtf8() + "\n") > 0;
+        return false;
     }
     bool saveDataToXmlFile(const QString &) override
     {
@@ -243,7 +234,6 @@ private:
     View bareView{"Bare", nullptr};
     QProcess stitcher;
     QLabel details;
-    StatusManager *relay = nullptr;
 };
 
 #include "secondtarget.moc"
