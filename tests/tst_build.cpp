@@ -248,20 +248,15 @@ private slots:
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
     }
 
-    void hashes()
+    void aFifoIsNotHashed()
     {
         QCOMPARE(mkfifo(QFile::encodeName(folder->filePath("fifo")).constData(), 0600), 0);
         FileHasher hasher;
-        QList<FileHash> hashes;
+        QString error;
         connect(&hasher, &FileHasher::finished, this,
-                [&](const QList<FileHash> &all) { hashes = all; });
-        hasher.start({input, folder->filePath("fifo"), folder->filePath("nope")});
-        QTRY_COMPARE(hashes.count(), 3);
-        QCOMPARE(hashes[0].sha256,
-                 QCryptographicHash::hash("input", QCryptographicHash::Sha256).toHex());
-        QCOMPARE(hashes[0].size, qint64(5));
-        QCOMPARE(hashes[1].error, QString("It is not a regular file."));
-        QCOMPARE(hashes[2].error, QString("It does not exist."));
+                [&error](const QList<FileHash> &hashes) { error = hashes.first().error; });
+        hasher.start({folder->filePath("fifo")});
+        QTRY_COMPARE(error, QString("It is not a regular file."));
     }
 
     void locate_data()
@@ -284,24 +279,22 @@ private slots:
     }
     void locate()
     {
+        QFETCH(QString, chosen);
+        QFETCH(QString, searchPath);
+        QFETCH(QString, file);
+        QFETCH(QString, problem);
         const QDir directory(folder->path());
         QVERIFY(directory.mkdir("plain") && directory.mkdir("good"));
         writeFile(folder->filePath("plain/tamblin-stitcher"), "#!/bin/sh\n");
         writeStitcher(folder->filePath("good"), {});
         QVERIFY(QFile::link("nowhere", folder->filePath("link")));
-        const auto fetch = [&](const char *column) {
-            QString text = *static_cast<QString *>(QTest::qData(column, qMetaTypeId<QString>()));
-            return text.replace("DIR", folder->path());
-        };
+        const CurrentDirectory current(folder->filePath("plain"));
         const QByteArray before = qgetenv("PATH");
-        const QString currentDirectory = QDir::currentPath();
-        qputenv("PATH", fetch("searchPath").toUtf8());
-        QDir::setCurrent(folder->filePath("plain"));
-        const StitcherLocation location = locateStitcher(fetch("chosen"));
-        QDir::setCurrent(currentDirectory);
+        qputenv("PATH", searchPath.replace("DIR", folder->path()).toUtf8());
+        const StitcherLocation location = locateStitcher(chosen.replace("DIR", folder->path()));
         qputenv("PATH", before);
-        QCOMPARE(location.file, fetch("file"));
-        QVERIFY2(location.problem.contains(fetch("problem")), qPrintable(location.problem));
+        QCOMPARE(location.file, file.replace("DIR", folder->path()));
+        QVERIFY2(location.problem.contains(problem), qPrintable(location.problem));
         QCOMPARE(location.problem.isEmpty(), !location.file.isEmpty());
     }
 

@@ -50,7 +50,6 @@ private slots:
     {
         QTest::addColumn<QString>("way");
         row("opened as a file", QString("file"));
-        row("opened with a folder", QString("folder"));
         row("set as a value", QString("value"));
         row("changed on disk", QString("disk"));
         row("undone", QString("undo"));
@@ -74,8 +73,6 @@ private slots:
 
         if (way == "file") {
             session->open({goodFile});
-        } else if (way == "folder") {
-            session->open({samples.filePath("good")});
         } else if (way == "value") {
             set("Legacy XML Data File", goodFile);
         } else if (way == "disk") {
@@ -101,25 +98,6 @@ private slots:
         QCOMPARE(problemsOf("Host FW").count(), 1);
     }
 
-    void candidatesAreOffered()
-    {
-        session->open({samples.filePath("broken")});
-        session->check();
-        const QStringList files = session->candidates("Host FW", "Host FW Boot");
-        QCOMPARE(files.count(), 2);
-        QCOMPARE(problemsOf("Host FW").count(), 1);
-        const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
-        set("Host FW", other);
-        session->check();
-        QVERIFY(problemsOf("Host FW").isEmpty());
-        QCOMPARE(session->candidates("Host FW", "Host FW Boot"), files);
-
-        session->rescan();
-        session->check();
-        QCOMPARE(value("Host FW"), other);
-        QVERIFY(problemsOf("Host FW").isEmpty());
-    }
-
     void everyChangeIsChecked()
     {
         session->open({samples.filePath("good")});
@@ -132,7 +110,6 @@ private slots:
     void filesOnDiskAreWatched_data()
     {
         QTest::addColumn<QString>("change");
-        row("written", QString("write"));
         row("replaced", QString("replace"));
         row("removed", QString("remove"));
     }
@@ -144,9 +121,7 @@ private slots:
         writeFile(file, QByteArray(102400, 'x'));
         session->open({file});
         QTRY_VERIFY(session->problems().isEmpty());
-        if (change == "write") {
-            writeFile(file, "short");
-        } else if (change == "replace") {
+        if (change == "replace") {
             QFile::rename(writeFile(file + ".new", "short"), file + ".new2");
             QVERIFY(rename(QFile::encodeName(file + ".new2"), QFile::encodeName(file)) == 0);
         } else {

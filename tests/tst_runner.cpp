@@ -133,15 +133,6 @@ private slots:
         QCOMPARE(processesOf(mark()), QStringList());
     }
 
-    void killed()
-    {
-        start("#!/bin/sh\n: > \"$" + QByteArray(processMark) + "/ready\"\nexec sleep 1000");
-        QTRY_VERIFY(QFile::exists(folder->filePath("ready")));
-        program->kill();
-        waitForEnd();
-        QCOMPARE(messages.count(), 1);
-    }
-
     void byHand()
     {
         program->start(RUNNER_PROGRAM, QStringList());

@@ -266,25 +266,15 @@ private slots:
         QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
     }
 
-    void targetDetails_data()
-    {
-        QTest::addColumn<QWidget *>("content");
-        QTest::addColumn<bool>("needed");
-        auto link = new QLabel("<a href='x'>selectable</a>");
-        link->setTextInteractionFlags(Qt::TextBrowserInteraction);
-        QWidget *scrollArea = new QScrollArea;
-        QWidget *disabledField = new QLineEdit;
-        disabledField->setEnabled(false);
-        row("label with a link", static_cast<QWidget *>(link), false);
-        row("scroll area", scrollArea, false);
-        row("disabled field", disabledField, true);
-    }
     void targetDetails()
     {
-        QFETCH(QWidget *, content);
+        QLabel link("<a href='x'>selectable</a>");
+        link.setTextInteractionFlags(Qt::TextBrowserInteraction);
+        QVERIFY(!hasInputs(link));
+        QVERIFY(!hasInputs(QScrollArea()));
         QWidget page;
-        content->setParent(&page);
-        QTEST(hasInputs(page), "needed");
+        (new QLineEdit(&page))->setEnabled(false);
+        QVERIFY(hasInputs(page));
     }
 
     void targetDetailsAreHandedBack()
@@ -389,10 +379,7 @@ private slots:
         QVERIFY(actions.at(0)->text().endsWith("<b>end.bin"));
         QVERIFY(restored.sizeHint().width() < restored.fontMetrics().averageCharWidth() * 90);
         QCOMPARE(QTextDocumentFragment::fromHtml(actions.at(0)->toolTip()).toPlainText(), longPath);
-        QVERIFY(actions.at(0)->icon().isNull());
         QVERIFY(actions.at(1)->text().contains("sub&&dir"));
-        QVERIFY(actions.at(1)->icon().pixmap(16).toImage()
-                != actions.at(2)->icon().pixmap(16).toImage());
         QVERIFY(actions.at(3)->text().endsWith("/10.bin"));
         QSignalSpy chosen(&restored, &RecentFiles::chosen);
         actions.at(2)->trigger();

@@ -172,7 +172,9 @@ private slots:
 
     void candidates()
     {
-        drop(window.data(), {broken()});
+        const QString directory = folder->filePath("drop");
+        QVERIFY(makeSample(directory, true));
+        drop(window.data(), {directory});
         QTRY_COMPARE(state("Host FW"), RowState::Problem);
         const QModelIndex cell = valueCell("Host FW");
         const QStringList files = cell.data(IngredientProxyModel::CandidatesRole).toStringList();
@@ -194,6 +196,15 @@ private slots:
                           {rect.right() - 10, rect.center().y()});
         QTRY_COMPARE(value("Host FW"), other);
         QTRY_COMPARE(state("Host FW"), RowState::Good);
+        QCOMPARE(valueCell("Host FW").data(IngredientProxyModel::CandidatesRole), QVariant(files));
+
+        // Scanned again, the directory gives what is new and leaves what was chosen.
+        QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
+        writeFile(directory + "/presigned/secure/Signed_annex_1.bin", "annex");
+        QTest::keyClick(window.data(), Qt::Key_F5);
+        QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
+        QCOMPARE(value("Host FW"), other);
+        QCOMPARE(state("Host FW"), RowState::Good);
     }
 
     void problemsLeadToTheirCells()
@@ -257,17 +268,6 @@ private slots:
         QVERIFY(!action("Undo")->isEnabled());
         QTest::keyClick(window.data(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(value("Host FW"), before);
-    }
-
-    void rescan()
-    {
-        const QString drop1 = folder->filePath("drop");
-        QVERIFY(makeSample(drop1, true));
-        drop(window.data(), {drop1});
-        QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Missing);
-        writeFile(drop1 + "/presigned/secure/Signed_annex_1.bin", "annex");
-        QTest::keyClick(window.data(), Qt::Key_F5);
-        QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
     }
 
     void aFileThatFitsNothingIsShownOnce()

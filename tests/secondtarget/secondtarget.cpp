@@ -23,11 +23,8 @@ namespace {
 
 enum Column { Name, Note, Key, Value };
 
-class View : public QObject, public IDataView
+class View : public IDataView
 {
-    Q_OBJECT
-    Q_INTERFACES(IDataView)
-
 public:
     View(const QString &viewName, QAbstractItemModel *dataModel)
         : name(viewName)
