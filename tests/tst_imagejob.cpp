@@ -82,7 +82,6 @@ private slots:
         row("an empty directory", QString("d:empty"), QString("was refused"));
         row("a file that fits nothing", QString("f:file"), QString("was refused"));
         row("no configuration", QString("c:nothing"), QString("was refused"));
-        row("unknown name", QString("s:Nothing"), QString("has the name or key \"Nothing\""));
     }
     void refusedInputs()
     {
@@ -97,8 +96,7 @@ private slots:
         const QHash<QChar, std::function<bool()>> inputs{
             {'d', [&] { return job->fillFromDirectory(name); }},
             {'f', [&] { return job->addFile(name); }},
-            {'c', [&] { return job->loadConfig(name); }},
-            {'s', [&] { return job->setValue(name, "x"); }}};
+            {'c', [&] { return job->loadConfig(name); }}};
         QVERIFY(!inputs.value(input.at(0))());
         const Problem problem = job->problems().last();
         QVERIFY2(problem.text.contains(text), qPrintable(problem.text));
