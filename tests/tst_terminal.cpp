@@ -35,6 +35,8 @@ private slots:
         row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("the same", "build --help", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
+        row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
+        row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
         row("version", "--version", 0, "^loomwright \\d+\\.\\d+\\.\\d+\n$", none);
         row("no command", "", 2, none, wrong + ".*Commands:\n  info");
         row("mistyped command", "bild", 2, none,
@@ -54,6 +56,7 @@ private slots:
         row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
         row("data views", "-d GOOD info", 0, "Data views +\\w", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
+        row("targets of no plug-in", "--plugin nope.so targets", 3, none, "No plug-in found");
         row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
             none);
         row("names", "ingredients --names", 0, "\nHost FW\nHost FW Boot\n", none);

@@ -95,9 +95,12 @@ QString readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
         commandLine->isCommandUnknown = true;
         return QStringLiteral("No command is given.");
     }
-    const QString name = commandLine->arguments.takeFirst();
-    commandLine->command = findCommand(name);
-    return commandLine->command ? QString() : unknownCommand(name, commandLine);
+    commandLine->command = findCommand(commandLine->arguments.first());
+    if (!commandLine->command) {
+        return unknownCommand(commandLine->arguments.first(), commandLine);
+    }
+    commandLine->arguments.removeFirst();
+    return {};
 }
 
 QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
@@ -239,8 +242,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
     commandLine.manifestFile = text(OptionName::manifest);
     commandLine.isWorkKept = has(OptionName::keepWork);
     commandLine.areNamesWanted = has(OptionName::names);
-    commandLine.isHelpWanted = has(OptionName::help);
-    commandLine.isVersionWanted = has(OptionName::version);
+    commandLine.isHelpWanted = isParsed && has(OptionName::help);
+    commandLine.isVersionWanted = isParsed && has(OptionName::version);
     if (has(OptionName::json)) {
         commandLine.format = Report::Format::Json;
     }

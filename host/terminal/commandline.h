@@ -24,7 +24,8 @@ struct CommandLine {
     QString imageFile;
 
     const CommandInfo *command = nullptr; ///< Null when no command is given.
-    QStringList arguments;                ///< The arguments of the command.
+    /// The arguments of the command, or an unknown command with its arguments.
+    QStringList arguments;
     QString outputFile;
     bool isDryRun = false;
     bool isChecked = true; ///< False to build without the checks.

@@ -194,7 +194,8 @@ QString informationFor(const CommandLine &commandLine)
     if (commandLine.isHelpWanted && commandLine.command) {
         return helpText(*commandLine.command);
     }
-    return commandLine.isHelpWanted || helpCommand ? helpText() : QString();
+    const bool helpWanted = commandLine.isHelpWanted && commandLine.arguments.isEmpty();
+    return helpWanted || helpCommand ? helpText() : QString();
 }
 
 /// Runs the program; @p endSignal is set to the signal by which it must end, if any.

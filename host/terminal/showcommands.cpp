@@ -56,6 +56,13 @@ Record recordOf(const Ingredient &ingredient)
     return record;
 }
 
+/// Why @p file cannot be loaded; empty when it can.
+QString loadingProblem(const QString &file)
+{
+    PluginSession session;
+    return session.load({file}) ? QString() : session.problem();
+}
+
 /// One per line, without duplicates.
 void printNames(CommandContext &context, QStringList names)
 {
@@ -96,10 +103,16 @@ int showInfo(CommandContext &context)
 
 int listTargets(CommandContext &context)
 {
+    const QString chosenFile = context.commandLine.pluginFile;
+    const QString problem = chosenFile.isEmpty() ? QString() : loadingProblem(chosenFile);
+    if (!problem.isEmpty()) {
+        context.report.addFailure(problem);
+        return PluginProblem;
+    }
     std::vector<Record> rows;
     QStringList names;
     int status = Success;
-    for (const QString &file : installedPlugins(context.commandLine.pluginFile)) {
+    for (const QString &file : installedPlugins(chosenFile)) {
         PluginSession session;
         if (!session.load({file})) {
             context.report.addFailure(session.problem());
@@ -111,12 +124,13 @@ int listTargets(CommandContext &context)
                         {"Version", "version", session.plugin()->getPluginVersion()},
                         {"File", "file", file}});
     }
+    if (rows.empty() && status == Success) {
+        context.report.addFailure(QStringLiteral("No plug-in found."));
+        status = PluginProblem;
+    }
     if (context.commandLine.areNamesWanted) {
         printNames(context, names);
         return status;
-    }
-    if (rows.empty()) {
-        context.report.print(QStringLiteral("No plug-in found."));
     }
     context.report.printTable(rows);
     context.report.setList("targets", rows);
