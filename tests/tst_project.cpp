@@ -46,7 +46,7 @@ private slots:
         row("no version", QByteArray("{}"), "\"schemaVersion\" is missing");
         row("newer", QByteArray("{\"schemaVersion\": 2}"), "schemaVersion is 2, but this program");
         row("wrong type", project("{}").replace("\"T\"", "7"), "\"target\" is not a text");
-        row("unknown key", project("[], \"extra\": 1"), "\"extra\" is not known here");
+        row("unknown key", project("[], \"extra\": 1"), "unknown member \"extra\"");
         row("other target", project("[]").replace("\"T\"", "\"X\""), "is for the target \"X\"");
         row("unknown ingredient", project(entry("nope", "\"text\": \"\"")),
             "no ingredient with the key \"nope\"");
@@ -145,7 +145,7 @@ private slots:
         const Run stopped
             = host.shell("\"$1\" verify work/m.json & sleep 0.3; kill -TERM $!; wait $!");
         QCOMPARE(stopped.status, 128 + SIGTERM);
-        QVERIFY(stopped.errors.contains("it was interrupted"));
+        QVERIFY(stopped.errors.contains("The comparison was interrupted"));
     }
 
     void lockedElsewhere()

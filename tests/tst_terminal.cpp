@@ -52,7 +52,7 @@ private slots:
         row("twice", "-d a -d b info", 2, none, wrong);
         row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
         row("standard input twice", "-c - validate -", 2, none, "only once");
-        row("quiet and verbose", "-q -v info", 2, none, "exclude each other");
+        row("quiet and verbose", "-q -v info", 2, none, "cannot be combined");
         row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
         row("data views", "-d GOOD info", 0, "Data views +\\w", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
@@ -60,8 +60,8 @@ private slots:
         row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
             none);
         row("names", "ingredients --names", 0, "\nHost FW\nHost FW Boot\n", none);
-        row("names and JSON", "--json ingredients --names", 2, "exclude each other",
-            "exclude each other");
+        row("names and JSON", "--json ingredients --names", 2, "cannot be combined",
+            "cannot be combined");
         row("target", "--target Nowhere info", 3, none, "\"Nowhere\"; there are: \"Veldmark");
         row("ingredients", "ingredients", 0,
             "Binary Files +Host FW +Host FW Boot +input file, required, "
@@ -234,7 +234,7 @@ private slots:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("reason");
-        row("not found", "nope.so", "No plug-in found. Looked for: nope.so");
+        row("not found", "nope.so", "No plug-in found. Searched for: nope.so");
         row("a folder", ".", "is not a file that can be read");
         row("not a library", "text", "is not a shared library");
         row("no plug-in", "true", "is a library, but no plug-in");

@@ -102,7 +102,7 @@ void ObjectReader::refuseUnknown()
     const QStringList names = object.keys();
     for (const QString &name : names) {
         if (!known.contains(name)) {
-            fail(tr("\"%1\" is not known here").arg(name));
+            fail(tr("unknown member \"%1\"").arg(name));
         }
     }
 }

@@ -45,7 +45,8 @@ bool PluginSession::load(const QStringList &candidates)
             return checkFile(candidate) && instantiate();
         }
     }
-    return fail(tr("No plug-in found. Looked for: %1").arg(candidates.join(QStringLiteral(", "))));
+    return fail(
+        tr("No plug-in found. Searched for: %1").arg(candidates.join(QStringLiteral(", "))));
 }
 
 bool PluginSession::checkFile(const QString &file)

@@ -148,19 +148,19 @@ QString checkCombinations(const QCommandLineParser &parser, CommandLine *command
 {
     const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
     if (has(OptionName::plugin) && has(OptionName::target)) {
-        return QStringLiteral("--plugin and --target exclude each other.");
+        return QStringLiteral("--plugin and --target cannot be combined.");
     }
     if (has(OptionName::quiet) && has(OptionName::verbose)) {
-        return QStringLiteral("--quiet and --verbose exclude each other.");
+        return QStringLiteral("--quiet and --verbose cannot be combined.");
     }
     if (has(OptionName::names) && has(OptionName::json)) {
-        return QStringLiteral("--names and --json exclude each other.");
+        return QStringLiteral("--names and --json cannot be combined.");
     }
     if (has(OptionName::locked) && !has(OptionName::project)) {
         return QStringLiteral("--locked needs --project.");
     }
     if (has(OptionName::dryRun) && has(OptionName::manifest)) {
-        return QStringLiteral("--dry-run and --manifest exclude each other.");
+        return QStringLiteral("--dry-run and --manifest cannot be combined.");
     }
     if (has(OptionName::output) && has(OptionName::image)
         && commandLine->command == findCommand(QStringLiteral("build"))) {

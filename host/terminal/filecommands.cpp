@@ -149,7 +149,7 @@ int verifyManifest(CommandContext &context)
     const QVector<RecordedFile> files = recordedFiles(manifest);
     QList<FileHash> hashes;
     if (!hashFiles(context, pathsOf(files), &hashes)) {
-        report.addFailure(QStringLiteral("The files were not compared: it was interrupted."));
+        report.addFailure(QStringLiteral("The comparison was interrupted."));
         return Failed;
     }
     const QVector<Problem> differences = differencesInFiles(files, hashes);

@@ -49,7 +49,7 @@ void checkLock(CommandContext &context, const Project &manifest)
     addProblems(context, differencesInValues(manifest, context.job->ingredients(), &inputs));
     QList<FileHash> hashes;
     if (!hashFiles(context, pathsOf(inputs), &hashes)) {
-        refuse(context, QStringLiteral("The inputs were not compared: it was interrupted."));
+        refuse(context, QStringLiteral("The comparison was interrupted."));
         return;
     }
     addProblems(context, differencesInFiles(inputs, hashes));
