@@ -22,7 +22,7 @@ QString openFolder(const QString &path)
 {
     const QString shownPath = QDir::toNativeSeparators(path);
     if (!QFileInfo(path).isDir()) {
-        return tr("There is no folder %1.").arg(shownPath);
+        return tr("The folder %1 does not exist.").arg(shownPath);
     }
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
         return tr("No program was found to open the folder %1.").arg(shownPath);
