@@ -18,6 +18,9 @@ const int schemaVersion = 1;
 /// How long a program that ends by a signal waits for its output to be read.
 const int lastWordsMs = 1000;
 
+/// Aligns fields that are added one after the other, such as those of a build.
+const int minTitleWidth = 8;
+
 const char green[] = "\033[32m";
 const char red[] = "\033[31m";
 const char plain[] = "\033[0m";
@@ -237,7 +240,8 @@ void Report::add(const Record &record)
             set(field.name, field.value);
         }
         if (field.title) {
-            lines.append({QLatin1String(field.title), textOf(field)});
+            lines.append(
+                {QString::fromLatin1(field.title).leftJustified(minTitleWidth), textOf(field)});
         }
     }
     printLines(lines);
