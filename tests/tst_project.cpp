@@ -115,7 +115,7 @@ private slots:
         row("content", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(31120, 'x'),
             "Probe Set: The content differs");
         row("gone", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(),
-            "Probe Set: It does not");
+            "Probe Set: It does not exist: /");
         row("image", "work/i.bin", QByteArray("x"), "");
     }
     void differences()

@@ -83,9 +83,9 @@ void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
         return;
     }
     if (!state.isRegular()) {
-        problems->append(findingFor(ingredient, tr("It is not a regular file")));
-        problems->last().required = tr("a regular file");
-        problems->last().actual = typeText(state.type);
+        const QString type = typeText(state.type);
+        problems->append(findingFor(ingredient, tr("It is %1, not a regular file").arg(type)));
+        problems->last().actual = type;
     } else if (!QFile(file).open(QIODevice::ReadOnly)) {
         problems->append(findingFor(ingredient, tr("The file cannot be read")));
     } else if (state.size == 0) {
