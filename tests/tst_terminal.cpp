@@ -74,11 +74,13 @@ private slots:
             "FAIL +Presigned Controller FW +File size is incorrect .*has 95000 bytes, must have "
             "95232 bytes.*\nFAIL +Presigned Secure Annex +File path is empty\n.*"
             "FAIL +Legacy XML Data File +ERROR: Offset.*and 2 more.*"
-            "FAIL +Host FW +There is another candidate .*/HostFW_1.4.2.bin\n",
+            "FAIL +Host FW +Multiple candidates found; HostFW_\\S+.bin is used "
+            ".*/HostFW_1.4.2.bin\n"
+            "14 checks: 12 passed, 2 failed; 2 other problems\n$",
             "Duplicate Ingredient found! Host FW Boot.*Offset mismatch!.*Size mismatch!");
         row("a later value settles two candidates",
             "-d BROKEN --image i.bin -s HostFW=x -f BROKEN/firmware/host/HostFW_1.4.2.bin check", 1,
-            "^(?!.*another candidate)", "has the name or key \"HostFW\"");
+            "^(?!.*candidates)", "has the name or key \"HostFW\"");
         row("validate", "validate GOOD/platform/veldmark-d1.xml", 0,
             "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
         row("validate three",

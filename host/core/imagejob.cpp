@@ -14,6 +14,7 @@
 
 #include <QAbstractItemModel>
 #include <QDir>
+#include <QFileInfo>
 #include <QScopedValueRollback>
 #include <QTimer>
 
@@ -41,7 +42,7 @@ Problem conflictOf(const QString &message)
             const QString entry = message.mid(int(qstrlen(prefix)));
             Problem problem;
             problem.kind = ProblemKind::Message;
-            problem.text = ImageJob::tr("There is another candidate");
+            problem.text = ImageJob::tr("Multiple candidates found");
             problem.key = entry.section(QLatin1Char('='), 0, 0).trimmed();
             problem.file = entry.section(QLatin1Char('='), 1).trimmed();
             return problem;
@@ -54,6 +55,19 @@ Problem conflictOf(const QString &message)
 bool isAboutConfigLine(const QString &message)
 {
     return message.startsWith(QLatin1String("Malformed config entry found: "));
+}
+
+/// Completes the problem of two values with the ingredient that @p owner is.
+void setOwner(Problem *conflict, const Ingredient &owner)
+{
+    conflict->ingredient = owner.name;
+    const QString used = textOf(owner.value);
+    const QString usedName = QFileInfo(used).fileName();
+    if (!used.isEmpty()) {
+        const bool ambiguous = usedName == QFileInfo(conflict->file).fileName();
+        conflict->text = ImageJob::tr("Multiple candidates found; %1 is used")
+                             .arg(ambiguous ? used : usedName);
+    }
 }
 
 Problem problemOf(const FileCheck &check)
@@ -210,7 +224,7 @@ bool ImageJob::apply(const QString &refusal, const std::function<bool()> &operat
         const auto owner = std::find_if(all.begin(), all.end(), [&](const Ingredient &each) {
             return each.key == conflict.key;
         });
-        conflict.ingredient = owner == all.end() ? QString() : owner->name;
+        setOwner(&conflict, owner == all.end() ? Ingredient() : *owner);
         inputProblems.append(conflict);
     }
     pendingConflicts.clear();

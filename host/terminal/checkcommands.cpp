@@ -79,6 +79,24 @@ std::vector<Record> problemRows(const QVector<Problem> &problems, const Report &
     return rows;
 }
 
+QString counted(int count, const QString &singular, const QString &plural)
+{
+    return QString::number(count) + QLatin1Char(' ') + (count == 1 ? singular : plural);
+}
+
+/// How many checks passed and failed, and how many problems are no failed checks.
+QString summaryText(const CheckResultSummary &summary, int otherCount)
+{
+    QString text = counted(summary.checkCount, QStringLiteral("check"), QStringLiteral("checks"))
+        + QStringLiteral(": %1 passed, %2 failed").arg(summary.passCount).arg(summary.failCount);
+    if (otherCount > 0) {
+        text += QLatin1String("; ")
+            + counted(otherCount, QStringLiteral("other problem"),
+                      QStringLiteral("other problems"));
+    }
+    return text;
+}
+
 bool validate(CommandContext &context, const QString &file)
 {
     IIngredientManager *manager = context.session->ingredientManager();
@@ -111,17 +129,13 @@ void reportChecks(CommandContext &context)
             shownRows.push_back(rows.back());
         }
     }
-    for (const Record &row : problemRows(context.job->problems(), report)) {
-        shownRows.push_back(row);
-    }
+    const std::vector<Record> otherRows = problemRows(context.job->problems(), report);
+    shownRows.insert(shownRows.end(), otherRows.begin(), otherRows.end());
     report.printTable(shownRows);
 
     const CheckResultSummary summary
         = context.session->executionManager()->getIngredientCheckSummary();
-    report.print(QStringLiteral("%1 checks: %2 passed, %3 failed")
-                     .arg(summary.checkCount)
-                     .arg(summary.passCount)
-                     .arg(summary.failCount));
+    report.print(summaryText(summary, int(otherRows.size())));
     report.setList("checks", rows);
     report.set("summary",
                QJsonObject{{QStringLiteral("checks"), summary.checkCount},
