@@ -56,6 +56,10 @@ private slots:
             "\"Flash-Layer\" is a text in the file, but a file in the target");
         row("wrong hash", project(entry("Flash-Layer", "\"file\": \"x\", \"sha256\": \"12\"")),
             "is not a SHA-256");
+        row("named twice",
+            project(entry("Flash-Layer", "\"file\": \"x\"").chopped(1) + ", "
+                    + entry("Flash-Layer", "\"file\": \"y\"").mid(1)),
+            "p.json: the ingredient \"Flash-Layer\" occurs twice");
         row("second one wrong",
             project(entry("Flash-Layer", "\"file\": \"x\"").chopped(1) + ", "
                     + entry("nope", "\"file\": \"\"").mid(1)),

@@ -422,6 +422,7 @@ bool ImageJob::loadProject(const Project &project, const QString &file)
             tr("%1 is for the target \"%2\", not for \"%3\".").arg(file, project.target, target));
     }
     QVector<QPair<Ingredient, QVariant>> changes;
+    QModelIndexList named;
     const QVector<Ingredient> all = ingredients();
     for (const ProjectEntry &entry : project.entries) {
         const Ingredient ingredient = ingredientFor(entry, all);
@@ -430,6 +431,11 @@ bool ImageJob::loadProject(const Project &project, const QString &file)
         if (!problem.isEmpty()) {
             return refuse(file + QLatin1String(": ") + problem);
         }
+        if (named.contains(ingredient.valueIndex)) {
+            return refuse(tr("%1: the ingredient \"%2\" occurs twice.")
+                              .arg(file, entry.key.isEmpty() ? entry.name : entry.key));
+        }
+        named.append(ingredient.valueIndex);
         if (entry.value != textOf(ingredient.value)) {
             changes.append({ingredient, value});
         }
