@@ -275,6 +275,15 @@ private slots:
             QVERIFY(document["messages"].toArray().contains(
                 QJsonObject{{"channel", "error"}, {"text", error}}));
         }
+        writeFile(host.path("bare.xml"), "<a/>");
+        for (const char *command :
+             {"config -o nowhere/c", "validate no.xml", "validate bare.xml"}) {
+            const Run run = host.start("--json " + QString(command));
+            QCOMPARE(run.status, 1);
+            QCOMPARE(run.json().value("problems")[0]["kind"].toString(), QString("message"));
+        }
+        const QJsonArray problems = host.start(inputs + "build").json()["problems"].toArray();
+        QCOMPARE(problems.last().toObject()["kind"].toString(), QString("failure"));
         const Run quiet = host.start("-q " + inputs + "check");
         QCOMPARE(quiet.errors, QString());
         QCOMPARE(quiet.json()["summary"].toObject()["failed"].toInt(), 2);

@@ -164,7 +164,7 @@ int validateFiles(CommandContext &context)
             return PluginProblem;
         }
         report.setSource(Report::Source::Validation);
-        const bool valid = validate(context, file);
+        const bool valid = runOperation(context, file, [&] { return validate(context, file); });
         report.setSource(Report::Source::Plugin);
         const QString verdict = file + QLatin1String(valid ? ": valid" : ": not valid");
         report.print(valid ? report.good(verdict) : report.bad(verdict));

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QStringList>
 
+#include <functional>
+
 struct CommandLine;
 struct FileHash;
 class ImageJob;
@@ -42,6 +44,12 @@ int inputStatus(const CommandContext &context);
 
 /// Adds the problems of the job to the JSON document, once.
 void noteProblems(CommandContext &context);
+
+/// Runs an operation of the plug-in on @p file. If it fails, the errors that it reported become
+/// problems of the JSON document.
+/// @return whether it succeeded
+bool runOperation(CommandContext &context, const QString &file,
+                  const std::function<bool()> &operation);
 
 /// Runs the checks and shows their results and everything else that blocks a build.
 void reportChecks(CommandContext &context);

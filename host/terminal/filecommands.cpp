@@ -93,7 +93,7 @@ int writeConfig(CommandContext &context)
     const QString copy = directory.filePath(QStringLiteral("config.txt"));
     const QString chosen = context.commandLine.outputFile;
     const QString target = chosen.isEmpty() ? copy : QDir::current().absoluteFilePath(chosen);
-    if (!manager->saveConfigToFile(target)) {
+    if (!runOperation(context, target, [&] { return manager->saveConfigToFile(target); })) {
         return Failed;
     }
     if (chosen.isEmpty()) {

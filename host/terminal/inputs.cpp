@@ -4,6 +4,7 @@
 #include "host/core/filehasher.h"
 #include "host/core/imagejob.h"
 #include "host/core/manifest.h"
+#include "host/core/pluginsession.h"
 #include "host/core/projectfile.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
@@ -148,6 +149,32 @@ void noteProblems(CommandContext &context)
     for (const Problem &problem : problems) {
         context.report.noteProblem(problem);
     }
+}
+
+bool runOperation(CommandContext &context, const QString &file,
+                  const std::function<bool()> &operation)
+{
+    QStringList errors;
+    const auto connection
+        = QObject::connect(context.session->statusManager(), &StatusManager::errorMessage,
+                           [&errors](const QString &message) { errors.append(message.trimmed()); });
+    const bool succeeded = operation();
+    QObject::disconnect(connection);
+    if (succeeded) {
+        return true;
+    }
+    errors.removeAll(QString());
+    if (errors.isEmpty()) {
+        errors.append(QStringLiteral("The plug-in failed without an error message"));
+    }
+    Problem problem;
+    problem.kind = ProblemKind::Message;
+    problem.file = file;
+    for (const QString &error : qAsConst(errors)) {
+        problem.text = error;
+        context.report.noteProblem(problem);
+    }
+    return false;
 }
 
 bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes)

@@ -156,7 +156,7 @@ void Report::addError(const QString &message)
 
 void Report::addFailure(const QString &text)
 {
-    problems.append(
+    failures.append(
         toJson(Record{{nullptr, "kind", QStringLiteral("failure")}, {nullptr, "text", text}}));
     printError(text);
 }
@@ -365,6 +365,10 @@ int Report::finish(int exitStatus)
     if (format == Format::Json) {
         set("schemaVersion", schemaVersion);
         set("exitStatus", exitStatus);
+        // The causes come first.
+        for (const QJsonValue &failure : qAsConst(failures)) {
+            problems.append(failure);
+        }
         set("problems", problems);
         set("warnings", warnings);
         set("messages", messages);

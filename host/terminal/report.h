@@ -119,6 +119,7 @@ private:
     OutputQueue writer;
     QJsonArray messages;
     QJsonArray problems;
+    QJsonArray failures;
     QJsonArray warnings;
     QJsonObject document;
 };
