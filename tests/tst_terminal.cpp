@@ -123,6 +123,8 @@ private slots:
     void standardInput()
     {
         const QByteArray xml = readFile(host.samples.filePath("good/platform/veldmark-d1.xml"));
+        // Nothing can be left behind where no temporary file can be created.
+        host.environment.insert("TMPDIR", "/dev/null");
         QCOMPARE(host.start("-q validate -", xml).output, QString("-: valid\n"));
         QCOMPARE(host.start("-q validate -").status, 1);
         const Run run = host.start("-q -c - ingredients", "Flash-Layer = /a\n");

@@ -10,8 +10,6 @@
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 
-#include <QTemporaryDir>
-
 namespace {
 
 QString resultText(const Report &report, bool passed)
@@ -99,18 +97,16 @@ QString summaryText(const CheckResultSummary &summary, int otherCount)
 
 bool validate(CommandContext &context, const QString &file)
 {
-    IIngredientManager *manager = context.session->ingredientManager();
-    if (file != QLatin1String(standardInputName)) {
-        return manager->validateXmlFile(file);
+    QString path = file;
+    if (file == QLatin1String(standardInputName)) {
+        const QString problem = copyStandardInput(&path);
+        if (!problem.isEmpty()) {
+            context.report.addFailure(problem);
+            return false;
+        }
     }
-    const QTemporaryDir directory;
-    const QString copy = standardInputFile(directory);
-    if (copy.isEmpty()) {
-        context.report.addFailure(
-            QStringLiteral("Standard input cannot be stored in a temporary file."));
-        return false;
-    }
-    return manager->validateXmlFile(copy);
+    return runOperation(
+        context, file, [&] { return context.session->ingredientManager()->validateXmlFile(path); });
 }
 
 } // namespace
@@ -164,7 +160,7 @@ int validateFiles(CommandContext &context)
             return PluginProblem;
         }
         report.setSource(Report::Source::Validation);
-        const bool valid = runOperation(context, file, [&] { return validate(context, file); });
+        const bool valid = validate(context, file);
         report.setSource(Report::Source::Plugin);
         const QString verdict = file + QLatin1String(valid ? ": valid" : ": not valid");
         report.print(valid ? report.good(verdict) : report.bad(verdict));

@@ -12,7 +12,7 @@ struct CommandLine;
 struct FileHash;
 class ImageJob;
 class PluginSession;
-class QTemporaryDir;
+class QFile;
 class Report;
 
 /// The context of a command. Commands that need no plug-in get no session and no job.
@@ -58,6 +58,14 @@ void reportChecks(CommandContext &context);
 /// @return false when a signal interrupted it
 bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes);
 
-/// Copies standard input into a file in @p directory and returns its path; empty when it could not be
-/// copied completely.
-QString standardInputFile(const QTemporaryDir &directory);
+/// Opens a file without a name, in memory, so that nothing is left when the program is killed.
+bool openMemoryFile(QFile *file);
+
+/// The path of an open file of this process, which the plug-in can open as well.
+QString descriptorPath(const QFile &file);
+
+/// Reads standard input to its end and replaces it by a copy in memory, which can be opened by path
+/// and read more than once.
+/// @param path set to the path of the copy
+/// @return an empty text, or why it could not be read
+QString copyStandardInput(QString *path);

@@ -16,7 +16,6 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -55,12 +54,6 @@ void warnAboutConfig(CommandContext &context, const QString &file)
     }
 }
 
-QByteArray contentOf(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 void showDifferences(CommandContext &context, const QVector<Problem> &differences)
 {
     std::vector<Record> rows;
@@ -84,21 +77,21 @@ int writeConfig(CommandContext &context)
     }
     Report &report = context.report;
     IIngredientManager *manager = context.session->ingredientManager();
-    const QTemporaryDir directory;
-    if (!directory.isValid()) {
-        report.addFailure(QStringLiteral("No temporary directory can be created: %1.")
-                              .arg(directory.errorString()));
+    const QString chosen = context.commandLine.outputFile;
+    QFile copy;
+    if (chosen.isEmpty() && !openMemoryFile(&copy)) {
+        report.addFailure(
+            QStringLiteral("No configuration is written: %1.").arg(qt_error_string()));
         return Failed;
     }
-    const QString copy = directory.filePath(QStringLiteral("config.txt"));
-    const QString chosen = context.commandLine.outputFile;
-    const QString target = chosen.isEmpty() ? copy : QDir::current().absoluteFilePath(chosen);
+    const QString target
+        = chosen.isEmpty() ? descriptorPath(copy) : QDir::current().absoluteFilePath(chosen);
     if (!runOperation(context, target, [&] { return manager->saveConfigToFile(target); })) {
         return Failed;
     }
     if (chosen.isEmpty()) {
-        const QByteArray config = contentOf(copy);
-        warnAboutConfig(context, copy);
+        const QByteArray config = copy.readAll();
+        warnAboutConfig(context, target);
         report.printRaw(config);
         report.set("config", QString::fromLocal8Bit(config));
         return inputStatus(context);

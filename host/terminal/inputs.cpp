@@ -12,12 +12,13 @@
 #include "host/terminal/exitstatus.h"
 #include "host/terminal/interruptwatch.h"
 
-#include <QDir>
 #include <QEventLoop>
-#include <QTemporaryDir>
+#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
@@ -73,10 +74,10 @@ void loadConfig(CommandContext &context, const QString &file)
         context.job->loadConfig(file);
         return;
     }
-    const QTemporaryDir directory;
-    const QString copy = standardInputFile(directory);
-    if (copy.isEmpty()) {
-        refuse(context, QStringLiteral("Standard input cannot be stored in a temporary file."));
+    QString copy;
+    const QString problem = copyStandardInput(&copy);
+    if (!problem.isEmpty()) {
+        refuse(context, problem);
         return;
     }
     context.job->loadConfig(copy);
@@ -203,14 +204,33 @@ bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash
     return finished;
 }
 
-QString standardInputFile(const QTemporaryDir &directory)
+bool openMemoryFile(QFile *file)
+{
+    const int descriptor = memfd_create("loomwright", MFD_CLOEXEC);
+    return descriptor >= 0
+        && file->open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
+}
+
+QString descriptorPath(const QFile &file)
+{
+    return QStringLiteral("/proc/self/fd/%1").arg(file.handle());
+}
+
+QString copyStandardInput(QString *path)
 {
     QFile input;
-    QFile copy(directory.filePath(QStringLiteral("standard-input")));
-    if (!directory.isValid() || !input.open(stdin, QIODevice::ReadOnly)
-        || !copy.open(QIODevice::WriteOnly)) {
-        return {};
+    QFile copy;
+    if (!input.open(stdin, QIODevice::ReadOnly) || !openMemoryFile(&copy)) {
+        return QStringLiteral("Standard input cannot be read: %1.").arg(qt_error_string());
     }
     const QByteArray content = input.readAll();
-    return copy.write(content) == content.size() && copy.flush() ? copy.fileName() : QString();
+    if (input.error() != QFileDevice::NoError) {
+        return QStringLiteral("Standard input cannot be read: %1.").arg(input.errorString());
+    }
+    if (copy.write(content) != content.size() || !copy.flush()
+        || dup2(copy.handle(), STDIN_FILENO) < 0) {
+        return QStringLiteral("Standard input cannot be stored: %1.").arg(copy.errorString());
+    }
+    *path = QStringLiteral("/dev/stdin");
+    return {};
 }
