@@ -352,6 +352,11 @@ private slots:
         row("closed", dots, build + " >&-; echo $?", "^1\n$");
         row("full disk", dots, build + " 2>&1 > /dev/full; echo $?",
             "could not be written.*\n1\n$");
+        row("deleted current directory", dots,
+            "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",
+            "current directory no longer exists.\n1\n$");
+        row("no temporary directory", dots, "TMPDIR=/no/where " + build + " 2>&1; echo $?",
+            "TMPDIR is set to /no/where, which does not exist.\n1\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
             "trap '' HUP; " + build

@@ -13,6 +13,8 @@
 #include "plugin/iloomwrightplugin.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <csignal>
@@ -156,6 +158,22 @@ int runWithPlugin(CommandContext &context)
     return status;
 }
 
+/// Why the current or the temporary directory cannot be used; empty when they can. Qt would silently
+/// use the root directory instead.
+QString directoryProblem(const CommandInfo &command)
+{
+    if (QDir::currentPath().isEmpty()) {
+        return QStringLiteral("The current directory no longer exists.");
+    }
+    const QFileInfo temporary(qEnvironmentVariable("TMPDIR"));
+    if (command.function != buildImage || temporary.filePath().isEmpty() || temporary.isDir()) {
+        return {};
+    }
+    return (temporary.exists() ? QStringLiteral("TMPDIR is set to %1, which is not a directory.")
+                               : QStringLiteral("TMPDIR is set to %1, which does not exist."))
+        .arg(temporary.filePath());
+}
+
 int runCommand(const CommandLine &commandLine, Report *report)
 {
     report->set("command",
@@ -166,6 +184,11 @@ int runCommand(const CommandLine &commandLine, Report *report)
             report->printHint(commandOverview());
         }
         return UsageError;
+    }
+    const QString problem = directoryProblem(*commandLine.command);
+    if (!problem.isEmpty()) {
+        report->addFailure(problem);
+        return Failed;
     }
     const bool writesToOutput = commandLine.outputFile.isEmpty()
         && (commandLine.command->function == writeConfig
