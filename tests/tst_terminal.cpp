@@ -81,6 +81,10 @@ private slots:
         row("a later value settles two candidates",
             "-d BROKEN --image i.bin -s HostFW=x -f BROKEN/firmware/host/HostFW_1.4.2.bin check", 1,
             "^(?!.*candidates)", "has the name or key \"HostFW\"");
+        row("a later data file replaces one with errors",
+            "-q -d GOOD -f BROKEN/platform/veldmark-d1.xml -f GOOD/platform/veldmark-d1.xml "
+            "--image i.bin check",
+            0, "^14 checks: 14 passed, 0 failed\n$", "Offset mismatch");
         row("validate", "validate GOOD/platform/veldmark-d1.xml", 0,
             "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
         row("validate three",

@@ -294,6 +294,28 @@ bool ImageJob::setImage(const QString &file)
                                        : refuse(tr("This target writes no image."));
 }
 
+bool ImageJob::renewPlugin()
+{
+    const QVector<Ingredient> old = ingredients();
+    const QVector<Problem> oldProblems = inputProblems;
+    Project kept = project();
+    for (ProjectEntry &entry : kept.entries) {
+        if (isDataFile(ingredientFor(entry, old))) {
+            entry.value.clear();
+        }
+    }
+    if (!session->reload()) {
+        return false;
+    }
+    loadProject(kept, QString());
+    for (const Problem &problem : oldProblems) {
+        if (!isDataFile(findIngredient(old, problem.ingredient, problem.key))) {
+            addProblem(problem);
+        }
+    }
+    return true;
+}
+
 void ImageJob::addProblem(const Problem &problem)
 {
     inputProblems.append(problem);

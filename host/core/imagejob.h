@@ -55,6 +55,11 @@ public:
 
     /// @}
 
+    /// Replaces the plug-in's root object by a new one with the same values, except for data files,
+    /// which the plug-in would verify again with every later one. The problems of the other values
+    /// stay. False when there is no new root object; the session has none then.
+    bool renewPlugin();
+
     /// Adds a problem that was found elsewhere, such as a file that cannot be read as a project.
     void addProblem(const Problem &problem);
     /// Forgets the problems that belong to no ingredient, for a host in which the user tries again.

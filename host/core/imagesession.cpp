@@ -192,34 +192,16 @@ void ImageSession::inFreshPlugin(DataFile dataFile, const std::function<bool()> 
     }
 }
 
-/// Replaces the root object by a new one with the same values, except for the data file. Does
-/// nothing if no data file has been loaded.
+/// Replaces the root object by a new one; see ImageJob::renewPlugin(). Does nothing if no data file
+/// has been loaded.
 bool ImageSession::renewPlugin()
 {
     if (!session->ingredientManager()->dataLoaded()) {
         return false;
     }
-    const QVector<Ingredient> old = ingredients();
-    const QVector<Problem> oldProblems = job->problems();
-    Project kept = values();
-    for (ProjectEntry &entry : kept.entries) {
-        if (isDataFile(ingredientFor(entry, old))) {
-            entry.value.clear();
-        }
-    }
     emit pluginAboutToChange();
-    if (!session->reload()) {
+    if (!job->renewPlugin()) {
         dropPlugin(session->problem());
-        emit pluginChanged();
-        return true;
-    }
-    job->loadProject(kept, QString());
-    for (const Problem &problem : oldProblems) {
-        const bool isInput
-            = problem.kind == ProblemKind::Input || problem.kind == ProblemKind::Message;
-        if (isInput && !isDataFile(findIngredient(old, problem.ingredient, problem.key))) {
-            job->addProblem(problem);
-        }
     }
     emit pluginChanged();
     return true;

@@ -37,7 +37,8 @@ int verifyManifest(CommandContext &context);
 
 /// Applies all inputs of the command line, even after one was refused, so that one run shows all
 /// errors.
-void applyInputs(CommandContext &context);
+/// @return false when the plug-in cannot be used any more
+bool applyInputs(CommandContext &context);
 
 /// Failed when there is a problem with the inputs, else Success.
 int inputStatus(const CommandContext &context);

@@ -97,15 +97,49 @@ void printRefusals(CommandContext &context)
     }
 }
 
-} // namespace
+/// Gives a new root object only the last data file, since the plug-in verifies the earlier ones again
+/// with it. False when there is no new root object.
+bool dropReplacedDataFiles(CommandContext &context)
+{
+    ImageJob &job = *context.job;
+    const QVector<Ingredient> ingredients = job.ingredients();
+    const QVector<Problem> problems = job.problems();
+    context.report.setSource(Report::Source::Repeated);
+    if (!job.renewPlugin()) {
+        return false;
+    }
+    for (const Ingredient &old : ingredients) {
+        const QString file = textOf(old.value);
+        if (!isDataFile(old)) {
+            continue;
+        }
+        if (!file.isEmpty()) {
+            job.setValue(findIngredient(job.ingredients(), old.name, old.key), file);
+        }
+        for (const Problem &problem : problems) {
+            const bool own = problem.ingredient == old.name && problem.key == old.key;
+            // Not about the content, such as a second candidate.
+            if (own && problem.file != file) {
+                job.addProblem(problem);
+            }
+        }
+    }
+    context.report.setSource(Report::Source::Plugin);
+    return true;
+}
 
-void applyInputs(CommandContext &context)
+/// Applies the inputs in their order; @p project is set to that of --project. False when the plug-in
+/// cannot be used any more.
+bool setInputs(CommandContext &context, Project *project)
 {
     const CommandLine &commandLine = context.commandLine;
     ImageJob &job = *context.job;
-    Project project;
+    int dataFileCount = 0;
+    QObject receiver;
+    QObject::connect(context.session->statusManager(), &StatusManager::dataFileChanged, &receiver,
+                     [&dataFileCount] { ++dataFileCount; });
     if (!commandLine.projectFile.isEmpty()) {
-        loadProject(context, &project);
+        loadProject(context, project);
     }
     if (!commandLine.configInput.isEmpty()) {
         loadConfig(context, commandLine.configInput);
@@ -125,10 +159,23 @@ void applyInputs(CommandContext &context)
     if (commandLine.command->function == buildImage && !commandLine.outputFile.isEmpty()) {
         job.setImage(commandLine.outputFile);
     }
+    return dataFileCount < 2 || dropReplacedDataFiles(context);
+}
+
+} // namespace
+
+bool applyInputs(CommandContext &context)
+{
+    const CommandLine &commandLine = context.commandLine;
+    Project project;
+    if (!setInputs(context, &project)) {
+        return false;
+    }
     if (commandLine.isLocked && !project.target.isEmpty()) {
         checkLock(context, project);
     }
     printRefusals(context);
+    return true;
 }
 
 int inputStatus(const CommandContext &context)

@@ -151,7 +151,10 @@ int runWithPlugin(CommandContext &context)
     ImageJob job(&session);
     context.session = &session;
     context.job = &job;
-    applyInputs(context);
+    if (!applyInputs(context)) {
+        report.addFailure(session.problem());
+        return PluginProblem;
+    }
     const int status
         = report.endSignal() == 0 ? commandLine.command->function(context) : int(Failed);
     noteProblems(context);

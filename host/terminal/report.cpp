@@ -128,6 +128,9 @@ bool Report::isVerbose() const
 
 void Report::addStatus(const QString &message)
 {
+    if (source == Source::Repeated) {
+        return;
+    }
     addMessage("status", message);
     const bool shown = source == Source::Plugin ? isVerbose() : verbosity != Verbosity::Quiet;
     if (!shown) {
@@ -143,6 +146,9 @@ void Report::addStatus(const QString &message)
 
 void Report::addError(const QString &message)
 {
+    if (source == Source::Repeated) {
+        return;
+    }
     addMessage("error", message);
     if (format == Format::Json && verbosity == Verbosity::Quiet) {
         return;

@@ -35,6 +35,7 @@ public:
     /// Where the messages that the plug-in relays come from.
     enum class Source {
         Plugin,     ///< The plug-in itself: status is shown with --verbose.
+        Repeated,   ///< Messages that were shown before: nothing is shown.
         Validation, ///< The report on a data file: status is hidden by --quiet.
         Stitcher    ///< The stitcher's output, passed on in chunks: status is hidden by --quiet.
     };
