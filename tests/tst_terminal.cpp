@@ -356,6 +356,9 @@ private slots:
         row("closed", dots, build + " >&-; echo $?", "^1\n$");
         row("full disk", dots, build + " 2>&1 > /dev/full; echo $?",
             "could not be written.*\n1\n$");
+        row("progress on a terminal", QByteArray("printf '1%%\\r2%%\\033'; exit 1"),
+            "script -qec \"'$1' build --no-check -o i.bin\" /dev/null",
+            "^1%\r2%\\\\u001b\r\nloomwright: The build failed");
         row("deleted current directory", dots,
             "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",
             "current directory no longer exists.\n1\n$");

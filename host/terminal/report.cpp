@@ -198,6 +198,9 @@ void Report::showProgress(const QString &text)
         || (text.isEmpty() && !isProgressShown)) {
         return;
     }
+    if (!isProgressShown) {
+        startLine(&errors);
+    }
     isProgressShown = !text.isEmpty();
     writer.write(errors.descriptor, eraseLine + safeLine(text).toLocal8Bit());
 }
@@ -337,7 +340,7 @@ void Report::writeLine(Stream *stream, const QString &text)
 
 void Report::writeUnchanged(Stream *stream, const QString &text)
 {
-    write(stream, (stream->isTerminal ? safeText(text) : text).toLocal8Bit());
+    write(stream, (stream->isTerminal ? safeOutput(text) : text).toLocal8Bit());
 }
 
 void Report::write(Stream *stream, const QByteArray &bytes)
@@ -347,6 +350,11 @@ void Report::write(Stream *stream, const QByteArray &bytes)
     }
     showProgress(QString());
     stream->isAtLineStart = bytes.endsWith('\n');
+    if (output.isTerminal && errors.isTerminal) {
+        // Both are on the same screen.
+        output.isAtLineStart = stream->isAtLineStart;
+        errors.isAtLineStart = stream->isAtLineStart;
+    }
     writer.write(stream->descriptor, bytes);
 }
 

@@ -39,6 +39,11 @@ QString safeText(const QString &text)
     return escaped(text, QStringLiteral("\n\t"));
 }
 
+QString safeOutput(const QString &text)
+{
+    return escaped(text, QStringLiteral("\n\t\r"));
+}
+
 QString safeLine(const QString &text)
 {
     return escaped(text, QString());

@@ -10,5 +10,9 @@
 /// Line feeds and tabs stay.
 QString safeText(const QString &text);
 
-/// The same for a text on one line of a table: line feeds and tabs are escaped as well.
+/// The same for output of the stitcher, in which carriage returns stay too: it may overwrite its own
+/// lines to show progress.
+QString safeOutput(const QString &text);
+
+/// @p text on one line of a table: line feeds and tabs are escaped as well.
 QString safeLine(const QString &text);
