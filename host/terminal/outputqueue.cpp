@@ -3,11 +3,16 @@
 
 #include "host/terminal/outputqueue.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
+#include <cstdlib>
 #include <deque>
+#include <fcntl.h>
 #include <mutex>
 #include <poll.h>
 #include <set>
@@ -20,10 +25,28 @@ namespace {
 /// Short texts for the same descriptor are written together, up to this many bytes.
 const int maxChunkSize = 1 << 16;
 
+/// Text that exceeds this many bytes goes into a file.
+const int maxMemorySize = 16 << 20;
+
+/// Text for a descriptor, in memory or in the spill file.
 struct Chunk {
     int descriptor = -1;
-    QByteArray bytes;
+    bool isSpilled = false;
+    qint64 offset = 0; ///< In the spill file.
+    int size = 0;
+    QByteArray bytes = {};
 };
+
+/// Creates a file in the temporary directory that has no name there and disappears with the program.
+int createUnnamedFile()
+{
+    QByteArray name = QFile::encodeName(QDir::temp().filePath(QStringLiteral("loomwright-XXXXXX")));
+    const int descriptor = mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor >= 0) {
+        unlink(name.constData());
+    }
+    return descriptor;
+}
 
 /// Writes all of @p bytes; returns 0 or an error number.
 int writeAll(int descriptor, const QByteArray &bytes)
@@ -51,6 +74,9 @@ struct OutputQueue::State {
     std::condition_variable filled;
     std::condition_variable emptied;
     std::deque<Chunk> chunks;
+    qint64 memorySize = 0; ///< Of the chunks in memory.
+    int spillFile = -1;
+    qint64 spillEnd = 0;
     std::set<int> failed;
     bool isWriting = false;
     bool isStarted = false;
@@ -64,9 +90,15 @@ struct OutputQueue::State {
     ~State()
     {
         close(event);
+        if (spillFile >= 0) {
+            close(spillFile);
+        }
     }
 
     void run();
+    void add(int descriptor, const QByteArray &bytes);
+    bool spill(const QByteArray &bytes);
+    int writeChunk(const Chunk &chunk) const;
     void noteFailure(int descriptor, int error);
 };
 
@@ -80,19 +112,66 @@ void OutputQueue::State::run()
         }
         const Chunk chunk = std::move(chunks.front());
         chunks.pop_front();
+        memorySize -= chunk.bytes.size();
         isWriting = true;
         const bool skipped = failed.count(chunk.descriptor) > 0;
         lock.unlock();
-        const int error = skipped ? 0 : writeAll(chunk.descriptor, chunk.bytes);
+        const int error = skipped ? 0 : writeChunk(chunk);
         lock.lock();
         isWriting = false;
         if (error != 0) {
             noteFailure(chunk.descriptor, error);
         }
         if (chunks.empty()) {
+            if (spillEnd > 0 && ftruncate(spillFile, 0) == 0) {
+                spillEnd = 0;
+            }
             emptied.notify_all();
         }
     }
+}
+
+void OutputQueue::State::add(int descriptor, const QByteArray &bytes)
+{
+    const qint64 offset = spillEnd;
+    const bool spilled = memorySize + bytes.size() > maxMemorySize && spill(bytes);
+    // A spilled chunk at the end of the queue is also at the end of the file.
+    const bool fits = !chunks.empty() && chunks.back().descriptor == descriptor
+        && chunks.back().isSpilled == spilled && chunks.back().size < maxChunkSize;
+    if (!fits) {
+        chunks.push_back({descriptor, spilled, offset});
+    }
+    chunks.back().size += bytes.size();
+    if (!spilled) {
+        chunks.back().bytes += bytes;
+        memorySize += bytes.size();
+    }
+}
+
+/// Appends @p bytes to the spill file. False if that fails; what was written in part is overwritten by
+/// the next call.
+bool OutputQueue::State::spill(const QByteArray &bytes)
+{
+    if (spillFile < 0) {
+        spillFile = createUnnamedFile();
+    }
+    if (pwrite(spillFile, bytes.constData(), size_t(bytes.size()), spillEnd) != bytes.size()) {
+        return false;
+    }
+    spillEnd += bytes.size();
+    return true;
+}
+
+/// Writes all of @p chunk; returns 0 or an error number.
+int OutputQueue::State::writeChunk(const Chunk &chunk) const
+{
+    if (!chunk.isSpilled) {
+        return writeAll(chunk.descriptor, chunk.bytes);
+    }
+    QByteArray bytes(chunk.size, Qt::Uninitialized);
+    return pread(spillFile, bytes.data(), size_t(chunk.size), chunk.offset) == chunk.size
+        ? writeAll(chunk.descriptor, bytes)
+        : EIO;
 }
 
 void OutputQueue::State::noteFailure(int descriptor, int error)
@@ -131,12 +210,7 @@ void OutputQueue::write(int descriptor, const QByteArray &bytes)
         std::thread([shared = state] { shared->run(); }).detach();
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
-    if (!state->chunks.empty() && state->chunks.back().descriptor == descriptor
-        && state->chunks.back().bytes.size() < maxChunkSize) {
-        state->chunks.back().bytes += bytes;
-    } else {
-        state->chunks.push_back({descriptor, bytes});
-    }
+    state->add(descriptor, bytes);
     state->filled.notify_one();
 }
 

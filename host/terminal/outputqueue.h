@@ -10,7 +10,8 @@
 /// Writes to file descriptors in a separate thread, in the order of the calls. A slow reader or a
 /// non-blocking descriptor neither blocks the caller nor loses text.
 ///
-/// Pending text is kept in memory.
+/// Pending text is kept in memory up to a limit, and beyond it in a temporary file; in memory again
+/// if the file cannot be written.
 class OutputQueue
 {
 public:
