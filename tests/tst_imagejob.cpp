@@ -123,6 +123,8 @@ private slots:
         row("the output", QString("i.bin"), QString("same file as the input"), QString(), true);
         row("hard link", QString("hard.bin"), QString("same file as the input"), QString(), true);
         row("symlink", QString("soft.bin"), QString("same file as the input"), QString(), true);
+        row("backup of the image", QString("i.bin.loomwright-backup"),
+            QString("would replace this file"), QString(), true);
         row("good", QString("file"), QString(), QString(), false);
     }
     void findings()
@@ -137,6 +139,7 @@ private slots:
         QCOMPARE(mkfifo("fifo", 0600), 0);
         writeFile("empty", "");
         writeFile("file", "x");
+        writeFile("i.bin.loomwright-backup", "x");
         writeFile("secret", "x");
         QVERIFY(QFile::setPermissions("secret", {}));
         QVERIFY(job->setValue("Presigned Codec FW", name));

@@ -67,6 +67,8 @@ private slots:
             QByteArray("0\n"), none);
         row("no signal blocked", script("exec grep SigBlk /proc/self/status"), exited, 0,
             QByteArray("SigBlk:\t0000000000000000\n"), none);
+        row("child that ends soon", script("(sleep 0.2; echo late) &"), exited, 0,
+            QByteArray("late\n"), none);
         row("HUP is ignored", script("kill -HUP $PPID $$; sleep 0.2; exit 5"), exited, 5, none,
             none);
     }
@@ -82,6 +84,7 @@ private slots:
         waitForEnd();
         QCOMPARE(messages.value(1).kind, kind);
         QCOMPARE(messages.value(1).value, value);
+        QVERIFY(messages.last().kind != RunnerStatus::LeftBehind);
         QTEST(program->readAllStandardOutput(), "output");
         QTEST(program->readAllStandardError(), "errors");
         if (kind == RunnerStatus::Signaled) {
@@ -102,7 +105,8 @@ private slots:
         row("double fork in a session of its own",
             deaf + "setsid sh -c 'sleep 1000 & sleep 1000 & sleep 1000' > /dev/null 2>&1 &",
             ByItself);
-        row("fork after fork", deaf + "f() { : | :; f & }; f &", ByItself);
+        row("fork after fork",
+            deaf + "export next='(: | :; exec sh -c \"$next\") &'; sh -c \"$next\"", ByItself);
         row("stopped child", QByteArray("sleep 1000 & kill -STOP $!"), ByItself);
         row("asked to, deaf", deaf + "sleep 1000 & sleep 1000", AskedTo);
         row("host gone", QByteArray("sleep 1000 & sleep 1000"), WithTheHost);
@@ -127,6 +131,7 @@ private slots:
         waitForEnd();
         if (end == ByItself) {
             QCOMPARE(messages.value(1).kind, int(RunnerStatus::Exited));
+            QCOMPARE(messages.value(2).kind, int(RunnerStatus::LeftBehind));
         } else if (end != WithTheHost) {
             QCOMPARE(messages.value(1).kind, int(RunnerStatus::Signaled));
         }

@@ -146,6 +146,10 @@ private slots:
         row("image is the loaded one", "-c config.txt -d drop build --no-check -o config.txt");
         row("project", "-d drop -o in.bin project");
         row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
+        row("manifest is the stitcher",
+            "-d drop --image i.bin build --no-check --manifest tamblin-stitcher");
+        row("manifest is named like the lock",
+            "-d drop --image i.bin build --no-check --manifest i.bin.loomwright-lock");
         row("manifest is the image", "-d drop --image i.bin build --no-check --manifest i.bin");
     }
     void overwriting()
@@ -159,7 +163,7 @@ private slots:
         QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
         const Run run = host.start("-q " + arguments);
         QCOMPARE(run.status, 1);
-        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs"),
+        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs|uses .* itself"),
                  qPrintable(run.output + run.errors));
         QCOMPARE(readFile(input), QByteArray("precious"));
         QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));

@@ -8,7 +8,6 @@
 #include "host/core/ingredients.h"
 #include "host/core/pluginsession.h"
 #include "host/core/stitcherrun.h"
-#include "model/filepath.h"
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 
@@ -74,6 +73,9 @@ void BuildRunner::removeWorkDirectory()
         work->setAutoRemove(false);
         QFile::remove(work->path());
     }
+    if (work && (!work->autoRemove() || !work->remove())) {
+        result.workDirectory = work->path();
+    }
     work.reset();
 }
 
@@ -85,7 +87,6 @@ void BuildRunner::start(const BuildOptions &options)
         concludeSoon(problem);
         return;
     }
-    noteInputs();
     execute();
     if (options.timeoutMs > 0) {
         timeoutTimer.start(options.timeoutMs);
@@ -102,8 +103,16 @@ QString BuildRunner::prepare(const BuildOptions &options)
     if (result.imageFile.isEmpty()) {
         return tr("No output file is named.");
     }
+    if (FileState::of(result.imageFile).isSameFileAs(FileState::of(result.stitcher))) {
+        return tr("The image and the stitcher are the same file.");
+    }
+    noteStates(options.knownStates);
+    QString problem = changeProblem();
+    if (!problem.isEmpty()) {
+        return problem;
+    }
     auto guard = std::make_unique<ImageGuard>(result.imageFile);
-    QString problem = guard->protect();
+    problem = guard->protect();
     if (!problem.isEmpty()) {
         return problem;
     }
@@ -118,16 +127,16 @@ QString BuildRunner::prepare(const BuildOptions &options)
                                  .arg(temporaryDirectory.path(), work->errorString());
 }
 
-void BuildRunner::noteInputs()
+void BuildRunner::noteStates(const FileStates &knownStates)
 {
+    const auto stateOf = [&knownStates](const QString &file) {
+        return knownStates.contains(file) ? knownStates.value(file) : FileState::of(file);
+    };
     const QAbstractItemModel &model = *session->ingredientManager()->getIngredients();
-    for (const Ingredient &ingredient : ingredientsOf(model)) {
-        const QString file = textOf(ingredient.value);
-        if (kindOf(ingredient.value) == ValueKind::File && ingredient.isVisible && !file.isEmpty()
-            && ingredient.value.value<FilePath>().isInput) {
-            inputs.append({ingredient.name, file, FileState::of(file)});
-        }
+    for (const QString &file : inputFilesOf(ingredientsOf(model))) {
+        result.inputStates.insert(file, stateOf(file));
     }
+    result.stitcherState = stateOf(result.stitcher);
 }
 
 void BuildRunner::execute()
@@ -135,8 +144,9 @@ void BuildRunner::execute()
     run = std::make_unique<StitcherRun>();
     connect(run.get(), &StitcherRun::ended, this, &BuildRunner::finishStitcher);
     isStarting = true;
-    const QString problem = run->start(result.stitcher, work->path(),
-                                       [this] { session->executionManager()->beginExecution(); });
+    const QString problem = run->start(
+        result.stitcher, work->path(), [this] { session->executionManager()->beginExecution(); },
+        image->lockDescriptor());
     isStarting = false;
     result.configuration = contentOf(work->filePath(QLatin1String(configurationFile)));
     if (!problem.isEmpty()) {
@@ -178,7 +188,7 @@ void BuildRunner::finishStitcher()
 
     QString problem = stopReason;
     for (const auto &check :
-         {&BuildRunner::stitcherProblem, &BuildRunner::imageProblem, &BuildRunner::changedInput}) {
+         {&BuildRunner::stitcherProblem, &BuildRunner::imageProblem, &BuildRunner::changeProblem}) {
         if (problem.isEmpty()) {
             problem = (this->*check)();
         }
@@ -218,6 +228,10 @@ QString BuildRunner::stitcherProblem() const
     if (result.exitStatus > 0) {
         return tr("The stitcher failed with exit status %1.").arg(result.exitStatus);
     }
+    if (run->hasLeftProcesses()) {
+        return tr("The stitcher ended, but left processes running. They were terminated, so the "
+                  "image may be incomplete.");
+    }
     return {};
 }
 
@@ -238,16 +252,21 @@ QString BuildRunner::imageProblem() const
     return {};
 }
 
-/// Names an input file that has changed since the start; empty when none has.
-QString BuildRunner::changedInput() const
+/// Names a file that has changed since its state was noted; empty when none has.
+QString BuildRunner::changeProblem() const
 {
-    for (const Input &input : inputs) {
-        if (FileState::of(input.file) != input.state) {
+    const QAbstractItemModel &model = *session->ingredientManager()->getIngredients();
+    for (const Ingredient &ingredient : ingredientsOf(model)) {
+        const QString file = textOf(ingredient.value);
+        const auto state = result.inputStates.constFind(file);
+        if (state != result.inputStates.constEnd() && FileState::of(file) != *state) {
             return tr("The input file %1 (%2) changed during the build.")
-                .arg(input.file, input.name);
+                .arg(file, ingredient.name);
         }
     }
-    return {};
+    return FileState::of(result.stitcher) == result.stitcherState
+        ? QString()
+        : tr("The stitcher %1 changed during the build.").arg(result.stitcher);
 }
 
 void BuildRunner::finishHashing(const QList<FileHash> &hashes)
@@ -277,19 +296,19 @@ void BuildRunner::conclude(const QString &reason)
     giveUpTimer.stop();
 
     result.reason = reason;
-    result.isSuccess = reason.isEmpty();
-    if (image && result.isSuccess) {
-        image->accept();
+    if (image && reason.isEmpty()) {
+        result.reason = image->accept();
     } else if (image) {
+        if (run && run->isRunning()) {
+            image->leaveLock();
+        }
         result.reason = joined(result.reason, image->reject());
         result.partialFile = image->partialFile();
     }
+    result.isSuccess = result.reason.isEmpty();
     if (!result.partialFile.isEmpty()) {
         result.reason
             = joined(result.reason, tr("What it wrote is kept as %1.").arg(result.partialFile));
-    }
-    if (work && !work->autoRemove()) {
-        result.workDirectory = work->path();
     }
     removeWorkDirectory();
     emit finished(result);

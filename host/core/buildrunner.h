@@ -7,12 +7,10 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
-#include <QList>
 #include <QMetaType>
 #include <QObject>
 #include <QString>
 #include <QTimer>
-#include <QVector>
 
 #include <memory>
 
@@ -28,6 +26,9 @@ struct BuildOptions {
     QString stitcher;      ///< Absolute path of the stitcher, as locateStitcher() found it.
     int timeoutMs = 0;     ///< How long the stitcher may run, in milliseconds; 0 for forever.
     bool keepWork = false; ///< Whether to keep the work directory.
+    /// States of input files and of the stitcher from before they were checked or hashed. The build
+    /// fails if one has changed since; a file that is not listed, if it changes during the build.
+    FileStates knownStates;
 };
 
 /// How a build ended.
@@ -38,11 +39,13 @@ struct BuildResult {
     qint64 imageSize = 0;     ///< In bytes; 0 unless the build succeeded.
     QByteArray sha256;        ///< Of the image, in hexadecimal; empty unless the build succeeded.
     QString partialFile;      ///< What a failed build wrote, moved to this path; may be empty.
-    QString workDirectory;    ///< Empty unless it was kept.
+    QString workDirectory;    ///< Empty unless it was kept or could not be removed.
     QString stitcher;         ///< Absolute path of the stitcher.
     int exitStatus = -1;      ///< The stitcher's; -1 when it did not exit by itself.
     int signalNumber = 0;     ///< The signal that ended the stitcher; 0 when none did.
     QByteArray configuration; ///< The text that the stitcher was given.
+    FileStates inputStates;   ///< Of the input files; on success they have not changed since.
+    FileState stitcherState;  ///< The same of the stitcher.
     qint64 elapsedMs = 0;     ///< From the start to the end of the stitcher.
 };
 
@@ -50,8 +53,9 @@ Q_DECLARE_METATYPE(BuildResult)
 
 /// Runs one build.
 ///
-/// A build succeeds when the stitcher exits with status 0, the image is a regular file that is not
-/// empty and was written by this build, and no input file has changed meanwhile. An existing image
+/// A build succeeds when the stitcher exits with status 0 and leaves no process behind, the image is a
+/// regular file that is not empty and was written by this build, and neither an input file nor the
+/// stitcher has changed meanwhile. An existing image
 /// is moved aside and restored when the build fails; what the failed build wrote is kept as
 /// IMAGE.partial. Every build has its own work directory.
 class BuildRunner : public QObject
@@ -79,21 +83,15 @@ signals:
     void finished(const BuildResult &result);
 
 private:
-    struct Input {
-        QString name;
-        QString file;
-        FileState state;
-    };
-
     QString prepare(const BuildOptions &options);
     void execute();
-    void noteInputs();
+    void noteStates(const FileStates &knownStates);
     void noteError(const QString &message);
     void finishStitcher();
     void finishHashing(const QList<FileHash> &hashes);
     QString stitcherProblem() const;
     QString imageProblem() const;
-    QString changedInput() const;
+    QString changeProblem() const;
     void removeWorkDirectory();
     void concludeSoon(const QString &reason);
     void conclude(const QString &reason);
@@ -106,7 +104,6 @@ private:
     QTimer timeoutTimer;
     QTimer giveUpTimer;
     QElapsedTimer elapsed;
-    QVector<Input> inputs;
     QString stopReason;
     QString startError;
     bool isStarting = false;

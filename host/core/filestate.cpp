@@ -44,6 +44,13 @@ FileState FileState::ofLink(const QString &file)
     return found ? fromStat(raw) : FileState();
 }
 
+FileState FileState::ofDescriptor(int descriptor)
+{
+    struct stat raw = {};
+    const bool found = fstat(descriptor, &raw) == 0;
+    return found ? fromStat(raw) : FileState();
+}
+
 bool FileState::isRegular() const
 {
     return type == S_IFREG;
@@ -64,4 +71,23 @@ bool FileState::operator==(const FileState &other) const
 bool FileState::operator!=(const FileState &other) const
 {
     return !(*this == other);
+}
+
+FileStates statesOf(const QStringList &files)
+{
+    FileStates states;
+    for (const QString &file : files) {
+        states.insert(file, FileState::of(file));
+    }
+    return states;
+}
+
+QString changedFile(const FileStates &states)
+{
+    for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
+        if (FileState::of(state.key()) != *state) {
+            return state.key();
+        }
+    }
+    return {};
 }

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <sys/types.h>
 
@@ -22,6 +24,8 @@ struct FileState {
     static FileState of(const QString &file);
     /// The state of @p file itself, which may be a symlink.
     static FileState ofLink(const QString &file);
+    /// The state of the open file @p descriptor.
+    static FileState ofDescriptor(int descriptor);
 
     /// Whether it is a regular file.
     bool isRegular() const;
@@ -32,3 +36,12 @@ struct FileState {
     /// Whether a member differs.
     bool operator!=(const FileState &other) const;
 };
+
+/// States by absolute path.
+using FileStates = QHash<QString, FileState>;
+
+/// The current states of @p files.
+FileStates statesOf(const QStringList &files);
+
+/// A file whose state differs from the one in @p states; empty when there is none.
+QString changedFile(const FileStates &states);

@@ -29,7 +29,7 @@ FileWatcher::FileWatcher(QObject *parent)
 
 void FileWatcher::setFiles(const QStringList &files)
 {
-    QHash<QString, FileState> newStates;
+    FileStates newStates;
     for (const QString &file : files) {
         const auto known = states.constFind(file);
         newStates.insert(file, known == states.constEnd() ? FileState::of(file) : *known);

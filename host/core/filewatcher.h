@@ -34,6 +34,6 @@ private:
     void report();
 
     QFileSystemWatcher watcher;
-    QHash<QString, FileState> states;
+    FileStates states;
     QTimer reportTimer;
 };

@@ -4,6 +4,7 @@
 #include "host/core/findings.h"
 
 #include "host/core/filestate.h"
+#include "host/core/imageguard.h"
 #include "model/filepath.h"
 
 #include <QCoreApplication>
@@ -102,6 +103,13 @@ void findOverwrittenInput(const QVector<Ingredient> &ingredients, const Ingredie
         problems->append(findingFor(
             output, tr("The output is the same file as the input \"%1\"").arg(input.name)));
         problems->last().mustBeFixed = true;
+    }
+    for (const Ingredient &each : ingredients) {
+        if (isInput(each) && ImageGuard::isReserved(textOf(output.value), textOf(each.value))) {
+            problems->append(
+                findingFor(each, tr("A build would replace this file because of its name")));
+            problems->last().mustBeFixed = true;
+        }
     }
 }
 

@@ -3,15 +3,21 @@
 
 #include "host/core/imageguard.h"
 
+#include "host/core/filestate.h"
+
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 
 #include <cerrno>
 #include <cstdio>
 #include <unistd.h>
 
 namespace {
+
+const QLatin1String backupSuffix(".loomwright-backup");
+const QLatin1String lockSuffix(".loomwright-lock");
+const QLatin1String partialSuffix(".partial");
 
 /// Replaces @p target. Returns 0 or the error number.
 int renameFile(const QString &file, const QString &target)
@@ -22,11 +28,22 @@ int renameFile(const QString &file, const QString &target)
     return renamed ? 0 : errno;
 }
 
+QString notRegular(const QString &file)
+{
+    return ImageGuard::tr("%1 is not a regular file.").arg(file);
+}
+
+/// The path of the directory entry @p file, which need not exist, without symlinks to directories.
+QString entryPath(const QFileInfo &file)
+{
+    return QDir(QFileInfo(file.absolutePath()).canonicalFilePath()).filePath(file.fileName());
+}
+
 } // namespace
 
 ImageGuard::ImageGuard(const QString &imageFile)
     : image(imageFile)
-    , backup(imageFile + QLatin1String(".loomwright-backup"))
+    , backup(imageFile + backupSuffix)
 {
 }
 
@@ -50,11 +67,16 @@ QString ImageGuard::protect()
     return problem;
 }
 
-void ImageGuard::accept()
+QString ImageGuard::accept()
 {
-    QFile::remove(backup);
+    QFile older(backup);
+    const bool removed = !FileState::ofLink(backup).exists || older.remove();
     isProtecting = false;
     lock.reset();
+    return removed ? QString()
+                   : tr("%1 was written, but the older image %2 cannot be removed: %3. Remove it "
+                        "before the next build, which would restore it.")
+                         .arg(image, backup, older.errorString());
 }
 
 QString ImageGuard::reject()
@@ -70,36 +92,47 @@ QString ImageGuard::partialFile() const
     return hasPartial ? partial : QString();
 }
 
+int ImageGuard::lockDescriptor() const
+{
+    return lock ? lock->descriptor() : -1;
+}
+
+void ImageGuard::leaveLock()
+{
+    if (lock) {
+        lock->leave();
+    }
+}
+
+bool ImageGuard::isReserved(const QString &image, const QString &file)
+{
+    const QFileInfo info(file);
+    const QString imagePath = entryPath(QFileInfo(image));
+    const QString path = info.exists() ? info.canonicalFilePath() : entryPath(info);
+    const QString suffix = path.mid(imagePath.size());
+    return path.startsWith(imagePath)
+        && (suffix == backupSuffix || suffix == lockSuffix || suffix.startsWith(partialSuffix));
+}
+
 QString ImageGuard::lockImage()
 {
     const QString directory = QFileInfo(image).absolutePath();
     if (!QFileInfo(directory).isDir()) {
         return tr("The image's directory %1 does not exist.").arg(directory);
     }
-    const QString file = image + QLatin1String(".loomwright-lock");
+    const QString file = image + lockSuffix;
     const FileState existing = FileState::ofLink(file);
     if (existing.exists && !existing.isRegular()) {
-        return tr("%1 is in the way.").arg(file);
+        return notRegular(file);
     }
-    lock = std::make_unique<QLockFile>(file);
-    // A build may take any time: the lock becomes stale only when its host has ended.
-    lock->setStaleLockTime(0);
-    if (lock->tryLock(0)) {
-        return {};
+    lock = std::make_unique<FileLock>(file);
+    const int error = lock->lock();
+    if (error == EWOULDBLOCK) {
+        return tr("%1 is being built by another process (lock file %2).").arg(image, file);
     }
-
-    const QLockFile::LockError error = lock->error();
-    qint64 process = 0;
-    QString host;
-    QString program;
-    const bool known = lock->getLockInfo(&process, &host, &program);
-    lock.reset();
-    if (error != QLockFile::LockFailedError) {
-        return tr("The image's directory %1 cannot be written to.").arg(directory);
-    }
-    return known ? tr("%1 is being built by another process, number %2 on %3 (lock file %4).")
-                       .arg(image, QString::number(process), host, file)
-                 : tr("%1 is being built by another process (lock file %2).").arg(image, file);
+    return error == 0
+        ? QString()
+        : tr("The lock file %1 cannot be created: %2.").arg(file, qt_error_string(error));
 }
 
 QString ImageGuard::moveAside()
@@ -107,7 +140,8 @@ QString ImageGuard::moveAside()
     // Left by a host that was killed. Only a file of this user may become the image.
     const FileState left = FileState::ofLink(backup);
     if (left.exists && !(left.isRegular() && left.owner == geteuid())) {
-        return tr("%1 is in the way.").arg(backup);
+        return left.isRegular() ? tr("%1 belongs to another user.").arg(backup)
+                                : notRegular(backup);
     }
     if (left.exists) {
         QString problem = restore();
@@ -126,7 +160,8 @@ QString ImageGuard::moveAside()
         return markAsNew();
     }
     const int error = renameFile(image, backup);
-    return error == 0
+    hasOlder = error == 0;
+    return hasOlder
         ? QString()
         : tr("The older image %1 cannot be moved aside: %2.").arg(image, qt_error_string(error));
 }
@@ -145,7 +180,7 @@ QString ImageGuard::markAsNew()
 /// left, nor anything that is not a regular file.
 QString ImageGuard::freePartialName() const
 {
-    const QString first = image + QLatin1String(".partial");
+    const QString first = image + partialSuffix;
     QString name = first;
     for (int number = 2;; ++number) {
         const FileState state = FileState::ofLink(name);
@@ -177,7 +212,10 @@ QString ImageGuard::restore()
         QFile::remove(backup);
         return {};
     }
-    const int error = older.exists ? renameFile(backup, image) : 0;
+    if (!older.exists) {
+        return hasOlder ? tr("The older image was removed during the build.") : QString();
+    }
+    const int error = renameFile(backup, image);
     return error == 0
         ? QString()
         : tr("The older image is still at %1: %2.").arg(backup, qt_error_string(error));

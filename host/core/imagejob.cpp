@@ -5,6 +5,7 @@
 
 #include "host/core/filestate.h"
 #include "host/core/findings.h"
+#include "host/core/imageguard.h"
 #include "host/core/pluginsession.h"
 #include "model/filepath.h"
 #include "model/modelcolumns.h"
@@ -372,14 +373,20 @@ QVector<Problem> ImageJob::problems() const
     const QVector<Ingredient> all = ingredients();
     QVector<Problem> result = inputProblems + failedChecks + findingsFor(all);
     const Ingredient output = outputIngredient(all);
-    if (isInputFile(textOf(output.value))) {
+    const QString image = textOf(output.value);
+    const bool replaced
+        = std::any_of(inputFiles.begin(), inputFiles.end(), [&image](const QString &each) {
+              return ImageGuard::isReserved(image, each);
+          });
+    if (replaced || isInputFile(image)) {
         Problem problem;
         problem.kind = ProblemKind::Finding;
-        problem.text
-            = tr("The image is one of the inputs: a configuration or project that was loaded");
+        problem.text = replaced
+            ? tr("A build would replace a configuration or project that was loaded")
+            : tr("The image is one of the inputs: a configuration or project that was loaded");
         problem.ingredient = output.name;
         problem.key = output.key;
-        problem.file = textOf(output.value);
+        problem.file = image;
         problem.mustBeFixed = true;
         result.append(problem);
     }
@@ -390,10 +397,9 @@ QVector<Problem> ImageJob::problems() const
 bool ImageJob::isInputFile(const QString &file) const
 {
     const FileState state = FileState::of(file);
-    return state.exists
-        && std::any_of(inputFiles.begin(), inputFiles.end(), [&](const QString &each) {
-               return FileState::of(each).isSameFileAs(state);
-           });
+    return std::any_of(inputFiles.begin(), inputFiles.end(), [&](const QString &each) {
+        return FileState::of(each).isSameFileAs(state);
+    });
 }
 
 bool ImageJob::isBlocked(bool withChecks) const

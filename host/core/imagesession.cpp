@@ -439,19 +439,6 @@ QStringList ImageSession::candidates(const QString &name, const QString &key) co
     return candidateFiles.value(idOf(name, key));
 }
 
-QStringList ImageSession::inputFiles() const
-{
-    QStringList files;
-    for (const Ingredient &ingredient : ingredients()) {
-        const QString file = textOf(ingredient.value);
-        if (kindOf(ingredient.value) == ValueKind::File && ingredient.isVisible && !file.isEmpty()
-            && ingredient.value.value<FilePath>().isInput) {
-            files.append(file);
-        }
-    }
-    return files;
-}
-
 QString ImageSession::imageFile() const
 {
     return textOf(outputIngredient(ingredients()).value);
@@ -463,13 +450,17 @@ void ImageSession::check()
     if (!isLoaded()) {
         return;
     }
+    QStringList files = inputFilesOf(ingredients());
+    checkedStates = statesOf(files);
     {
         const QScopedValueRollback<bool> checking(isChecking, true);
         job->check();
         currentProblems = condensed(job->problems());
     }
-    const QString image = imageFile();
-    watcher.setFiles(image.isEmpty() ? inputFiles() : inputFiles() << image);
+    if (!imageFile().isEmpty()) {
+        files.append(imageFile());
+    }
+    watcher.setFiles(files);
     emit changed();
 }
 
@@ -524,8 +515,10 @@ void ImageSession::build(const BuildOptions &options)
     runner = std::make_unique<BuildRunner>(session.get());
     connect(runner.get(), &BuildRunner::hashing, this, &ImageSession::hashing);
     connect(runner.get(), &BuildRunner::finished, this, &ImageSession::finishBuild);
-    latestBuild.start(values(), inputFiles());
-    runner->start(options);
+    latestBuild.start(values());
+    BuildOptions checkedOptions = options;
+    checkedOptions.knownStates = checkedStates;
+    runner->start(checkedOptions);
     emit buildStarted();
     emit changed();
 }

@@ -150,7 +150,6 @@ private:
     void reportRefusals();
     void relayError(const QString &message);
     void finishBuild(const BuildResult &result);
-    QStringList inputFiles() const;
     QString imageFile() const;
 
     std::unique_ptr<PluginSession> session;
@@ -160,6 +159,7 @@ private:
     FileWatcher watcher;
     QTimer checkTimer;
     QVector<Problem> currentProblems;
+    FileStates checkedStates; ///< Of the input files, from just before the last check.
     QHash<QString, QStringList> candidateFiles;
     QStringList directories;
     QString projectPath;

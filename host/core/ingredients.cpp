@@ -178,6 +178,19 @@ Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString 
     return found == ingredients.end() ? Ingredient() : *found;
 }
 
+QStringList inputFilesOf(const QVector<Ingredient> &ingredients)
+{
+    QStringList files;
+    for (const Ingredient &ingredient : ingredients) {
+        const QString file = textOf(ingredient.value);
+        if (kindOf(ingredient.value) == ValueKind::File && !file.isEmpty()
+            && ingredient.value.value<FilePath>().isInput) {
+            files.append(absolutePath(file));
+        }
+    }
+    return files;
+}
+
 bool isDataFile(const Ingredient &ingredient)
 {
     return ingredient.value.canConvert<FilePath>()

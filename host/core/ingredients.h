@@ -54,6 +54,10 @@ Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOr
 Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString &name,
                           const QString &key);
 
+/// The absolute paths of all input files that are set. Hidden ingredients are included, since they
+/// are part of a configuration too.
+QStringList inputFilesOf(const QVector<Ingredient> &ingredients);
+
 /// Whether the plug-in loads a file as soon as it becomes the value of @p ingredient.
 bool isDataFile(const Ingredient &ingredient);
 

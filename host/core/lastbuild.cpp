@@ -3,14 +3,10 @@
 
 #include "host/core/lastbuild.h"
 
-void LastBuild::start(const Project &values, const QStringList &inputFiles)
+void LastBuild::start(const Project &values)
 {
     currentState = BuildState::Running;
     builtValues = values;
-    states.clear();
-    for (const QString &file : inputFiles) {
-        states.insert(file, FileState::of(file));
-    }
 }
 
 void LastBuild::finish(const BuildResult &newResult)
@@ -30,11 +26,9 @@ BuildState LastBuild::state(const Project &values) const
     if (currentState != BuildState::Current) {
         return currentState;
     }
-    bool unchanged
-        = builtValues.hasSameValuesAs(values) && FileState::of(lastResult.imageFile) == imageState;
-    for (auto state = states.constBegin(); unchanged && state != states.constEnd(); ++state) {
-        unchanged = FileState::of(state.key()) == *state;
-    }
+    const bool unchanged = builtValues.hasSameValuesAs(values)
+        && FileState::of(lastResult.imageFile) == imageState
+        && changedFile(lastResult.inputStates).isEmpty();
     return unchanged ? BuildState::Current : BuildState::Outdated;
 }
 
@@ -46,6 +40,7 @@ bool LastBuild::isNewerThanImage(const QString &inputFile, const QString &imageF
         return false;
     }
     const bool built = currentState == BuildState::Current && imageFile == lastResult.imageFile;
+    const FileStates &states = lastResult.inputStates;
     return built && states.contains(inputFile) ? states.value(inputFile) != input
                                                : input.modified > image.modified;
 }
@@ -58,9 +53,4 @@ const BuildResult &LastBuild::result() const
 const Project &LastBuild::values() const
 {
     return builtValues;
-}
-
-const QHash<QString, FileState> &LastBuild::inputStates() const
-{
-    return states;
 }

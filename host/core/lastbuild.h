@@ -22,8 +22,8 @@ enum class BuildState {
 class LastBuild
 {
 public:
-    /// Records @p values and the states of the @p inputFiles, just before the build starts.
-    void start(const Project &values, const QStringList &inputFiles);
+    /// Records @p values, just before the build starts.
+    void start(const Project &values);
     /// Records how the build ended; it counts as running between start() and finish().
     void finish(const BuildResult &newResult);
     /// Forgets the build.
@@ -38,13 +38,10 @@ public:
     const BuildResult &result() const;
     /// What it was made from.
     const Project &values() const;
-    /// The states of its input files at the start, by path.
-    const QHash<QString, FileState> &inputStates() const;
 
 private:
     BuildState currentState = BuildState::NotBuilt;
     BuildResult lastResult;
     Project builtValues;
-    QHash<QString, FileState> states;
     FileState imageState;
 };

@@ -132,18 +132,6 @@ QStringList pathsOf(const QVector<RecordedFile> &files)
     return paths;
 }
 
-QStringList inputPaths(const Project &project, const QVector<Ingredient> &ingredients)
-{
-    QStringList paths;
-    for (const ProjectEntry &entry : project.entries) {
-        if (entry.kind == ValueKind::File && !entry.value.isEmpty()
-            && isInputFile(ingredientFor(entry, ingredients))) {
-            paths.append(entry.value);
-        }
-    }
-    return paths;
-}
-
 void setInputHashes(Project *project, const QList<FileHash> &hashes)
 {
     for (ProjectEntry &entry : project->entries) {

@@ -42,7 +42,5 @@ QVector<Problem> differencesInFiles(const QVector<RecordedFile> &files,
 /// The paths of @p files, in their order.
 QStringList pathsOf(const QVector<RecordedFile> &files);
 
-/// The paths of all input files in @p project; setInputHashes() stores their hashes.
-QStringList inputPaths(const Project &project, const QVector<Ingredient> &ingredients);
 /// Stores size and SHA-256 in the entries whose paths are in @p hashes.
 void setInputHashes(Project *project, const QList<FileHash> &hashes);

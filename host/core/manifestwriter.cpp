@@ -40,25 +40,15 @@ void ManifestWriter::start(const LastBuild &lastBuild, const QString &pluginVers
     manifestFile = file;
     manifest = build.values();
     manifest.build = buildRecordOf(build.result(), pluginVersion);
-    hasher->start(QStringList(build.inputStates().keys()) << build.result().stitcher);
-}
-
-/// Names an input that has changed since the image was built; empty when none has.
-QString ManifestWriter::changedInput() const
-{
-    const QHash<QString, FileState> &states = build.inputStates();
-    for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
-        if (FileState::of(state.key()) != *state) {
-            return state.key();
-        }
-    }
-    return {};
+    hasher->start(QStringList(build.result().inputStates.keys()) << build.result().stitcher);
 }
 
 void ManifestWriter::write(const QList<FileHash> &hashes)
 {
     const FileHash &stitcher = hashes.last();
-    const QString changed = changedInput();
+    FileStates states = build.result().inputStates;
+    states.insert(stitcher.file, build.result().stitcherState);
+    const QString changed = changedFile(states);
     if (!changed.isEmpty()) {
         emit finished(tr("No manifest is written: %1 changed meanwhile.").arg(changed));
         return;

@@ -35,7 +35,6 @@ signals:
 
 private:
     void write(const QList<FileHash> &hashes);
-    QString changedInput() const;
 
     std::unique_ptr<FileHasher> hasher;
     LastBuild build;

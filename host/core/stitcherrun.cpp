@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -52,6 +53,16 @@ private:
     std::vector<std::pair<const char *, QByteArray>> before;
 };
 
+/// A program that starts the host may have set SIGCHLD to be ignored. Then the system would discard
+/// exit statuses, and the plug-in would report a crash.
+void stopIgnoringChildren()
+{
+    struct sigaction action = {};
+    if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+        std::signal(SIGCHLD, SIG_DFL);
+    }
+}
+
 /// False when neither a message nor the end of the connection arrives in time.
 bool waitForMessage(int socket)
 {
@@ -83,7 +94,7 @@ StitcherRun::~StitcherRun()
 }
 
 QString StitcherRun::start(const QString &stitcher, const QString &workDirectory,
-                           const std::function<void()> &begin)
+                           const std::function<void()> &begin, int lock)
 {
     const QString directory = runnerDirectory();
     if (directory.isEmpty()) {
@@ -97,6 +108,7 @@ QString StitcherRun::start(const QString &stitcher, const QString &workDirectory
     socket = ends[0];
     fcntl(socket, F_SETFL, O_NONBLOCK);
 
+    stopIgnoringChildren();
     {
         EnvironmentChange environment;
         const QByteArray searchPath = qgetenv("PATH");
@@ -107,8 +119,12 @@ QString StitcherRun::start(const QString &stitcher, const QString &workDirectory
         environment.set("TMPDIR", QFile::encodeName(workDirectory));
         environment.set(RunnerProtocol::stitcherVariable, QFile::encodeName(stitcher));
         environment.set(RunnerProtocol::statusVariable, QByteArray::number(ends[1]));
-        fcntl(ends[1], F_SETFD, 0); // The runner inherits it.
+        environment.set(RunnerProtocol::lockVariable, QByteArray::number(lock));
+        // The runner inherits both.
+        fcntl(ends[1], F_SETFD, 0);
+        fcntl(lock, F_SETFD, 0);
         begin();
+        fcntl(lock, F_SETFD, FD_CLOEXEC);
     }
     close(ends[1]);
 
@@ -149,6 +165,9 @@ void StitcherRun::readStatus()
         break;
     case RunnerStatus::Signaled:
         stitcherSignal = status.value;
+        break;
+    case RunnerStatus::LeftBehind:
+        hasLeftover = true;
         break;
     default:
         break;
@@ -201,4 +220,14 @@ int StitcherRun::exitStatus() const
 int StitcherRun::signalNumber() const
 {
     return stitcherSignal;
+}
+
+bool StitcherRun::hasLeftProcesses() const
+{
+    return hasLeftover;
+}
+
+bool StitcherRun::isRunning() const
+{
+    return socket >= 0;
 }

@@ -29,10 +29,11 @@ public:
     /// @param stitcher absolute path of the stitcher
     /// @param workDirectory the value for TMPDIR
     /// @param begin makes the plug-in start its stitcher
+    /// @param lock a file descriptor that the runner keeps open as well until it ends; -1 for none
     /// @return an empty text, or why nothing could be started, in which case ended() does not
     /// follow
     QString start(const QString &stitcher, const QString &workDirectory,
-                  const std::function<void()> &begin);
+                  const std::function<void()> &begin, int lock = -1);
     /// Terminates the stitcher and everything it has started; ended() follows.
     void stop();
 
@@ -44,6 +45,11 @@ public:
     int exitStatus() const;
     /// The signal that ended the stitcher; 0 when none did.
     int signalNumber() const;
+    /// Whether processes were still running some time after the stitcher had ended by itself. They
+    /// have been terminated.
+    bool hasLeftProcesses() const;
+    /// Whether the runner is still running.
+    bool isRunning() const;
 
 signals:
     /// All processes of the stitcher have ended, and the plug-in has relayed its output.
@@ -61,5 +67,6 @@ private:
     int startErrorNumber = 0;
     int stitcherExitStatus = -1;
     int stitcherSignal = 0;
+    bool hasLeftover = false;
     int settleRounds = 0;
 };

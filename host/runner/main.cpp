@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <string>
 
 namespace {
@@ -24,6 +25,7 @@ void restoreEnvironment()
     unsetenv(RunnerProtocol::searchPathVariable);
     unsetenv(RunnerProtocol::stitcherVariable);
     unsetenv(RunnerProtocol::statusVariable);
+    unsetenv(RunnerProtocol::lockVariable);
 }
 
 } // namespace
@@ -41,6 +43,9 @@ int main(int, char **arguments)
     }
     const std::string stitcher = stitcherText;
     const int hostSocket = std::atoi(socketText);
+    if (const char *lockText = std::getenv(RunnerProtocol::lockVariable)) {
+        fcntl(std::atoi(lockText), F_SETFD, FD_CLOEXEC);
+    }
     restoreEnvironment();
 
     Supervisor supervisor(hostSocket);

@@ -16,6 +16,10 @@ namespace RunnerProtocol {
 constexpr char stitcherVariable[] = "LOOMWRIGHT_STITCHER";
 /// Environment variable: the file descriptor of the runner's end of the socket.
 constexpr char statusVariable[] = "LOOMWRIGHT_STATUS_FD";
+/// Environment variable: a file descriptor that holds the lock on the image. The runner keeps it open
+/// and does not pass it on, so the image stays locked until the stitcher's last process has ended,
+/// even when the host is killed.
+constexpr char lockVariable[] = "LOOMWRIGHT_LOCK_FD";
 /// Environment variable: the value of PATH before the runner's directory was prepended; not set if
 /// PATH was not.
 constexpr char searchPathVariable[] = "LOOMWRIGHT_SEARCH_PATH";
@@ -28,7 +32,8 @@ struct RunnerStatus {
         Started,     ///< The runner has started; the value is its process ID.
         StartFailed, ///< The stitcher could not be started; the value is the error number.
         Exited,      ///< The stitcher has exited; the value is its status.
-        Signaled     ///< A signal has ended the stitcher; the value is its number.
+        Signaled,    ///< A signal has ended the stitcher; the value is its number.
+        LeftBehind   ///< The stitcher has ended, but left processes running; the value is 0.
     };
 
     std::int32_t kind;

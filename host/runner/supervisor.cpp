@@ -5,6 +5,7 @@
 
 #include "host/runner/processtree.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -21,11 +22,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
+/// How long descendants may run after the stitcher has ended by itself. A script's `tee`, for example,
+/// ends only after the script.
+constexpr milliseconds lingerPeriod(1000);
 /// How long descendants may take to end after SIGTERM.
 constexpr milliseconds gracePeriod(2000);
 /// Time between two rounds of SIGKILL, unless a child ends earlier. One round may not be enough: a
 /// process may start while the list of children is read.
-constexpr milliseconds killInterval(50);
+constexpr int killIntervalMs = 50;
 /// The exit status that shells use for a program that could not be started.
 constexpr int startFailedStatus = 127;
 
@@ -36,6 +40,13 @@ bool isIgnored(int number)
 {
     struct sigaction action = {};
     return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+/// The time until @p end in milliseconds, rounded up; 0 when it has passed.
+int remaining(Clock::time_point end)
+{
+    const auto time = std::chrono::ceil<milliseconds>(end - Clock::now());
+    return std::max(0, int(time.count()));
 }
 
 void signalAll(const std::vector<pid_t> &processes, int number)
@@ -111,18 +122,32 @@ void Supervisor::becomeStitcher(const char *file, char **arguments) const
     _exit(startFailedStatus);
 }
 
-/// Returns when the stitcher has ended, or when it has to be terminated.
+/// Returns when the stitcher and its descendants have ended, or when they have to be terminated.
 void Supervisor::waitForEnd()
 {
     bool stopped = false;
     while (!hasEnded && !stopped) {
-        pollfd sources[] = {{host, POLLIN, 0}, {signalDescriptor, POLLIN, 0}};
-        if (poll(sources, 2, -1) > 0) {
-            const bool asked = takeSignals();
-            stopped = asked || (sources[0].revents != 0 && isHostGone());
-            reap();
-        }
+        stopped = waitForEvent(-1);
+        reap();
     }
+    const auto lingerEnd = Clock::now() + lingerPeriod;
+    bool hasChildren = reap();
+    while (hasChildren && !stopped && Clock::now() < lingerEnd) {
+        stopped = waitForEvent(remaining(lingerEnd));
+        hasChildren = reap();
+    }
+    if (hasChildren && !stopped) {
+        report(RunnerStatus::LeftBehind, 0);
+    }
+}
+
+/// Waits for a signal or the host; true when everything has to be terminated.
+/// @param timeoutMs in milliseconds; negative for forever
+bool Supervisor::waitForEvent(int timeoutMs)
+{
+    pollfd sources[] = {{host, POLLIN, 0}, {signalDescriptor, POLLIN, 0}};
+    return poll(sources, 2, timeoutMs) > 0
+        && (takeSignals() || (sources[0].revents != 0 && isHostGone()));
 }
 
 /// Terminates every descendant: first with SIGTERM, then with SIGKILL.
@@ -134,15 +159,15 @@ void Supervisor::terminateAll()
         signalAll(descendantsOf(runner), SIGTERM);
     }
     while (hasChildren) {
-        auto wait = std::chrono::ceil<milliseconds>(killTime - Clock::now());
-        if (wait <= wait.zero()) {
+        int waitMs = remaining(killTime);
+        if (waitMs == 0) {
             // Only the children: their process IDs cannot have been reused. Grandchildren become
             // children in the next round.
             signalAll(childrenOf(runner), SIGKILL);
-            wait = killInterval;
+            waitMs = killIntervalMs;
         }
         pollfd source = {signalDescriptor, POLLIN, 0};
-        poll(&source, 1, int(wait.count()));
+        poll(&source, 1, waitMs);
         takeSignals();
         hasChildren = reap();
     }

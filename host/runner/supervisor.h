@@ -29,6 +29,7 @@ private:
     bool prepare();
     [[noreturn]] void becomeStitcher(const char *file, char **arguments) const;
     void waitForEnd();
+    bool waitForEvent(int timeoutMs);
     void terminateAll();
     bool reap();
     bool isHostGone() const;

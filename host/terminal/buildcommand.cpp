@@ -5,6 +5,7 @@
 #include "host/core/commandpreview.h"
 #include "host/core/filehasher.h"
 #include "host/core/filestate.h"
+#include "host/core/imageguard.h"
 #include "host/core/imagejob.h"
 #include "host/core/manifest.h"
 #include "host/core/manifestwriter.h"
@@ -51,7 +52,7 @@ bool isBlocked(CommandContext &context)
 }
 
 /// Why no manifest could be written after the build; empty when one can.
-QString manifestProblem(const CommandContext &context)
+QString manifestProblem(const CommandContext &context, const QString &stitcher)
 {
     const QString file = context.commandLine.manifestFile;
     if (file.isEmpty()) {
@@ -63,8 +64,18 @@ QString manifestProblem(const CommandContext &context)
         || FileState::of(file).isSameFileAs(FileState::of(image))) {
         return QStringLiteral("The manifest and the image are the same file.");
     }
+    if (FileState::of(file).isSameFileAs(FileState::of(stitcher))) {
+        return QStringLiteral("The manifest and the stitcher are the same file.");
+    }
+    if (ImageGuard::isReserved(image, file)) {
+        return QStringLiteral("A build of %1 uses %2 itself; choose another name for the manifest.")
+            .arg(image, file);
+    }
     if (!QFileInfo(info.absolutePath()).isDir()) {
         return QStringLiteral("The directory of the manifest %1 does not exist.").arg(file);
+    }
+    if (!QFileInfo(info.exists() ? file : info.absolutePath()).isWritable()) {
+        return QStringLiteral("The manifest %1 cannot be written.").arg(file);
     }
     return context.job->overwriteProblem(file);
 }
@@ -116,6 +127,7 @@ BuildResult runStitcher(CommandContext &context, const QString &stitcher)
     options.stitcher = stitcher;
     options.timeoutMs = context.commandLine.timeoutMs;
     options.keepWork = context.commandLine.isWorkKept;
+    options.knownStates = context.inputStates;
     runner.start(options);
     // Messages up to here, while the stitcher was being started, were the plug-in's own.
     report.setSource(Report::Source::Stitcher);
@@ -155,43 +167,29 @@ int showResult(CommandContext &context, const BuildResult &result)
     return Success;
 }
 
-/// The inputs with their hashes, computed before the build, and the states of the files at that
-/// time.
-struct LockedInputs {
-    Project project;
-    QList<FileHash> hashes;
-    QVector<FileState> states;
-};
-
-bool hashInputs(CommandContext &context, LockedInputs *inputs)
+/// Hashes the inputs and the stitcher for the manifest. The build fails if one changes after that, so
+/// the hashes are those of what the image is made from.
+bool hashForManifest(CommandContext &context, const QString &stitcher, QList<FileHash> *hashes)
 {
-    inputs->project = context.job->project();
-    const QStringList paths = inputPaths(inputs->project, context.job->ingredients());
-    for (const QString &path : paths) {
-        inputs->states.append(FileState::of(path));
-    }
-    return hashFiles(context, paths, &inputs->hashes);
+    noteStates(context, {stitcher});
+    const QStringList inputs = inputFilesOf(context.job->ingredients());
+    return hashFiles(context, inputs + QStringList(stitcher), hashes);
 }
 
-int writeManifest(CommandContext &context, const BuildResult &result, LockedInputs inputs)
+int writeManifest(CommandContext &context, const BuildResult &result, const QList<FileHash> &hashes)
 {
-    for (int i = 0; i < inputs.states.count(); ++i) {
-        const QString file = inputs.hashes.at(i).file;
-        if (FileState::of(file) != inputs.states.at(i)) {
-            return fail(context,
-                        QStringLiteral("No manifest is written: %1 changed meanwhile.").arg(file));
-        }
+    const FileHash &stitcher = hashes.last();
+    if (!stitcher.error.isEmpty()) {
+        return fail(
+            context,
+            QStringLiteral("No manifest is written: %1: %2").arg(stitcher.file, stitcher.error));
     }
-    QList<FileHash> stitcher;
-    if (!hashFiles(context, {result.stitcher}, &stitcher) || !stitcher.first().error.isEmpty()) {
-        return fail(context,
-                    QStringLiteral("No manifest is written: the stitcher cannot be read."));
-    }
-    setInputHashes(&inputs.project, inputs.hashes);
-    inputs.project.build = buildRecordOf(result, context.session->plugin()->getPluginVersion());
-    inputs.project.build->stitcherSha256 = stitcher.first().sha256;
+    Project manifest = context.job->project();
+    setInputHashes(&manifest, hashes);
+    manifest.build = buildRecordOf(result, context.session->plugin()->getPluginVersion());
+    manifest.build->stitcherSha256 = stitcher.sha256;
     const QString file = QDir::current().absoluteFilePath(context.commandLine.manifestFile);
-    const QString problem = writeProject(file, inputs.project);
+    const QString problem = writeProject(file, manifest);
     if (!problem.isEmpty()) {
         return fail(context, problem);
     }
@@ -204,24 +202,25 @@ int writeManifest(CommandContext &context, const BuildResult &result, LockedInpu
 int buildImage(CommandContext &context)
 {
     const CommandLine &commandLine = context.commandLine;
+    noteStates(context, inputFilesOf(context.job->ingredients()));
     if (isBlocked(context)) {
         return Failed;
     }
-    const QString problem = manifestProblem(context);
     const StitcherLocation stitcher = locateStitcher(commandLine.stitcherFile);
-    if (!problem.isEmpty() || stitcher.file.isEmpty()) {
-        return fail(context, problem.isEmpty() ? stitcher.problem : problem);
+    const QString problem
+        = stitcher.file.isEmpty() ? stitcher.problem : manifestProblem(context, stitcher.file);
+    if (!problem.isEmpty()) {
+        return fail(context, problem);
     }
     if (commandLine.isDryRun) {
         return showPreview(context, stitcher.file);
     }
-    LockedInputs inputs;
-    if (!commandLine.manifestFile.isEmpty() && !hashInputs(context, &inputs)) {
+    const bool hasManifest = !commandLine.manifestFile.isEmpty();
+    QList<FileHash> hashes;
+    if (hasManifest && !hashForManifest(context, stitcher.file, &hashes)) {
         return fail(context, QStringLiteral("The build was interrupted."));
     }
     const BuildResult result = runStitcher(context, stitcher.file);
     const int status = showResult(context, result);
-    return status == Success && !commandLine.manifestFile.isEmpty()
-        ? writeManifest(context, result, inputs)
-        : status;
+    return status == Success && hasManifest ? writeManifest(context, result, hashes) : status;
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "host/core/filestate.h"
+
 #include <QList>
 #include <QStringList>
 
@@ -22,6 +24,8 @@ struct CommandContext {
     PluginSession *session = nullptr;
     ImageJob *job = nullptr;
     bool areProblemsNoted = false;
+    /// Of the input files, from before they were checked or hashed.
+    FileStates inputStates = {};
 };
 
 /// The functions of the command table; each returns the program's exit status.
@@ -39,6 +43,9 @@ int verifyManifest(CommandContext &context);
 /// errors.
 /// @return false when the plug-in cannot be used any more
 bool applyInputs(CommandContext &context);
+
+/// Notes the states of @p files that have not been noted yet, before they are checked or hashed.
+void noteStates(CommandContext &context, const QStringList &files);
 
 /// Failed when there is a problem with the inputs, else Success.
 int inputStatus(const CommandContext &context);

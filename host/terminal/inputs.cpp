@@ -49,6 +49,7 @@ void checkLock(CommandContext &context, const Project &manifest)
     }
     QVector<RecordedFile> inputs;
     addProblems(context, differencesInValues(manifest, context.job->ingredients(), &inputs));
+    noteStates(context, inputFilesOf(context.job->ingredients()));
     QList<FileHash> hashes;
     if (!hashFiles(context, pathsOf(inputs), &hashes)) {
         refuse(context, QStringLiteral("The comparison was interrupted."));
@@ -176,6 +177,15 @@ bool applyInputs(CommandContext &context)
     }
     printRefusals(context);
     return true;
+}
+
+void noteStates(CommandContext &context, const QStringList &files)
+{
+    for (const QString &file : files) {
+        if (!context.inputStates.contains(file)) {
+            context.inputStates.insert(file, FileState::of(file));
+        }
+    }
 }
 
 int inputStatus(const CommandContext &context)
