@@ -66,14 +66,27 @@ BuildRunner::~BuildRunner()
     removeWorkDirectory();
 }
 
+/// Returns why there is none.
+QString BuildRunner::createWorkDirectory(bool kept)
+{
+    const QDir parent(QDir::current().absoluteFilePath(QDir::tempPath()));
+    work = std::make_unique<QTemporaryDir>(parent.filePath(QStringLiteral("loomwright-XXXXXX")));
+    work->setAutoRemove(!kept);
+    return work->isValid() ? QString()
+                           : tr("The work directory cannot be created in %1: %2.")
+                                 .arg(parent.path(), work->errorString());
+}
+
 void BuildRunner::removeWorkDirectory()
 {
-    // A stitcher may have put a symlink in its place, whose target must not be emptied.
-    if (work && QFileInfo(work->path()).isSymLink()) {
+    if (!work) {
+        return;
+    }
+    if (QFileInfo(work->path()).isSymLink()) {
+        // The stitcher has replaced it; the target must not be emptied.
         work->setAutoRemove(false);
         QFile::remove(work->path());
-    }
-    if (work && (!work->autoRemove() || !work->remove())) {
+    } else if (!work->autoRemove() || !work->remove()) {
         result.workDirectory = work->path();
     }
     work.reset();
@@ -117,14 +130,7 @@ QString BuildRunner::prepare(const BuildOptions &options)
         return problem;
     }
     image = std::move(guard);
-
-    const QDir temporaryDirectory(QDir::current().absoluteFilePath(QDir::tempPath()));
-    work = std::make_unique<QTemporaryDir>(
-        temporaryDirectory.filePath(QStringLiteral("loomwright-XXXXXX")));
-    work->setAutoRemove(!options.keepWork);
-    return work->isValid() ? QString()
-                           : tr("The work directory cannot be created in %1: %2.")
-                                 .arg(temporaryDirectory.path(), work->errorString());
+    return createWorkDirectory(options.keepWork);
 }
 
 void BuildRunner::noteStates(const FileStates &knownStates)

@@ -92,6 +92,7 @@ private:
     QString stitcherProblem() const;
     QString imageProblem() const;
     QString changeProblem() const;
+    QString createWorkDirectory(bool kept);
     void removeWorkDirectory();
     void concludeSoon(const QString &reason);
     void conclude(const QString &reason);
