@@ -279,7 +279,7 @@ void BuildRunner::finishHashing(const QList<FileHash> &hashes)
 {
     const FileHash &hash = hashes.first();
     if (!hash.error.isEmpty()) {
-        conclude(tr("The image %1 cannot be read: %2").arg(hash.file, hash.error));
+        conclude(tr("The image %1 cannot be read: %2.").arg(hash.file, hash.error));
         return;
     }
     result.imageSize = hash.size;

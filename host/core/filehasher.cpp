@@ -65,8 +65,8 @@ void FileHasher::hash(FileHash *target)
 {
     QFile file(target->file);
     if (!QFileInfo(file).isFile()) {
-        target->error = QFileInfo::exists(target->file) ? tr("It is not a regular file.")
-                                                        : tr("It does not exist.");
+        target->error = QFileInfo::exists(target->file) ? tr("It is not a regular file")
+                                                        : tr("It does not exist");
         return;
     }
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {

@@ -18,7 +18,7 @@ struct FileHash {
     QString file;      ///< The path as it was given.
     qint64 size = 0;   ///< Number of bytes read.
     QByteArray sha256; ///< In hexadecimal; empty on an error.
-    QString error;     ///< Why there is no hash; empty when there is one.
+    QString error;     ///< Why there is no hash, without a full stop; empty when there is one.
 };
 
 /// Computes the SHA-256 of files in a thread, so that the event loop keeps running.

@@ -39,12 +39,6 @@ Problem difference(const RecordedFile &file, const QString &text, const QString 
     return problem;
 }
 
-/// @p sentence as part of a longer one.
-QString withoutFullStop(const QString &sentence)
-{
-    return sentence.endsWith(QLatin1Char('.')) ? sentence.chopped(1) : sentence;
-}
-
 bool isInputFile(const Ingredient &ingredient)
 {
     return kindOf(ingredient.value) == ValueKind::File
@@ -108,7 +102,7 @@ QVector<Problem> differencesInFiles(const QVector<RecordedFile> &files,
         const RecordedFile &file = files.at(i);
         const FileHash &hash = hashes.at(i);
         if (!hash.error.isEmpty()) {
-            problems.append(difference(file, withoutFullStop(hash.error), QString(), QString()));
+            problems.append(difference(file, hash.error, QString(), QString()));
         } else if (file.sha256.isEmpty()) {
             problems.append(
                 difference(file, tr("The manifest records no checksum"), QString(), QString()));

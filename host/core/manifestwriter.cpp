@@ -55,7 +55,7 @@ void ManifestWriter::write(const QList<FileHash> &hashes)
     }
     for (const FileHash &hash : hashes) {
         if (!hash.error.isEmpty()) {
-            emit finished(tr("No manifest is written: %1: %2").arg(hash.file, hash.error));
+            emit finished(tr("No manifest is written: %1: %2.").arg(hash.file, hash.error));
             return;
         }
     }

@@ -182,7 +182,7 @@ int writeManifest(CommandContext &context, const BuildResult &result, const QLis
     if (!stitcher.error.isEmpty()) {
         return fail(
             context,
-            QStringLiteral("No manifest is written: %1: %2").arg(stitcher.file, stitcher.error));
+            QStringLiteral("No manifest is written: %1: %2.").arg(stitcher.file, stitcher.error));
     }
     Project manifest = context.job->project();
     setInputHashes(&manifest, hashes);
