@@ -4,6 +4,7 @@
 #include "host/core/buildrunner.h"
 
 #include "host/core/filehasher.h"
+#include "host/core/files.h"
 #include "host/core/imageguard.h"
 #include "host/core/ingredients.h"
 #include "host/core/pluginsession.h"
@@ -35,12 +36,6 @@ QString joined(const QString &first, const QString &second)
     return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char(' ') + second;
 }
 
-QByteArray contentOf(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 BuildRunner::BuildRunner(PluginSession *pluginSession, QObject *parent)
@@ -69,7 +64,11 @@ BuildRunner::~BuildRunner()
 /// Returns why there is none.
 QString BuildRunner::createWorkDirectory(bool kept)
 {
-    const QDir parent(QDir::current().absoluteFilePath(QDir::tempPath()));
+    const QString problem = temporaryDirectoryProblem();
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+    const QDir parent(absolutePath(QDir::tempPath()));
     work = std::make_unique<QTemporaryDir>(parent.filePath(QStringLiteral("loomwright-XXXXXX")));
     work->setAutoRemove(!kept);
     return work->isValid() ? QString()

@@ -3,6 +3,7 @@
 
 #include "host/core/commandpreview.h"
 
+#include "host/core/files.h"
 #include "host/core/ingredients.h"
 #include "host/core/pluginsession.h"
 #include "host/core/stitcherrun.h"
@@ -24,12 +25,6 @@ QString tr(const char *text)
     return QCoreApplication::translate("CommandPreview", text);
 }
 
-QByteArray contentOf(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 bool writeRecorder(const QString &fileName)
 {
     QFile file(fileName);
@@ -42,6 +37,10 @@ bool writeRecorder(const QString &fileName)
 CommandPreview previewCommand(PluginSession *session, const QString &stitcher)
 {
     CommandPreview preview;
+    preview.problem = temporaryDirectoryProblem();
+    if (!preview.problem.isEmpty()) {
+        return preview;
+    }
     makePathsAbsolute(session->ingredientManager()->getIngredients());
     const QTemporaryDir recorderDirectory;
     const QTemporaryDir work;

@@ -3,6 +3,7 @@
 
 #include "host/core/imagejob.h"
 
+#include "host/core/files.h"
 #include "host/core/filestate.h"
 #include "host/core/findings.h"
 #include "host/core/imageguard.h"
@@ -14,7 +15,6 @@
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAbstractItemModel>
-#include <QDir>
 #include <QFileInfo>
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -22,11 +22,6 @@
 #include <algorithm>
 
 namespace {
-
-QString absolutePath(const QString &path)
-{
-    return QDir::current().absoluteFilePath(path);
-}
 
 bool isSame(const Ingredient &ingredient, const QString &name, const QString &key)
 {

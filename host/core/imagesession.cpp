@@ -3,6 +3,7 @@
 
 #include "host/core/imagesession.h"
 
+#include "host/core/files.h"
 #include "host/core/findings.h"
 #include "host/core/imagejob.h"
 #include "host/core/inputkind.h"
@@ -29,11 +30,6 @@ const char crashMessage[] = "The process crashed some time after starting succes
 QString idOf(const QString &name, const QString &key)
 {
     return name + QLatin1Char('\n') + key;
-}
-
-QString absolutePath(const QString &path)
-{
-    return QDir::current().absoluteFilePath(path);
 }
 
 /// The problems to show: for a missing file only that it is missing, not its size too, and of each

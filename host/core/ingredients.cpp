@@ -3,13 +3,13 @@
 
 #include "host/core/ingredients.h"
 
+#include "host/core/files.h"
 #include "model/choice.h"
 #include "model/filepath.h"
 #include "model/modelcolumns.h"
 
 #include <QAbstractItemModel>
 #include <QCoreApplication>
-#include <QDir>
 
 #include <algorithm>
 
@@ -29,11 +29,6 @@ int columnNamed(const QAbstractItemModel &model, const QString &header)
         }
     }
     return -1;
-}
-
-QString absolutePath(const QString &path)
-{
-    return path.isEmpty() ? path : QDir::current().absoluteFilePath(path);
 }
 
 bool setPath(QAbstractItemModel *model, const Ingredient &ingredient, const QString &path)

@@ -3,6 +3,8 @@
 
 #include "host/core/stitcherlocator.h"
 
+#include "host/core/files.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -51,7 +53,7 @@ StitcherLocation searchPath()
     const QStringList directories
         = qEnvironmentVariable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
     for (const QString &directory : directories) {
-        const QFileInfo file(QDir::current().absoluteFilePath(directory), stitcherName());
+        const QFileInfo file(absolutePath(directory), stitcherName());
         if (!file.exists() || isRunner(file)) {
             continue;
         }
@@ -76,7 +78,7 @@ StitcherLocation locateStitcher(const QString &chosenFile)
     if (chosenFile.isEmpty()) {
         return searchPath();
     }
-    const QFileInfo file(QDir::current().absoluteFilePath(chosenFile));
+    const QFileInfo file(absolutePath(chosenFile));
     if (file.exists() && isRunner(file)) {
         return {
             {},

@@ -4,6 +4,7 @@
 #include "host/core/buildrunner.h"
 #include "host/core/commandpreview.h"
 #include "host/core/filehasher.h"
+#include "host/core/files.h"
 #include "host/core/filestate.h"
 #include "host/core/imageguard.h"
 #include "host/core/imagejob.h"
@@ -19,7 +20,6 @@
 #include "host/terminal/report.h"
 #include "plugin/iloomwrightplugin.h"
 
-#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 
@@ -188,7 +188,7 @@ int writeManifest(CommandContext &context, const BuildResult &result, const QLis
     setInputHashes(&manifest, hashes);
     manifest.build = buildRecordOf(result, context.session->plugin()->getPluginVersion());
     manifest.build->stitcherSha256 = stitcher.sha256;
-    const QString file = QDir::current().absoluteFilePath(context.commandLine.manifestFile);
+    const QString file = absolutePath(context.commandLine.manifestFile);
     const QString problem = writeProject(file, manifest);
     if (!problem.isEmpty()) {
         return fail(context, problem);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "host/core/filehasher.h"
+#include "host/core/files.h"
 #include "host/core/findings.h"
 #include "host/core/imagejob.h"
 #include "host/core/manifest.h"
@@ -84,8 +85,7 @@ int writeConfig(CommandContext &context)
             QStringLiteral("No configuration is written: %1.").arg(qt_error_string()));
         return Failed;
     }
-    const QString target
-        = chosen.isEmpty() ? descriptorPath(copy) : QDir::current().absoluteFilePath(chosen);
+    const QString target = chosen.isEmpty() ? descriptorPath(copy) : absolutePath(chosen);
     if (!runOperation(context, target, [&] { return manager->saveConfigToFile(target); })) {
         return Failed;
     }
@@ -115,7 +115,7 @@ int writeProjectFile(CommandContext &context)
         report.set("project", object);
         return inputStatus(context);
     }
-    const QString file = QDir::current().absoluteFilePath(context.commandLine.outputFile);
+    const QString file = absolutePath(context.commandLine.outputFile);
     const QString problem = writeProject(file, project);
     if (!problem.isEmpty()) {
         report.addFailure(problem);
@@ -150,7 +150,7 @@ int verifyManifest(CommandContext &context)
     report.print(
         QStringLiteral("%1: %2 files compared, %3 differ")
             .arg(file, QString::number(files.count()), QString::number(differences.count())));
-    report.set("manifest", QDir::current().absoluteFilePath(file));
+    report.set("manifest", absolutePath(file));
     report.set("compared", files.count());
     report.set("differences", differences.count());
     return differences.isEmpty() ? Success : Failed;

@@ -14,7 +14,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <csignal>
@@ -161,22 +160,6 @@ int runWithPlugin(CommandContext &context)
     return status;
 }
 
-/// Why the current or the temporary directory cannot be used; empty when they can. Qt would silently
-/// use the root directory instead.
-QString directoryProblem(const CommandInfo &command)
-{
-    if (QDir::currentPath().isEmpty()) {
-        return QStringLiteral("The current directory no longer exists.");
-    }
-    const QFileInfo temporary(qEnvironmentVariable("TMPDIR"));
-    if (command.function != buildImage || temporary.filePath().isEmpty() || temporary.isDir()) {
-        return {};
-    }
-    return (temporary.exists() ? QStringLiteral("TMPDIR is set to %1, which is not a directory.")
-                               : QStringLiteral("TMPDIR is set to %1, which does not exist."))
-        .arg(temporary.filePath());
-}
-
 int runCommand(const CommandLine &commandLine, Report *report)
 {
     report->set("command",
@@ -188,9 +171,9 @@ int runCommand(const CommandLine &commandLine, Report *report)
         }
         return UsageError;
     }
-    const QString problem = directoryProblem(*commandLine.command);
-    if (!problem.isEmpty()) {
-        report->addFailure(problem);
+    if (QDir::currentPath().isEmpty()) {
+        // Qt would resolve relative paths against the root directory.
+        report->addFailure(QStringLiteral("The current directory no longer exists."));
         return Failed;
     }
     const bool writesToOutput = commandLine.outputFile.isEmpty()

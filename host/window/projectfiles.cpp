@@ -3,6 +3,7 @@
 
 #include "host/window/projectfiles.h"
 
+#include "host/core/files.h"
 #include "host/core/imagesession.h"
 #include "host/core/inputkind.h"
 #include "host/window/recentfiles.h"
@@ -58,7 +59,7 @@ void ProjectFiles::open(const QStringList &paths)
         return;
     }
     for (const QString &path : paths) {
-        recent->add(QDir::current().absoluteFilePath(path));
+        recent->add(absolutePath(path));
     }
     session->open(paths);
 }

@@ -3,6 +3,7 @@
 
 #include "host/window/settingsdialog.h"
 
+#include "host/core/files.h"
 #include "host/window/failurecolor.h"
 
 #include <QDialogButtonBox>
@@ -28,7 +29,7 @@ QString shownPath(const QString &file)
 QString editedPath(const QLineEdit *line)
 {
     const QString file = QDir::fromNativeSeparators(line->text());
-    return file.isEmpty() ? file : QDir::cleanPath(QDir::current().absoluteFilePath(file));
+    return QDir::cleanPath(absolutePath(file));
 }
 
 } // namespace
