@@ -16,6 +16,32 @@ const int hexadecimal = 16;
 /// A signature node counts as this many characters, whatever its data holds.
 const int signatureCharacterCount = 8;
 
+/// A node of a header section, as stated in its attributes.
+struct HeaderNode {
+    QString name;
+    int offset = 0; ///< Position in the section, in bytes.
+    int size = 0;   ///< Size in bytes.
+};
+
+/// False when the offset or the size of @p element is not a number.
+bool readNode(const QDomElement &element, HeaderNode *node)
+{
+    bool offsetValid = false;
+    bool sizeValid = false;
+    node->name = element.attribute(QLatin1String("name"));
+    node->offset = element.attribute(QLatin1String("offset")).toInt(&offsetValid, hexadecimal);
+    node->size = element.attribute(QLatin1String("byte_cnt")).toInt(&sizeValid);
+    return offsetValid && sizeValid;
+}
+
+/// The actual size of a node, in hexadecimal characters: two per byte.
+int characterCountOf(const QDomElement &element, const QString &name)
+{
+    return name.startsWith(QLatin1String("Signature"))
+        ? signatureCharacterCount
+        : element.firstChildElement(QLatin1String("data")).text().length();
+}
+
 } // namespace
 
 bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileName)
@@ -28,15 +54,15 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
         return false;
     }
     QDomDocument document;
-    const bool isParsed = parseXml(&document, &file);
+    const bool parsed = parseXml(&document, &file);
     file.close();
-    if (!isParsed) {
+    if (!parsed) {
         emit errorMessage(QLatin1String("ERROR: XML Document content could not be set!"));
         return false;
     }
 
     const QDomElement root = document.documentElement();
-    const bool isVersionSupported = verifyVersion(root);
+    const bool versionSupported = verifyVersion(root);
 
     emit statusMessage(QLatin1String("Found the following Header Sections:"));
     for (QDomElement child = root.firstChildElement(); !child.isNull();
@@ -48,14 +74,14 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
     }
 
     emit statusMessage(QLatin1String("\nVerifying integrity of header sections"));
-    bool isEveryHeaderSound = true;
+    bool allHeadersValid = true;
     // Compat: the sections of earlier files are verified again. A copy of the list, since a slot on
     // the messages may validate another file meanwhile.
     const QList<QDomNode> sections = headerSections;
     for (const QDomNode &section : sections) {
-        isEveryHeaderSound = verifyHeader(section) && isEveryHeaderSound;
+        allHeadersValid = verifyHeader(section) && allHeadersValid;
     }
-    return isEveryHeaderSound && isVersionSupported;
+    return allHeadersValid && versionSupported;
 }
 
 /// Whether the document states a supported version. Compat: a missing version is not reported.
@@ -96,40 +122,33 @@ bool ExternalUnsignedZorvIngredientManager::verifyHeader(QDomNode header)
         if (element.isNull()) {
             continue;
         }
-        bool isOffsetRead = false;
-        bool isSizeRead = false;
-        const int statedOffset
-            = element.attribute(QLatin1String("offset")).toInt(&isOffsetRead, hexadecimal);
-        const int statedSize = element.attribute(QLatin1String("byte_cnt")).toInt(&isSizeRead);
-        if (!isOffsetRead || !isSizeRead) {
-            emit errorMessage(QLatin1String("ERROR: Malformed node!  ") + element.nodeValue());
+        HeaderNode stated;
+        if (!readNode(element, &stated)) {
+            emit errorMessage(QLatin1String("ERROR: Malformed node!  "));
             ++errorCount;
             break;
         }
-        const QString name = element.attribute(QLatin1String("name"));
-        const int characterCount = name.startsWith(QLatin1String("Signature"))
-            ? signatureCharacterCount
-            : element.firstChildElement(QLatin1String("data")).text().length();
-        if (runningOffset != statedOffset) {
+        if (runningOffset != stated.offset) {
             emit errorMessage(QString::fromLatin1("ERROR: Offset mismatch! Stated Offset: %1  "
                                                   "Actual offset: %2   Name: %3  ")
-                                  .arg(statedOffset, 0, hexadecimal)
+                                  .arg(stated.offset, 0, hexadecimal)
                                   .arg(runningOffset, 0, hexadecimal)
-                                  .arg(name));
+                                  .arg(stated.name));
             ++errorCount;
         }
-        if (2 * qint64(statedSize) != characterCount) {
+        const int characterCount = characterCountOf(element, stated.name);
+        if (2 * qint64(stated.size) != characterCount) {
             emit errorMessage(
                 QString::fromLatin1("ERROR: Size mismatch! Stated Size: %1 Bytes  Actual Size: %2  "
                                     "Stated Offset: %3  Name: %4")
-                    .arg(statedSize)
+                    .arg(stated.size)
                     .arg(double(characterCount) / 2)
-                    .arg(statedOffset, 0, hexadecimal)
-                    .arg(name));
+                    .arg(stated.offset, 0, hexadecimal)
+                    .arg(stated.name));
             ++errorCount;
         }
         // The stated size, so that one wrong size does not make every offset after it wrong.
-        runningOffset += statedSize;
+        runningOffset += stated.size;
     }
 
     emit statusMessage(QString::fromLatin1("Analyzed %1 nodes and found %2 errors")
