@@ -81,6 +81,7 @@ public slots:
 
 private:
     QHash<QString, QString> modelAsConfig();
+    bool writeLines(const QString &fileName, const QStringList &lines);
     QHash<QString, QString> readConfig(const QString &text);
     bool verifyVersion(const QDomElement &root);
     void deleteSupportedViews();

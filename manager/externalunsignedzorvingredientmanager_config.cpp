@@ -51,7 +51,12 @@ bool ExternalUnsignedZorvIngredientManager::writeConfigToFile(const QString &fil
     writeConfigForOutputSettings(lines, config);
     writeConfigForUnsignedIngredients(lines, config);
     writeConfigForPresignedIngredients(lines, config);
+    return writeLines(fileName, lines);
+}
 
+bool ExternalUnsignedZorvIngredientManager::writeLines(const QString &fileName,
+                                                       const QStringList &lines)
+{
     const int descriptor = openForWriting(fileName);
     QFile file;
     if (descriptor < 0 || !file.open(descriptor, QIODevice::WriteOnly)) {
