@@ -12,7 +12,8 @@
 
 namespace {
 
-const char stitcherProgram[] = "tamblin-stitcher";
+/// Started by this bare name, so that it is found through the search path.
+const QLatin1String stitcherProgram("tamblin-stitcher");
 
 /// The text for @p error; null for a value that has none.
 const char *textOf(QProcess::ProcessError error)
@@ -69,8 +70,7 @@ bool ExternalUnsignedZorvExecutionManager::verifyInputs()
     if (!model) {
         return false;
     }
-    const QList<CheckResult> results = model->checkAllFiles();
-    checkModel->setData(results);
+    checkModel->setData(model->checkAllFiles());
     return checkModel->checkResultSummary().failCount == 0;
 }
 
@@ -100,17 +100,21 @@ void ExternalUnsignedZorvExecutionManager::beginExecution()
     }
     emit statusMessage(QString::fromLatin1("Saved Config file to %1").arg(configFile));
 
+    process.setWorkingDirectory(temporaryDirectory.absolutePath());
+    startStitcher(legacyDataFile, configFile);
+}
+
+void ExternalUnsignedZorvExecutionManager::startStitcher(const QString &legacyDataFile,
+                                                         const QString &configFile)
+{
     const QStringList arguments = QStringList()
         << QLatin1String("-k") << legacyDataFile << QLatin1String("-c") << configFile
         << QLatin1String("-A");
-    const QString program = QLatin1String(stitcherProgram);
-    process.setWorkingDirectory(temporaryDirectory.absolutePath());
     emit statusMessage(QLatin1String("Running command line stitcher next."));
     emit statusMessage(QLatin1String("Command Line: ")
-                       + QDir(launchDirectory).absoluteFilePath(program) + QLatin1Char(' ')
+                       + QDir(launchDirectory).absoluteFilePath(stitcherProgram) + QLatin1Char(' ')
                        + arguments.join(QLatin1String(" ")));
-    // By its bare name, so that it is found through the search path.
-    process.start(program, arguments, QIODevice::ReadWrite);
+    process.start(stitcherProgram, arguments, QIODevice::ReadWrite);
 }
 
 void ExternalUnsignedZorvExecutionManager::cancelExecution()

@@ -55,6 +55,8 @@ public slots:
     void processCommandLineError(QProcess::ProcessError error);
 
 private:
+    void startStitcher(const QString &legacyDataFile, const QString &configFile);
+
     QProcess process;
     QString launchDirectory;
     ExternalUnsignedZorvIngredientManager *ingredientManager;
