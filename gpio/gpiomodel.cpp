@@ -17,6 +17,23 @@ int bitPositionOf(int column)
     return shownBitCount - column;
 }
 
+/// The pin that a `pin` element describes; it is always-on unless its bit says otherwise.
+Gpio pinFrom(const QDomElement &element)
+{
+    Gpio pin;
+    pin.aon = true;
+    if (!element.hasAttribute(QLatin1String("pinListName"))) {
+        pin.name = QLatin1String("?????");
+        return pin;
+    }
+    pin.name = element.attribute(QLatin1String("pinListName"));
+    if (element.hasAttribute(QLatin1String("gpioBit"))) {
+        pin.gpioBit = element.attribute(QLatin1String("gpioBit"));
+        pin.aon = pin.gpioBit.contains(QLatin1String("aon"));
+    }
+    return pin;
+}
+
 } // namespace
 
 GpioModel::GpioModel(const QList<Gpio> &initialPins, QObject *parent)
@@ -77,9 +94,9 @@ bool GpioModel::setData(const QModelIndex &index, const QVariant &value, int rol
         return false;
     }
     const int mask = 1 << current.value<GpioBitToggle>().bitPosition;
-    const bool isSet = (value.toInt() & 0xFF) != 0;
+    const bool set = (value.toInt() & 0xFF) != 0;
     unsigned char &settings = pins[index.row()].settings;
-    settings = static_cast<unsigned char>(isSet ? settings | mask : settings & ~mask);
+    settings = static_cast<unsigned char>(set ? settings | mask : settings & ~mask);
     emit dataChanged(index, index);
     return true;
 }
@@ -121,18 +138,6 @@ void GpioModel::initializeFromXml(const QString &xml)
 
     const QDomNodeList pinNodes = document.elementsByTagName(QLatin1String("pin"));
     for (int i = 0; i < pinNodes.count(); ++i) {
-        const QDomElement element = pinNodes.at(i).toElement();
-        Gpio pin;
-        pin.aon = true;
-        if (!element.hasAttribute(QLatin1String("pinListName"))) {
-            pin.name = QLatin1String("?????");
-        } else {
-            pin.name = element.attribute(QLatin1String("pinListName"));
-            if (element.hasAttribute(QLatin1String("gpioBit"))) {
-                pin.gpioBit = element.attribute(QLatin1String("gpioBit"));
-                pin.aon = pin.gpioBit.contains(QLatin1String("aon"));
-            }
-        }
-        pins.append(pin);
+        pins.append(pinFrom(pinNodes.at(i).toElement()));
     }
 }
