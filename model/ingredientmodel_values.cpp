@@ -116,9 +116,6 @@ QString IngredientModel::dataAsString(const QModelIndex &index) const
 
 bool IngredientModel::setDataFromString(const QModelIndex &index, const QString &text)
 {
-    if (!(flags(index) & Qt::ItemIsEditable)) {
-        return false;
-    }
     const QVariant current = data(index, Qt::DisplayRole);
     // Compat: a cell of no known kind becomes invalid and still counts as written.
     QVariant replacement;
@@ -136,11 +133,7 @@ bool IngredientModel::setDataFromString(const QModelIndex &index, const QString 
     } else if (current.type() == QVariant::String) {
         replacement = text;
     }
-    if (!itemFor(index)->setData(index.column(), replacement)) {
-        return false;
-    }
-    emit dataChanged(index, index);
-    return true;
+    return setData(index, replacement, Qt::EditRole);
 }
 
 QString IngredientModel::getIngredient(const QString &ingredientName, const QString &columnName)
