@@ -111,6 +111,7 @@ private:
     IngredientItem *itemFor(const QModelIndex &index) const;
     bool isOwnIndex(const QModelIndex &index) const;
     void clearIndexes();
+    void generateColumnIndexes();
     const IngredientIndex *findGroup(const QString &groupName);
     const IngredientIndex *findIngredient(const QString &ingredientName);
     int findColumn(const QString &columnName);

@@ -99,13 +99,7 @@ void IngredientModel::setupModelData(const QDomDocument &document)
     }
 
     generateIndexes();
-    columnIndexes.clear();
-    for (int column = 0; column < rootItem->columnCount(); ++column) {
-        const QString header = rootItem->data(column).toString();
-        if (!columnIndexes.contains(header)) {
-            columnIndexes.insert(header, column);
-        }
-    }
+    generateColumnIndexes();
 }
 
 void IngredientModel::processColumnHeaders(const QDomNode &columnsNode, QVector<QVariant> *headers)

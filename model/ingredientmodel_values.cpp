@@ -32,6 +32,17 @@ void IngredientModel::generateIndexes()
     }
 }
 
+void IngredientModel::generateColumnIndexes()
+{
+    columnIndexes.clear();
+    for (int column = 0; column < rootItem->columnCount(); ++column) {
+        const QString header = rootItem->data(column).toString();
+        if (!columnIndexes.contains(header)) {
+            columnIndexes.insert(header, column);
+        }
+    }
+}
+
 /// The position of a group; null, with an error message, when there is no such group.
 const IngredientIndex *IngredientModel::findGroup(const QString &groupName)
 {
