@@ -20,9 +20,9 @@ QString plainStartOf(const QString &expression)
     while (length < expression.length() && isPlain(expression.at(length))) {
         ++length;
     }
-    const bool isQuantified = length < expression.length()
+    const bool quantified = length < expression.length()
         && QString::fromLatin1("*+?{").contains(expression.at(length));
-    return expression.left(isQuantified ? qMax(0, length - 1) : length);
+    return expression.left(quantified ? qMax(0, length - 1) : length);
 }
 
 /// The text that every match ends with: what follows the last special character, unless that one
@@ -33,8 +33,8 @@ QString plainEndOf(const QString &expression)
     while (start > 0 && isPlain(expression.at(start - 1))) {
         --start;
     }
-    const bool isEscape = start > 0 && expression.at(start - 1) == QLatin1Char('\\');
-    return isEscape ? QString() : expression.mid(start);
+    const bool escaped = start > 0 && expression.at(start - 1) == QLatin1Char('\\');
+    return escaped ? QString() : expression.mid(start);
 }
 
 /// Whether two characters may be the same letter for the expression.

@@ -110,9 +110,9 @@ Qt::ItemFlags IngredientModel::flags(const QModelIndex &index) const
         return Qt::NoItemFlags;
     }
     const Qt::ItemFlags readOnly = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    const bool isEditable
+    const bool editable
         = columnEditable.value(index.column(), false) && itemFor(index)->childCount() == 0;
-    return isEditable ? readOnly | Qt::ItemIsEditable : readOnly;
+    return editable ? readOnly | Qt::ItemIsEditable : readOnly;
 }
 
 bool IngredientModel::shouldColumnBeVisible(int column) const

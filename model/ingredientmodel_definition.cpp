@@ -193,9 +193,9 @@ Choice IngredientModel::processChoiceField(const QDomElement &element)
 {
     Choice choice;
     if (hasAttribute(element, "selectedIndex")) {
-        bool isNumber = false;
-        const int selectedIndex = attributeOf(element, "selectedIndex").toInt(&isNumber);
-        choice.selectedIndex = isNumber ? selectedIndex : -1;
+        bool valid = false;
+        const int selectedIndex = attributeOf(element, "selectedIndex").toInt(&valid);
+        choice.selectedIndex = valid ? selectedIndex : -1;
     }
     for (QDomNode entry = element.firstChild(); !entry.isNull(); entry = entry.nextSibling()) {
         choice.choices.append(attributeOf(entry, "value"));
