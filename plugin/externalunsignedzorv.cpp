@@ -35,7 +35,7 @@ ExternalUnsignedZorv::ExternalUnsignedZorv(QObject *parent)
 ExternalUnsignedZorv::~ExternalUnsignedZorv()
 {
     targetAPIVersions.clear();
-    // In this order: the execution manager's destructor does not use the ingredient manager.
+    // The execution manager points to the ingredient manager, but its destructor does not use it.
     delete ingredientManager;
     delete executionManager;
     delete targetDetailsWidget;

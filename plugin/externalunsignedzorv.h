@@ -14,8 +14,8 @@ class ExternalUnsignedZorvTargetDetails;
 
 /// The root object of the plug-in for the "Veldmark D1 Phone - Unsigned Zorv".
 ///
-/// Creates and owns the target-details widget and both managers, and passes their messages and the
-/// data-file event on to the host's StatusManager.
+/// Owns the target-details widget and both managers, and relays the managers' messages and the
+/// data-file event to the host's StatusManager.
 class ExternalUnsignedZorv : public QObject, public ILoomwrightPlugin
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     explicit ExternalUnsignedZorv(QObject *parent = nullptr);
     ~ExternalUnsignedZorv() override;
 
-    /// @name What ILoomwrightPlugin promises
+    /// @name ILoomwrightPlugin
     /// @{
 
     /// See ILoomwrightPlugin.
@@ -38,17 +38,17 @@ public:
     QWidget *getTargetDetailsWidget() override;
     QString getTargetName() override;
     QString getPluginVersion() override;
-    /// Also greets through @p manager; a manager that the host deletes counts as switched off.
+    /// Also sends a greeting through @p manager. Relaying ends when the host deletes @p manager.
     void registerStatusManager(StatusManager *manager) override;
 
     /// @}
 
 public slots:
-    /// Passes @p message on as a status message, if a relay is registered.
+    /// Relays @p message to the host as a status message, if a StatusManager is registered.
     void statusMessage(const QString &message);
-    /// Passes @p message on as an error message, if a relay is registered.
+    /// Relays @p message to the host as an error message, if a StatusManager is registered.
     void errorMessage(const QString &message);
-    /// Passes the event on, if a relay is registered.
+    /// Relays the event to the host, if a StatusManager is registered.
     void dataFileChanged();
 
 private:
@@ -56,6 +56,6 @@ private:
     QStringList targetAPIVersions;
     ExternalUnsignedZorvIngredientManager *ingredientManager;
     IExecutionManager *executionManager;
-    /// Guarded: a host may give the page to a window of its own, which then deletes it.
+    /// A QPointer, since a host may reparent the widget to a window that deletes it.
     QPointer<ExternalUnsignedZorvTargetDetails> targetDetailsWidget;
 };

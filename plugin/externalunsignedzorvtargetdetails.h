@@ -7,13 +7,13 @@
 
 class Ui_ExternalUnsignedZorvTargetDetails;
 
-/// The host's target-details page: this target needs no details, and the page says so.
+/// The widget for the host's target-details page: a text that this target needs no details.
 class ExternalUnsignedZorvTargetDetails : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Creates the page with its text.
+    /// Creates the widget with its text.
     explicit ExternalUnsignedZorvTargetDetails(QWidget *parent);
     ~ExternalUnsignedZorvTargetDetails() override;
 

@@ -32,10 +32,10 @@ public:
     virtual QHash<QString, QVariant> getParameters() = 0;
     /// The part of the target that the view shows.
     virtual QString getTargetName() = 0;
-    /// Replaces the view's data; false when the view does not take it.
+    /// Replaces the view's data; false when the view does not accept @p data.
     virtual bool loadData(const QVector<unsigned char> &data) = 0;
 };
 
-/// What Qt casts by; see vendorprefix.h.
+/// The identifier that qobject_cast compares; see vendorprefix.h.
 #define IDataView_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.IDataView/1.0"
 Q_DECLARE_INTERFACE(IDataView, IDataView_iid)

@@ -20,11 +20,12 @@ public:
     /// The plug-in deletes its managers; hosts do not.
     virtual ~IExecutionManager() { }
 
-    /// Writes the configuration and starts the stitcher; returns at once. The stitcher's output
-    /// arrives as messages while the event loop runs; its end is not announced.
+    /// Writes the configuration and starts the stitcher; returns at once. Failures are reported
+    /// through StatusManager::errorMessage(). The stitcher's output arrives as messages while the event
+    /// loop runs; its end is not reported.
     virtual void beginExecution() = 0;
-    /// Asks the plug-in to end a run. It need not: a host that must stop the stitcher has to end the
-    /// process itself.
+    /// Requests the end of a run. The plug-in may ignore it: a host that must stop the stitcher has to
+    /// terminate the process itself.
     virtual void cancelExecution() = 0;
     /// The table of check results, the same object every time; owned by the plug-in.
     virtual QAbstractItemModel *getIngredientChecks() = 0;
@@ -33,12 +34,12 @@ public:
     /// The directory in which the stitcher was started; before that the one that was set, or empty
     /// for the host's current directory.
     virtual QString getWorkingDirectory() = 0;
-    /// Sets the working directory until the next run; beginExecution() may choose another one.
+    /// Sets the working directory; beginExecution() may replace it.
     virtual void setWorkingDirectory(const QString &directory) = 0;
     /// Checks all files and fills the check table; true when every check passed.
     virtual bool verifyInputs() = 0;
 };
 
-/// What Qt casts by; see vendorprefix.h.
+/// The identifier that qobject_cast compares; see vendorprefix.h.
 #define IExecutionManager_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.IExecutionManager/1.0"
 Q_DECLARE_INTERFACE(IExecutionManager, IExecutionManager_iid)

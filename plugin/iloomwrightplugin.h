@@ -16,7 +16,7 @@ class StatusManager;
 
 /// The root interface of a target plug-in: what the host asks the loaded library for.
 ///
-/// Everything that the getters return belongs to the plug-in and lives as long as its root object.
+/// The plug-in owns everything that the getters return, and deletes it with its root object.
 /// The host calls through the virtual table: the order of the operations must not change.
 class ILoomwrightPlugin
 {
@@ -38,11 +38,11 @@ public:
     virtual QString getTargetName() = 0;
     /// Version of the plug-in itself, for the user.
     virtual QString getPluginVersion() = 0;
-    /// Hands over the relay for all messages and events; null switches relaying off. What the
-    /// plug-in has to say before the first call is dropped.
+    /// Sets the relay for all messages and events, which the host owns; null switches relaying off.
+    /// Messages before the first call are dropped.
     virtual void registerStatusManager(StatusManager *manager) = 0;
 };
 
-/// What Qt casts by; see vendorprefix.h.
+/// The identifier that qobject_cast compares; see vendorprefix.h.
 #define ILoomwrightPlugin_iid LOOMWRIGHT_VENDOR_PREFIX ".plugin.tamblin.ILoomwrightPlugin/1.0"
 Q_DECLARE_INTERFACE(ILoomwrightPlugin, ILoomwrightPlugin_iid)

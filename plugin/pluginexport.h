@@ -12,7 +12,7 @@
 #define ZORV_EXPORT_PLUGIN(library, rootClass)
 #else
 #define ZORV_PLUGIN_METADATA(identifier)
-// A Qt 4 that was built without symbol visibility marks nothing for export.
+// Q_EXPORT_PLUGIN2 exports nothing with a Qt 4 that was built without symbol visibility.
 #define ZORV_EXPORT_PLUGIN(library, rootClass)                                                     \
     _Pragma("GCC visibility push(default)") Q_EXPORT_PLUGIN2(library, rootClass)                   \
         _Pragma("GCC visibility pop")

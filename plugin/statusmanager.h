@@ -6,26 +6,26 @@
 #include <QObject>
 #include <QString>
 
-/// The host's relay: through it the plug-in tells the host of messages and events.
+/// Relays the plug-in's messages and events to the host, which creates and owns it and connects to
+/// its signals.
 ///
-/// The host creates and owns it and listens to its signals. Everything stands in this header, so
-/// that the host and the plug-in each compile a copy and neither needs a symbol of the other; the
-/// order of the signals is what makes the two copies fit.
+/// The class is defined in this header, so that host and plug-in each compile a copy and neither
+/// needs a symbol of the other. The order of the signals must be the same in both copies.
 class StatusManager : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Creates a relay that nobody listens to yet.
+    /// Creates a relay; connect to it before ILoomwrightPlugin::registerStatusManager().
     explicit StatusManager(QObject *parent = nullptr)
         : QObject(parent)
     {
     }
 
-    /// @name For the plug-in: each sends the signal of the same name.
+    /// @name For the plug-in: each emits the signal of the same name.
     /// @{
 
-    /// Sends the signal.
+    /// Emits the signal.
     void relayStatusMessage(const QString &message)
     {
         emit statusMessage(message);
@@ -46,12 +46,12 @@ public:
     /// @}
 
 signals:
-    /// Something went wrong. Text for the user, with the line feeds and spaces that it has.
+    /// An error. Text for the user; its line feeds and leading and trailing spaces are significant.
     void errorMessage(QString message);
-    /// Progress and reports. Text for the user, with the line feeds and spaces that it has.
+    /// Progress or a report. Text for the user, with significant line feeds and spaces as well.
     void statusMessage(QString message);
-    /// What the target-details page shows has changed.
+    /// The content of the target-details page has changed.
     void targetDetailsChanged();
-    /// A legacy data file has been loaded: the data views are new ones.
+    /// A legacy data file has been loaded; earlier data views have been deleted.
     void dataFileChanged();
 };
