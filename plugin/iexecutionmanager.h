@@ -21,11 +21,11 @@ public:
     virtual ~IExecutionManager() { }
 
     /// Writes the configuration and starts the stitcher; returns at once. Failures are reported
-    /// through StatusManager::errorMessage(). The stitcher's output arrives as messages while the event
-    /// loop runs; its end is not reported.
+    /// through StatusManager::errorMessage(). The stitcher's output arrives as messages while the
+    /// event loop runs; its end is not reported.
     virtual void beginExecution() = 0;
-    /// Requests the end of a run. The plug-in may ignore it: a host that must stop the stitcher has to
-    /// terminate the process itself.
+    /// Requests the end of a run. The plug-in may ignore it: a host that must stop the stitcher has
+    /// to terminate the process itself.
     virtual void cancelExecution() = 0;
     /// The table of check results, the same object every time; owned by the plug-in.
     virtual QAbstractItemModel *getIngredientChecks() = 0;

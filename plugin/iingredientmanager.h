@@ -25,8 +25,8 @@ public:
 
     /// Whether a legacy data file has been loaded, valid or not.
     virtual bool dataLoaded() = 0;
-    /// Fills ingredients from the files below @p directory, by file name; true when at least one was
-    /// filled.
+    /// Fills ingredients from the files below @p directory, by file name; true when at least one
+    /// was filled.
     virtual bool generateConfigFromDirectory(const QString &directory) = 0;
     /// The ingredient tree; owned by the plug-in.
     virtual QAbstractItemModel *getIngredients() = 0;
@@ -39,7 +39,8 @@ public:
     virtual bool loadConfigFromFile(QString fileName) = 0;
     /// Validates and loads a legacy data file; true when it was loaded, even if it is not valid.
     virtual bool loadDataFromXmlFile(const QString &fileName) = 0;
-    /// Fills the ingredients that the name of @p fileName matches; true when at least one was filled.
+    /// Fills the ingredients that the name of @p fileName matches; true when at least one was
+    /// filled.
     virtual bool loadIngredientFile(QString fileName) = 0;
     /// Writes the stitcher configuration; true when the whole file was written.
     virtual bool saveConfigToFile(QString fileName) = 0;
