@@ -12,46 +12,48 @@ class ExternalUnsignedZorvIngredientManager;
 
 /// Checks the input files before a build and runs the command-line stitcher.
 ///
-/// The stitcher's output is relayed chunk by chunk, standard output as status and standard error as
-/// error messages. Its end is not announced: executionFinished() is declared for the host and never
-/// emitted.
+/// The stitcher's output is relayed chunk by chunk: standard output as status messages, standard
+/// error as error messages. Its end is not reported.
 class ExternalUnsignedZorvExecutionManager : public QObject, public IExecutionManager
 {
     Q_OBJECT
     Q_INTERFACES(IExecutionManager)
 
 public:
-    /// Works on the ingredients of @p manager, which is not taken over and may go first.
+    /// @param manager provides the ingredients; not owned. Once it is deleted, verifyInputs() and
+    /// beginExecution() must not be called.
     explicit ExternalUnsignedZorvExecutionManager(ExternalUnsignedZorvIngredientManager *manager);
     ~ExternalUnsignedZorvExecutionManager() override;
 
-    /// Writes "config.txt" in the temporary folder and starts "tamblin-stitcher" there. The inputs
-    /// are not checked first. While a run is on, the new start is refused and that run goes on.
+    /// Writes "config.txt" in the temporary directory and starts "tamblin-stitcher" there, without
+    /// checking the inputs first. While the stitcher runs, "config.txt" is written but nothing is
+    /// started.
     void beginExecution() override;
-    /// Only says that it was called: a run goes on to its end.
+    /// Emits a status message and does nothing else: the stitcher continues to run.
     void cancelExecution() override;
     IngredientCheckModel *getIngredientChecks() override;
     CheckResultSummary getIngredientCheckSummary() override;
-    /// The temporary directory after a run has begun; before that what was set.
+    /// The temporary directory once beginExecution() has started the stitcher; before that the one
+    /// that was set, or empty.
     QString getWorkingDirectory() override;
-    /// Does not reach the stitcher: beginExecution() sets the temporary folder.
+    /// Has no effect on the stitcher: beginExecution() sets the temporary directory.
     void setWorkingDirectory(const QString &directory) override;
     bool verifyInputs() override;
 
 signals:
-    /// Progress, and a chunk of the stitcher's standard output.
+    /// Progress, or a chunk of the stitcher's standard output.
     void statusMessage(QString message);
-    /// Why a run could not start or broke off, and a chunk of the stitcher's standard error.
+    /// Why the stitcher could not be started or crashed, or a chunk of its standard error.
     void errorMessage(QString message);
-    /// Never emitted.
+    /// Declared for the host; never emitted.
     void executionFinished();
 
 public slots:
-    /// Sends all that has arrived on standard output as one status message.
+    /// Emits everything that has arrived on standard output as one status message.
     void processStandardOut();
-    /// Sends all that has arrived on standard error as one error message.
+    /// Emits everything that has arrived on standard error as one error message.
     void processStandardError();
-    /// Sends Qt's description of @p error as an error message.
+    /// Emits a description of @p error as an error message.
     void processCommandLineError(QProcess::ProcessError error);
 
 private:

@@ -23,7 +23,7 @@ bool readResource(const char *path, QString *text)
         return false;
     }
     QTextStream stream(&file);
-    // Not the locale's codec: the resources are UTF-8 wherever the host runs.
+    // The default is the locale's codec, but the resources are always UTF-8.
     stream.setCodec("UTF-8");
     *text = stream.readAll();
     // Some Qt releases keep the byte-order mark, which no parser accepts.
@@ -142,7 +142,7 @@ bool ExternalUnsignedZorvIngredientManager::generateConfigFromDirectory(const QS
 
 bool ExternalUnsignedZorvIngredientManager::loadDataFromXmlFile(const QString &fileName)
 {
-    // A copy: a slot on the messages below may change the string that the reference names.
+    // A copy: slots connected to the messages below may change the string behind the reference.
     const QString path = fileName; // NOLINT(performance-unnecessary-copy-initialization)
 
     deleteSupportedViews();
@@ -176,7 +176,6 @@ bool ExternalUnsignedZorvIngredientManager::saveDataToXmlFile(const QString &fil
 void ExternalUnsignedZorvIngredientManager::processDataChange(QModelIndex topLeft,
                                                               QModelIndex bottomRight)
 {
-    // The model reports one cell at a time.
     Q_UNUSED(bottomRight)
     const QVariant value = topLeft.data(Qt::DisplayRole);
     const FilePath *file = payloadIn<FilePath>(value);

@@ -12,11 +12,11 @@
 
 class SimpleIngredientMapper;
 
-/// Owns the ingredient model, fills it from outside and writes it out, and loads the legacy data
-/// file whenever the ingredient of that name changes.
+/// Owns the ingredient model, fills it from files, writes it as a stitcher configuration, and loads
+/// the legacy data file whenever the ingredient of that name changes.
 ///
-/// In three chapters: the model and what fills it, the stitcher's configuration
-/// (`_config.cpp`), the legacy data file (`_legacy.cpp`).
+/// The stitcher configuration is implemented in `_config.cpp`, the validation of the legacy data
+/// file in `_legacy.cpp`.
 class ExternalUnsignedZorvIngredientManager : public QObject, public IIngredientManager
 {
     Q_OBJECT
@@ -32,25 +32,28 @@ public:
     QList<IDataView *> getSupportedViews() override;
     bool ingredientColumnIsVisible(int column) override;
     bool loadConfigFromFile(QString fileName) override;
-    /// Always true: a file that fails validation is reported and loaded all the same. Replaces the
-    /// data views and writes the path into the model, which loads the file a second time.
+    /// Always true: a file that fails validation is reported and loaded anyway. Replaces the data
+    /// views and writes the path into the model, which loads the file a second time if the path is
+    /// new.
     bool loadDataFromXmlFile(const QString &fileName) override;
     bool loadIngredientFile(QString fileName) override;
     bool saveConfigToFile(QString fileName) override;
     /// Always false: this target does not write the legacy data file.
     bool saveDataToXmlFile(const QString &fileName) override;
-    /// Also verifies again the sections of every file that was validated before.
+    /// Also verifies the sections of all files validated before again.
     bool validateXmlFile(const QString &fileName) override;
 
-    /// Writes each value of @p config into the ingredients with its key; true when one was written.
+    /// Writes each value of @p config into the ingredients with its key; true when at least one was
+    /// written. Unknown keys and values that an ingredient does not accept are ignored.
     bool updateModelFromConfig(const QHash<QString, QString> &config);
 
-    /// Writes @p config as a configuration file; false, with an error message, when that fails.
+    /// Writes @p config, ingredient keys with their values, as a configuration file; false, with an
+    /// error message, when that fails.
     bool writeConfigToFile(const QString &fileName, const QHash<QString, QString> &config);
-    /// @name Sections of a configuration file: each appends its lines to @p lines.
+    /// @name Sections of a configuration file
     /// @{
 
-    /// Appends the section of that name from @p config.
+    /// Appends the section with its values from @p config to @p lines.
     void writeConfigForOutputSettings(QStringList &lines, const QHash<QString, QString> &config);
     void writeConfigForUnsignedIngredients(QStringList &lines,
                                            const QHash<QString, QString> &config);
@@ -59,24 +62,26 @@ public:
 
     /// @}
 
-    /// Appends an entry for each of @p keys, or a placeholder comment for one without a value.
+    /// Appends an entry for each of @p keys to @p lines, or a placeholder comment for a key without
+    /// a value in @p config.
     void writeConfigEntries(QStringList &lines, const QStringList &keys,
                             const QHash<QString, QString> &config);
 
-    /// Checks the offsets and sizes of the nodes of one header section, with a report.
+    /// Checks the offsets and sizes of the nodes of one header section and reports each error; true
+    /// when there is none.
     bool verifyHeader(QDomNode header);
 
 signals:
-    /// Progress and reports, for the user.
+    /// Progress or a report, for the user; also those of the model and the mapper.
     void statusMessage(QString message);
-    /// What went wrong, for the user; of the model and the mapper as well.
+    /// An error, for the user; also those of the model and the mapper.
     void errorMessage(QString message);
-    /// A legacy data file has been loaded, valid or not: the data views are new ones.
+    /// A legacy data file has been loaded, valid or not; the data views have been replaced.
     void dataFileLoaded();
 
 public slots:
-    /// Loads the legacy data file when the cell at @p topLeft names another one. The model changes one
-    /// cell at a time, so @p bottomRight is not looked at.
+    /// Loads the legacy data file when @p topLeft is the cell that names it. The model changes one
+    /// cell at a time, so @p bottomRight is ignored.
     void processDataChange(QModelIndex topLeft, QModelIndex bottomRight);
 
 private:

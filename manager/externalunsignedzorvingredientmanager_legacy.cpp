@@ -75,8 +75,8 @@ bool ExternalUnsignedZorvIngredientManager::validateXmlFile(const QString &fileN
 
     emit statusMessage(QLatin1String("\nVerifying integrity of header sections"));
     bool allHeadersValid = true;
-    // Compat: the sections of earlier files are verified again. A copy of the list, since a slot on
-    // the messages may validate another file meanwhile.
+    // Compat: the sections of earlier files are verified again. A copy of the list, since a slot
+    // connected to the messages may validate another file meanwhile.
     const QList<QDomNode> sections = headerSections;
     for (const QDomNode &section : sections) {
         allHeadersValid = verifyHeader(section) && allHeadersValid;

@@ -10,8 +10,8 @@
 
 class QFile;
 
-// The plug-in runs on the host's GUI thread. Opening a FIFO the plain way would block the host until
-// another process opens the other end.
+// The plug-in runs on the host's GUI thread. Opening a FIFO with QFile alone would block the host
+// until another process opens the other end.
 
 /// Opens the file that @p file names for reading; FIFOs and devices are refused.
 /// @return whether the file is open

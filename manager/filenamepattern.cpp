@@ -25,8 +25,8 @@ QString plainStartOf(const QString &expression)
     return expression.left(quantified ? qMax(0, length - 1) : length);
 }
 
-/// The text that every match ends with: what follows the last special character, unless that one
-/// gives the text another meaning.
+/// The text that every match ends with: what follows the last special character, unless a backslash
+/// gives that text another meaning.
 QString plainEndOf(const QString &expression)
 {
     int start = expression.length();
@@ -43,7 +43,8 @@ bool mayBeSame(QChar left, QChar right)
     return left.toLower() == right.toLower() || left.toCaseFolded() == right.toCaseFolded();
 }
 
-bool hasAt(const QString &fileName, int position, const QString &text)
+/// Whether @p fileName has @p text at @p position, in upper or lower case.
+bool hasTextAt(const QString &fileName, int position, const QString &text)
 {
     if (position < 0 || position + text.length() > fileName.length()) {
         return false;
@@ -74,7 +75,7 @@ FileNamePattern::FileNamePattern(const QString &regularExpression)
 
 bool FileNamePattern::matches(const QString &fileName) const
 {
-    return hasAt(fileName, fileName.length() - plainEnd.length(), plainEnd)
-        && hasAt(fileName, 0, plainStart)
+    return hasTextAt(fileName, fileName.length() - plainEnd.length(), plainEnd)
+        && hasTextAt(fileName, 0, plainStart)
         && QRegExp(expression, Qt::CaseInsensitive).exactMatch(fileName);
 }

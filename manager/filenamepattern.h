@@ -5,18 +5,18 @@
 
 #include <QString>
 
-/// A regular expression for whole file names, in any case of letters.
+/// A case-insensitive regular expression for whole file names.
 ///
-/// Most files of a large folder fit no pattern: they are turned away by the plain text with which
-/// the pattern begins and ends, at a fraction of what the expression costs. It is compiled when a
-/// file first gets past that (Qt keeps it), and not while the host waits for the plug-in to load.
+/// Most files of a large directory match no pattern. The plain text with which the pattern begins
+/// and ends rejects them at a fraction of the cost of the expression. The expression is compiled
+/// when a file first passes that test, not while the host loads the plug-in; Qt caches the result.
 class FileNamePattern
 {
 public:
     /// An expression that does not compile matches nothing.
     explicit FileNamePattern(const QString &regularExpression = QString());
 
-    /// Whether the pattern fits all of @p fileName, which has no directory.
+    /// Whether the pattern matches all of @p fileName, a name without a directory.
     bool matches(const QString &fileName) const;
 
 private:

@@ -11,33 +11,33 @@
 
 class QDomDocument;
 
-/// Tells by file name which ingredient a file belongs to.
+/// Maps files to ingredients by file name.
 ///
-/// Its rules come from a map document: each `mapIngredient` element gives an ingredient key
-/// (`keyName`) and a pattern (`fileNameRegex`) that a file's whole name must match, in any case of
-/// letters. Both questions are answered with a hash from ingredient key to file path.
+/// Its rules come from a map document: each `mapIngredient` element has an ingredient key
+/// (`keyName`) and a pattern (`fileNameRegex`) that must match a file's whole name, ignoring case.
 class SimpleIngredientMapper : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Reads the rules from @p mapXml, the XML text itself. A text that cannot be parsed gives no
+    /// Reads the rules from @p mapXml, the XML text itself. If it cannot be parsed, there are no
     /// rules; nothing is reported.
     explicit SimpleIngredientMapper(const QString &mapXml, QObject *parent = nullptr);
 
-    /// Replaces the rules by those of @p document; of several rules for a key the last one counts.
+    /// Replaces the rules with those of @p document; of several rules for one key the last wins.
     void setupIngredientMap(QDomDocument *document);
-    /// The keys that the name of @p filePath fits, each with that path. The file need not exist.
+    /// The ingredient keys whose patterns match the name of @p filePath, each with that path; each
+    /// is reported through statusMessage(). The file need not exist.
     QHash<QString, QString> mapIngredient(const QString &filePath);
-    /// For each key the first file below @p directory that fits. The walk leaves symbolic links out
-    /// and takes files in the order of the file system; each further file for a key is reported
-    /// through errorMessage() and left alone.
+    /// The first matching file below @p directory for each ingredient key, reported through
+    /// statusMessage(). Files are visited in the order of the file system, without symlinks.
+    /// Further matches for a key are reported through errorMessage() and ignored.
     QHash<QString, QString> findAllIngredients(const QString &directory);
 
 signals:
-    /// Text for the user; sent by no operation so far.
+    /// A file that was mapped to an ingredient.
     void statusMessage(QString message);
-    /// A second file for an ingredient.
+    /// A further file for an ingredient that already has one.
     void errorMessage(QString message);
 
 private:

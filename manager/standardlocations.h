@@ -4,11 +4,11 @@
 #pragma once
 
 /// @file
-/// Directories that the two versions of Qt name in different ways.
+/// Standard directories, which Qt 4 and Qt 5 provide through different classes.
 
 #include <QString>
 
-/// The user's documents folder.
+/// The user's documents directory.
 QString documentsLocation();
-/// The folder for temporary files; empty when there is none.
+/// The directory for temporary files; empty when there is none.
 QString temporaryLocation();
