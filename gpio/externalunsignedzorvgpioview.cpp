@@ -28,7 +28,7 @@ ExternalUnsignedZorvGpioView::ExternalUnsignedZorvGpioView(QObject *parent)
 
 ExternalUnsignedZorvGpioView::~ExternalUnsignedZorvGpioView()
 {
-    // Deleted while the names still exist: a slot on the model's destroyed() may ask for them.
+    // Deleted while the names still exist: a slot on the model's destroyed() may call the getters.
     delete model;
 }
 

@@ -12,7 +12,7 @@ class GpioModel;
 
 /// The GPIO settings table, offered to the host as an additional data view.
 ///
-/// It shows two fixed pins. Edits change the table alone: they are neither exported nor kept when
+/// It shows two fixed pins. Edits change only the table: they are not exported, and are lost when
 /// the next data file replaces the view.
 class ExternalUnsignedZorvGpioView : public QObject, public IDataView
 {
@@ -33,7 +33,7 @@ public:
     QHash<QString, QVariant> getParameters() override;
     /// "GPIO".
     QString getTargetName() override;
-    /// Always false: the view takes no data.
+    /// Always false: the view does not accept data.
     bool loadData(const QVector<unsigned char> &data) override;
 
 private:

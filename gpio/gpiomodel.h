@@ -8,8 +8,8 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
-/// The GPIO settings as a grid of bits: one row a pin, seven columns for the bits 7 to 1 of its
-/// settings. Cells hold a GpioBitToggle in the display role and are editable.
+/// The GPIO settings as a grid of bits: one row per pin, with seven columns for the bits 7 to 1 of
+/// its settings. Cells contain a GpioBitToggle in Qt::DisplayRole and are editable.
 class GpioModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
     /// Shows the pins of @p xml, see initializeFromXml().
     explicit GpioModel(const QString &xml, QObject *parent = nullptr);
 
-    /// @name What QAbstractTableModel promises
+    /// @name QAbstractTableModel
     /// @{
 
     /// See QAbstractTableModel.
@@ -29,7 +29,8 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// Sets the cell's bit when the lowest 8 bits of @p value as a number are not 0, else clears it.
+    /// Clears the cell's bit if the lowest 8 bits of @p value, as an integer, are 0; otherwise sets
+    /// it.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
@@ -39,9 +40,9 @@ public:
     unsigned char extractBitValue(unsigned char value, unsigned char bit) const;
     /// Fills the column titles.
     void initializeHeaders();
-    /// Replaces the pins by those that the `pin` elements of @p xml name (XML text, not a file
-    /// name), all their bits clear; text that cannot be parsed gives one row that says so. Views
-    /// are not told of the change.
+    /// Replaces the pins with those of the `pin` elements of @p xml (XML text, not a file name),
+    /// with all bits clear. If @p xml cannot be parsed, there is one row that says so. Views are
+    /// not notified.
     void initializeFromXml(const QString &xml);
 
 private:

@@ -12,9 +12,9 @@ struct CheckResult {
     QString details;        ///< What was found, in words.
 };
 
-/// The counts of a check run, as they stand in the check table.
+/// The counts of a check run.
 struct CheckResultSummary {
-    int checkCount = 0; ///< Number of checks made.
-    int passCount = 0;  ///< How many of them passed.
-    int failCount = 0;  ///< How many of them failed.
+    int checkCount = 0; ///< Number of checks.
+    int passCount = 0;  ///< Number of checks that passed.
+    int failCount = 0;  ///< Number of checks that failed.
 };

@@ -8,20 +8,20 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
-/// The results of the last check run as a table: passed, ingredient, details. It supplies the
-/// display role alone; how a pass or a failure looks is the host's business.
+/// The results of the last check run as a table with the columns of ::CheckColumn. It supplies only
+/// Qt::DisplayRole: the host decides what a pass or a failure looks like.
 ///
-/// A new table holds one placeholder row while its summary counts nothing; hosts show that row
-/// before the first check.
+/// A new table has one empty row, which its summary does not count. Hosts show that row before the
+/// first check.
 class IngredientCheckModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
-    /// Creates the table with its placeholder row.
+    /// Creates the table with its empty row.
     explicit IngredientCheckModel(QObject *parent = nullptr);
 
-    /// @name What QAbstractTableModel promises
+    /// @name QAbstractTableModel
     /// @{
 
     /// See QAbstractTableModel.
@@ -35,9 +35,9 @@ public:
     /// @}
 
     using QAbstractTableModel::setData;
-    /// Replaces all rows and counts them anew.
+    /// Replaces all rows and counts them.
     void setData(const QList<CheckResult> &newResults);
-    /// The counts of the last setData().
+    /// The counts of the last setData(); all 0 before.
     CheckResultSummary checkResultSummary() const;
 
 private:

@@ -5,7 +5,7 @@
 
 /// Position of a group or an ingredient in the ingredient tree.
 struct IngredientIndex {
-    /// The position of a group, or of an ingredient in it.
+    /// The position of a group, or of an ingredient in that group.
     explicit IngredientIndex(int group, int ingredient = 0)
         : groupRow(group)
         , ingredientRow(ingredient)

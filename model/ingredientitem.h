@@ -11,13 +11,13 @@
 class IngredientItem
 {
 public:
-    /// Creates a visible node that holds @p data, one value per column. It does not become a child of
-    /// @p parent by itself: see appendChild().
+    /// Creates a visible node with @p data, one value per column. The parent does not own it until
+    /// appendChild() is called.
     explicit IngredientItem(const QVector<QVariant> &data, IngredientItem *parent = nullptr);
     /// Deletes all children.
     ~IngredientItem();
 
-    /// Appends @p item as the last child and takes it over.
+    /// Appends @p item as the last child and takes ownership of it.
     void appendChild(IngredientItem *item);
     /// The child at @p row, or null when there is none.
     IngredientItem *child(int row) const;
@@ -45,7 +45,7 @@ private:
     QVector<QVariant> itemData;
     IngredientItem *parentItem;
     bool visible = true;
-    /// Set when the parent takes this item over; rows never move afterwards. Looking it up among
-    /// the parent's children made a walk over a wide tree cost the square of its width.
+    /// Set by the parent's appendChild(); rows never move afterwards. Searching the parent's
+    /// children instead made traversing a wide tree take quadratic time.
     int rowInParent = 0;
 };

@@ -21,18 +21,18 @@ class QDomNode;
 /// The store of all ingredient values: a tree of root, groups and ingredients, built once from a
 /// definition document. Rows are never added or removed.
 ///
-/// Lookups by name report what they do not find through errorMessage().
+/// Lookups by name report unknown names through errorMessage().
 class IngredientModel : public QAbstractItemModel
 {
     Q_OBJECT
 
 public:
-    /// Builds the tree from @p definition, the XML text of a definition document. A text that cannot
-    /// be parsed gives a tree that shows the parser's message instead; nothing else is reported.
+    /// Builds the tree from @p definition, the XML text of a definition document. If it cannot be
+    /// parsed, the tree shows the parser's message instead; nothing else is reported.
     explicit IngredientModel(const QString &definition, QObject *parent = nullptr);
     ~IngredientModel() override;
 
-    /// @name What QAbstractItemModel promises
+    /// @name QAbstractItemModel
     /// @{
 
     /// See QAbstractItemModel.
@@ -55,7 +55,7 @@ public:
 
     /// Whether a view should show @p column; false for a column that the definition does not name.
     bool shouldColumnBeVisible(int column) const;
-    /// Always true, whatever was set; ::VisibilityRole gives the flag.
+    /// Always true; ::VisibilityRole gives the flag.
     bool getGroupVisible(const QString &groupName) const;
     /// Sets the visibility flag of a group; an unknown name is reported.
     void setGroupVisible(const QString &groupName, bool visible);
@@ -64,21 +64,24 @@ public:
     bool getIngredientVisible(const QString &ingredientName);
     /// Sets the visibility flag of an ingredient; an unknown name is reported.
     void setIngredientVisible(const QString &ingredientName, bool visible);
-    /// Rebuilds the lookup tables by name; of several equal names the first wins.
+    /// Rebuilds the indexes of groups and ingredients by name; of several equal names the first
+    /// wins.
     void generateIndexes();
 
     /// The name cells of all ingredients, in tree order.
     QModelIndexList ingredientCells() const;
 
-    /// The text of the cell: a path, the picked entry or the string; empty for any other kind.
+    /// The text of the cell: a path, the selected entry or the string; empty for any other kind.
     QString dataAsString(const QModelIndex &index) const;
     /// Writes @p text into the editable cell at @p index, keeping everything else of a FilePath or
     /// Choice. Returns false, with no change, for any other cell and for an entry that a Choice
     /// does not have.
     bool setDataFromString(const QModelIndex &index, const QString &text);
     /// The text of an ingredient's cell, by display name and header text ("Host FW", "Value").
+    /// Empty, with an error message for each, when a name is unknown.
     QString getIngredient(const QString &ingredientName, const QString &columnName);
-    /// Writes the text of an ingredient's cell; a cell that does not take it stays silently as it is.
+    /// Writes @p text into an ingredient's cell. A cell that does not accept it is left unchanged
+    /// without a message; an unknown name is reported.
     void setIngredient(const QString &ingredientName, const QString &columnName,
                        const QString &text);
     /// The paths of all files of the visible ingredients of a group, in row order, empty ones too.
@@ -89,9 +92,9 @@ public:
     QList<CheckResult> checkAllFiles();
 
 signals:
-    /// Declared for the host; the model announces its changes through dataChanged() alone.
+    /// Declared for the host; never emitted. The model reports changes through dataChanged() only.
     void changeOccured(QString broadcastName, QString value);
-    /// Text for the user; sent by no operation so far.
+    /// Declared for the host; never emitted.
     void statusMessage(QString message);
     /// A name that was looked up and not found.
     void errorMessage(QString message);

@@ -108,8 +108,8 @@ void IngredientModel::processColumnHeaders(const QDomNode &columnsNode, QVector<
     columnEditable.insert(IngredientColumn::Name, false);
     columnVisible.insert(IngredientColumn::Name, true);
 
-    // Compat: a child without a name has no header but counts as a column, which shifts the flags of
-    // the columns after it.
+    // Compat: a child without a name has no header but counts as a column, which shifts the flags
+    // of the columns after it.
     int column = IngredientColumn::Name;
     for (QDomNode child = columnsNode.firstChild(); !child.isNull(); child = child.nextSibling()) {
         ++column;

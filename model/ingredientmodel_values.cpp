@@ -74,7 +74,7 @@ int IngredientModel::findColumn(const QString &columnName)
     return column;
 }
 
-// Each of the following gives an invalid index where a name is unknown, which is reported.
+// The following return an invalid index, with an error message, when a name is unknown.
 
 QModelIndex IngredientModel::groupCell(const QString &groupName)
 {

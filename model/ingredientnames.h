@@ -4,15 +4,13 @@
 #pragma once
 
 /// @file
-/// Names in the shipped definition that the plug-in depends on.
+/// Names in the shipped definition by which the plug-in finds single cells of the ingredient tree.
 
 #include <QString>
 
-// Names of the shipped definition by which the plug-in reaches single cells of the ingredient tree.
-
-/// The image that a build writes.
+/// The ingredient with the path of the image.
 const QLatin1String outputFileIngredient("Output file name");
-/// The data file that is loaded when the ingredient changes.
+/// The ingredient with the path of the legacy data file.
 const QLatin1String legacyDataFileIngredient("Legacy XML Data File");
-/// Title of the column that holds an ingredient's path, text or choice.
+/// The title of the column with an ingredient's path, text or choice.
 const QLatin1String valueColumnTitle("Value");

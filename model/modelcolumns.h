@@ -30,6 +30,6 @@ enum Column {
 };
 } // namespace CheckColumn
 
-/// The role under which the ingredient tree gives a row's visibility, as "visible" or "hidden"; it
-/// takes a boolean.
+/// The role for a row's visibility in the ingredient tree: "visible" or "hidden" when read, a
+/// boolean when set.
 const int VisibilityRole = Qt::UserRole;

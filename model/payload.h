@@ -4,12 +4,13 @@
 #pragma once
 
 /// @file
-/// Reading values in cells without a copy.
+/// Access to the values in cells without a copy.
 
 #include <QVariant>
 
-/// The value of type @p Payload inside @p value, null when it holds another type. It points into
-/// @p value, which must outlive it: this avoids a copy, the main cost of reading a cell.
+/// The value of type @p Payload in @p value; null when @p value has another type. The pointer is
+/// valid as long as @p value is neither changed nor destroyed. Copying the value was the main cost
+/// of reading a cell.
 template <typename Payload> const Payload *payloadIn(const QVariant &value)
 {
     return value.userType() == qMetaTypeId<Payload>()

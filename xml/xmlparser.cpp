@@ -10,26 +10,27 @@
 #include <QXmlInputSource>
 #include <QXmlSimpleReader>
 
-// The SAX classes are deprecated in Qt 5.15, but QDomDocument::setContent still uses them there, and
-// Qt 4 has no others. Checking the limits between Qt's reader and Qt's document builder accepts and
-// rejects every other document as setContent does, in one pass.
+// The SAX classes are deprecated in Qt 5.15, but QDomDocument::setContent still uses them there,
+// and Qt 4 has no others. Checking the limits between Qt's reader and Qt's document builder accepts
+// and rejects every other document as setContent does, in one pass.
 #if defined(__GNUC__)
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #endif
 
 namespace {
 
-/// How far entities may expand a document: to this many characters in any case, and to so many times
-/// its length. Without a limit, a hundred kilobytes could become gigabytes in the host's memory.
+/// How far entities may expand a document: up to this many characters in any case, plus this many
+/// times its length. Without a limit, a hundred kilobytes could become gigabytes in memory.
 const qint64 minTextAllowance = 1 << 20;
 const qint64 maxTextExpansion = 10;
 
-/// Knows how much text each declared entity stands for, those it refers to included.
+/// The length of the text that each declared entity stands for, including the entities it refers
+/// to.
 class EntityLengths
 {
 public:
-    /// Takes in a declaration. False when the entity exceeds ::maxEntityLength, or when an earlier
-    /// one refers to it, whose length was taken without it.
+    /// Adds a declaration. False when the entity exceeds ::maxEntityLength, or when an earlier one
+    /// refers to it, whose length was computed without it.
     bool add(const QString &name, const QString &value)
     {
         int length = 0;
@@ -59,7 +60,7 @@ private:
     QSet<QString> undeclared;
 };
 
-/// Forwards every event to the handlers that build the document, and fails at the first one that
+/// Forwards every event to the handlers that build the document, and fails at the first event that
 /// exceeds a limit.
 class DocumentLimiter : public QXmlContentHandler, public QXmlDeclHandler
 {
@@ -191,7 +192,7 @@ private:
     bool skippedEntityFound = false;
 };
 
-/// The reader of QDomDocument::setContent with a DocumentLimiter before the handlers it is given.
+/// A reader like that of QDomDocument::setContent, with a DocumentLimiter before its handlers.
 class LimitedReader : public QXmlSimpleReader
 {
 public:
@@ -227,9 +228,9 @@ private:
 
 } // namespace
 
-// With a reader of one's own, Qt 5 takes an undeclared entity in an attribute for one in the content
-// and adds a node for it. The document is within the limits by then, so Qt may parse it again with
-// its own reader.
+// With a custom reader, Qt 5 treats an undeclared entity in an attribute like one in the content
+// and adds a node for it. The document has passed the limits by then, so it is parsed again by Qt's
+// own reader.
 
 bool parseXml(QDomDocument *document, const QString &text, QString *errorMessage, int *errorLine,
               int *errorColumn)

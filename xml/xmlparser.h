@@ -4,7 +4,7 @@
 #pragma once
 
 /// @file
-/// Parsing XML with limits.
+/// An XML parser with limits.
 
 #include <QString>
 
@@ -19,22 +19,25 @@ class QIODevice;
 /// host's own frames.
 const int maxElementDepth = 1000;
 
-/// Length of the text that one entity may stand for, in characters. Qt 5.15 has this limit of its
-/// own; Qt 4 expands until memory runs out.
+/// Maximum length of the text that one entity stands for, in characters. Qt 5.15 has the same
+/// limit; Qt 4 expands until memory runs out.
 const int maxEntityLength = 4096;
 
-/// Parses @p text into @p document as QDomDocument::setContent does, but fails where elements nest
-/// deeper than ::maxElementDepth, where an entity stands for more than ::maxEntityLength characters
-/// or is declared after one that refers to it, or where entities expand the document to more than
-/// ten times its length and a million characters.
+/// Parses @p text into @p document as QDomDocument::setContent does, but fails if elements nest
+/// deeper than ::maxElementDepth, if an entity stands for more than ::maxEntityLength characters or
+/// is declared after one that refers to it, or if entities expand the document to more than ten
+/// times its length plus a million characters.
 ///
 /// @param document receives the content; undefined on failure
 /// @param text the XML text itself, not a file name
-/// @param errorMessage, errorLine, errorColumn set on failure where given (line and column from 1)
+/// @param errorMessage, errorLine, errorColumn set on failure unless null (line and column from 1)
 /// @return whether the whole text was parsed
 bool parseXml(QDomDocument *document, const QString &text, QString *errorMessage = nullptr,
               int *errorLine = nullptr, int *errorColumn = nullptr);
 
-/// Parses all bytes of @p device, which must be open for reading and seekable. The encoding is that
-/// of the byte-order mark or the XML declaration.
+/// Parses all bytes of @p device, with the same limits. The encoding is that of the byte-order mark
+/// or the XML declaration.
+/// @param document receives the content; undefined on failure
+/// @param device must be open for reading and seekable; not closed
+/// @return whether everything was parsed
 bool parseXml(QDomDocument *document, QIODevice *device);
