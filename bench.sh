@@ -63,7 +63,7 @@ hyperfine --warmup 1 --runs 5 --ignore-failure --style none --export-json "$proc
     "build-bench/loomwright -q validate $data_file" "xmllint --noout --huge $data_file" \
     > /dev/null 2>&1
 
-# The program itself: its start, and what it adds to the time of the stitcher that it runs. The stand-in
+# The program itself: its start, and what it adds to the time of the stitcher that it runs. The mock
 # writes its small image in 50 ms, which no real stitcher does; so it is also run half a second later.
 drop=$LOOMWRIGHT_BENCH_INPUTS/drop
 image=$LOOMWRIGHT_BENCH_INPUTS/image.bin
@@ -102,12 +102,12 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
         | ($programs[0].results | map(.median)) as $program
         | ($windows[0].results | map(.median)) as $window
         | def two: . * 100 | round / 100 | tostring;
-          def row(work; against; ratio; aim; memory; growth):
-              [work, against, (ratio | two), aim, memory, growth] | join("|");
-          def inside(work; against; name; size; aim; memory):
-              row(work; against; $time["\(name)/ours/\(size)"] / $time["\(name)/reference/\(size)"]; aim;
+          def row(work; against; ratio; target; memory; slowdown):
+              [work, against, (ratio | two), target, memory, slowdown] | join("|");
+          def inside(work; against; name; size; target; memory):
+              row(work; against; $time["\(name)/ours/\(size)"] / $time["\(name)/reference/\(size)"]; target;
                   memory; $time["\(name)/ours/\(size)"] / $time["\(name)/ours/\(size / 10)"] | two);
-          row("fill from 100,000 files, 1% fit"; "find -type f, nine -iregex";
+          row("fill from 100,000 files, 1% match"; "find -type f, nine -iregex";
               $process[0] / $process[1]; "0.3"; "-"; "-"),
           inside("the same"; "a bare QDirIterator"; "directory"; 100000; "3"; "-"),
           inside("validate 40 MB of legacy XML"; "QDomDocument::setContent"; "legacy"; 400000; "1.4";
@@ -119,7 +119,7 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
               10000; "3"; "-"),
           inside("check 100,000 files"; "QFileInfo::exists and size"; "check"; 100000; "1.5"; "-"),
           row("loomwright info"; "an empty Qt program"; $program[0] / $program[1]; "1.15"; "-"; "-"),
-          row("loomwright build"; "the bare stand-in stitcher"; $program[2] / $program[3]; "1.1"; "-";
+          row("loomwright build"; "the mock stitcher alone"; $program[2] / $program[3]; "1.1"; "-";
               "-"),
           row("the same"; "half a second slower"; $program[4] / $program[5]; "1.1"; "-"; "-"),
           row("first paint of the window"; "an empty QMainWindow"; $window[0] / $window[1]; "1.7"; "-";

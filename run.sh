@@ -14,7 +14,7 @@ Installs what is missing (Debian 12, with apt), builds, and takes a sample platf
 mapping, checks, configuration and a stitched image; then shows what a broken one looks like. The
 results are in the folder out/.
 
-The vendor's stitcher is not part of this project: for this run a stand-in takes its place.
+The vendor's stitcher is not part of this project; this run uses the mock stitcher in examples/.
 
 What else can be done:
   build/loomwright --help        the terminal host: every command on your own files

@@ -10,7 +10,7 @@ case ${1:-} in
 Usage: scripts/test-host-example.sh PREFIX
 
 Builds examples/minimal-host with the CMake package that is installed below PREFIX, and lets it build
-the sample with the stand-in for the stitcher.
+the sample with the mock stitcher.
 EOF
         exit 0
         ;;
