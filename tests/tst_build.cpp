@@ -74,6 +74,8 @@ private slots:
             QString("supervises the stitcher was killed"), QByteArray("half"));
         row("goes on in the background", half + "(sleep 1000; printf more >> $image) &",
             QString("left processes running"), QByteArray("half"));
+        row("is asked to end", half + "trap 'exit 0' TERM; kill $PPID; while :; do sleep 0.1; done",
+            QString("asked to end by a signal"), QByteArray("half"));
         row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none);
         row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"),
             none);
@@ -134,16 +136,45 @@ private slots:
         QVERIFY(build(options).reason.contains("input.bin (Host FW) changed"));
     }
 
-    void backupIsTamperedWith()
+    void interference_data()
     {
-        const QByteArray remove = "rm $image.loomwright-backup; ";
+        columns<QByteArray, QString, QByteArray>("script", "reason", "left");
+        const QByteArray fail = "; exit 1";
+        const QByteArray write = "; printf new > $image";
+        const QByteArray none;
+        const QByteArray old = "old";
+        const QByteArray fresh = "new";
+        row("backup removed", "rm $backup" + fail, QString("backup was removed"), none);
+        row("backup emptied", ": > $backup" + fail, QString("backup was changed"), none);
+        row("backup replaced", "printf evil > x; mv x $backup" + fail,
+            QString("backup was changed"), none);
+        row("backup made a directory", "rm $backup; mkdir $backup" + write,
+            QString("backup was changed"), fresh);
+        row("backup put back", QByteArray("mv $backup $image"), QString("put the older image back"),
+            old);
+        row("backup linked back", QByteArray("ln -f $backup $image"),
+            QString("put the older image back"), old);
+        row("image linked", "ln -f $image $image.partial" + fail, QString("exit status 1"), old);
+        row("lock removed", "rm $image.loomwright-lock" + write, QString("lock was removed"),
+            fresh);
+        row("directory replaced", "mv $place x; mkdir $place" + write,
+            QString("no longer the directory"), fresh);
+    }
+    void interference()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QString, reason);
+        QDir(folder->path()).mkdir("place");
+        image = folder->filePath("place/i.bin");
+        QCOMPARE(set("ImageName", image), QString());
         writeFile(image, "old");
-        QVERIFY(build(stitcher(remove + "exit 1")).reason.contains("The older image was removed"));
-        writeFile(image, "old");
-        const BuildResult result
-            = build(stitcher(remove + "mkdir $image.loomwright-backup; printf new > $image"));
-        QVERIFY2(result.reason.contains("cannot be removed"), qPrintable(result.reason));
-        QVERIFY(QDir().rmdir(image + ".loomwright-backup"));
+        const BuildResult result = build(
+            stitcher("backup=$image.loomwright-backup place=${image%/i.bin}; printf half > $image; "
+                     + script));
+        QVERIFY(!result.isSuccess);
+        QVERIFY2(result.reason.contains(reason), qPrintable(result.reason));
+        QTEST(readFile(image), "left");
+        QVERIFY(QDir(folder->filePath("place")).removeRecursively());
     }
 
     void outputIsCompleteAtTheEnd()
@@ -166,9 +197,9 @@ private slots:
         row("symlink as backup", QByteArray("ln -s input.bin i.bin.loomwright-backup"),
             QString("backup is not a regular file"));
         row("FIFO as lock", QByteArray("mkfifo i.bin.loomwright-lock"),
-            QString("lock is not a regular file"));
+            QString("is not a lock file"));
         row("stitcher", QByteArray("ln -s ../tamblin-stitcher i.bin"),
-            QString("are the same file"));
+            QString("has the name of the image"));
     }
     void refusedImages()
     {

@@ -133,7 +133,8 @@ private slots:
             QCOMPARE(messages.value(1).kind, int(RunnerStatus::Exited));
             QCOMPARE(messages.value(2).kind, int(RunnerStatus::LeftBehind));
         } else if (end != WithTheHost) {
-            QCOMPARE(messages.value(1).kind, int(RunnerStatus::Signaled));
+            QCOMPARE(messages.value(1).kind, int(RunnerStatus::Stopped));
+            QCOMPARE(messages.value(2).kind, int(RunnerStatus::Signaled));
         }
         QCOMPARE(processesOf(mark()), QStringList());
     }

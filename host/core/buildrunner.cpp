@@ -81,8 +81,8 @@ void BuildRunner::removeWorkDirectory()
     if (!work) {
         return;
     }
-    if (QFileInfo(work->path()).isSymLink()) {
-        // The stitcher has replaced it; the target must not be emptied.
+    if (QFileInfo(work->path()).isSymLink() || QFileInfo(work->path()).isFile()) {
+        // The stitcher has replaced it; the target of a symlink must not be emptied.
         work->setAutoRemove(false);
         QFile::remove(work->path());
     } else if (!work->autoRemove() || !work->remove()) {
@@ -115,8 +115,10 @@ QString BuildRunner::prepare(const BuildOptions &options)
     if (result.imageFile.isEmpty()) {
         return tr("No output file is named.");
     }
-    if (FileState::of(result.imageFile).isSameFileAs(FileState::of(result.stitcher))) {
-        return tr("The image and the stitcher are the same file.");
+    if (FileState::of(result.imageFile).isSameFileAs(FileState::of(result.stitcher))
+        || ImageGuard::isReserved(result.imageFile, result.stitcher)) {
+        return tr(
+            "The stitcher has the name of the image or of a file that the build itself uses.");
     }
     noteStates(options.knownStates);
     QString problem = changeProblem();
@@ -228,10 +230,15 @@ QString BuildRunner::stitcherProblem() const
             .arg(QString::fromLocal8Bit(strsignal(result.signalNumber)));
     }
     if (result.exitStatus < 0) {
-        return tr("The program that supervises the stitcher was killed.");
+        return tr(
+            "The program that supervises the stitcher was killed. Processes of the stitcher may "
+            "still be running.");
     }
     if (result.exitStatus > 0) {
         return tr("The stitcher failed with exit status %1.").arg(result.exitStatus);
+    }
+    if (run->wasStopped()) {
+        return tr("The program that supervises the stitcher was asked to end by a signal.");
     }
     if (run->hasLeftProcesses()) {
         return tr("The stitcher ended, but left processes running. They were terminated, so the "
@@ -253,6 +260,10 @@ QString BuildRunner::imageProblem() const
     }
     if (written.size == 0) {
         return tr("The stitcher wrote nothing into %1.").arg(result.imageFile);
+    }
+    if (image->isOlderImage(written)) {
+        return tr("The stitcher put the older image back instead of writing %1.")
+            .arg(result.imageFile);
     }
     return {};
 }
@@ -311,6 +322,10 @@ void BuildRunner::conclude(const QString &reason)
         result.partialFile = image->partialFile();
     }
     result.isSuccess = result.reason.isEmpty();
+    if (!result.isSuccess) {
+        result.imageSize = 0;
+        result.sha256.clear();
+    }
     if (!result.partialFile.isEmpty()) {
         result.reason
             = joined(result.reason, tr("What it wrote is kept as %1.").arg(result.partialFile));

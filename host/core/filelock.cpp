@@ -16,6 +16,7 @@
 namespace {
 
 const mode_t lockFileMode = 0666;
+const int maxAttempts = 100;
 
 } // namespace
 
@@ -26,37 +27,50 @@ FileLock::FileLock(const QString &lockFile)
 
 FileLock::~FileLock()
 {
-    if (openDescriptor >= 0) {
-        QFile::remove(file); // Before the lock ends, or a new owner's file would be removed.
+    if (isLocked()) {
+        if (isIntact()) {
+            QFile::remove(file); // Before the lock ends, or a new owner's file would be removed.
+        }
         leave();
     }
 }
 
 int FileLock::lock()
 {
-    int error = 0;
-    do {
+    int error = ESTALE;
+    for (int attempt = 0; error == ESTALE && attempt < maxAttempts; ++attempt) {
         error = tryLock();
-    } while (error == ESTALE);
+    }
     return error;
+}
+
+bool FileLock::isLocked() const
+{
+    return openDescriptor >= 0;
+}
+
+bool FileLock::isIntact() const
+{
+    return FileState::ofLink(file).isSameFileAs(FileState::ofDescriptor(openDescriptor));
 }
 
 /// ESTALE when the file was removed before it was locked: its owner has ended meanwhile.
 int FileLock::tryLock()
 {
     // Does not block on a FIFO, which lock files of other programs could be.
-    const int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    const int flags = O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's interface
     openDescriptor = open(QFile::encodeName(file).constData(), flags, lockFileMode);
     if (openDescriptor < 0) {
         return errno;
     }
     const FileState opened = FileState::ofDescriptor(openDescriptor);
-    int error = opened.isRegular() ? 0 : EINVAL;
+    // Anything else belongs to somebody else, and must not be removed.
+    int error = opened.isRegular() && opened.size == 0 ? 0 : EEXIST;
     if (error == 0 && flock(openDescriptor, LOCK_EX | LOCK_NB) != 0) {
         error = errno;
     }
-    if (error == 0 && !FileState::ofLink(file).isSameFileAs(opened)) {
+    if (error == 0 && !isIntact()) {
         error = ESTALE;
     }
     if (error != 0) {

@@ -14,14 +14,19 @@ class FileLock
 public:
     /// Does nothing before lock().
     explicit FileLock(const QString &lockFile);
-    /// Removes the file and closes the descriptor, unless leave() was called.
+    /// Removes the file if it is intact and closes the descriptor, unless leave() was called.
     ~FileLock();
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
     /// Creates the file if necessary and locks it without waiting. Call it once.
-    /// @return 0, EWOULDBLOCK when another process holds the lock, or another error number
+    /// @return 0, EWOULDBLOCK when another process holds the lock, EEXIST when the file is not an empty
+    /// regular file, or another error number
     int lock();
+    /// Whether this process has the lock.
+    bool isLocked() const;
+    /// Whether the file is still the one that was locked.
+    bool isIntact() const;
     /// Closes the descriptor and keeps the file, for the processes that have inherited the lock.
     void leave();
 

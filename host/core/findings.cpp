@@ -98,14 +98,18 @@ void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
 void findOverwrittenInput(const QVector<Ingredient> &ingredients, const Ingredient &output,
                           QVector<Problem> *problems)
 {
-    const Ingredient input = inputWithFile(ingredients, textOf(output.value));
+    const QString image = textOf(output.value);
+    const FileState imageState = FileState::of(image);
+    const Ingredient input = inputWithFile(ingredients, image);
     if (input.valueIndex.isValid()) {
         problems->append(findingFor(
             output, tr("The output is the same file as the input \"%1\"").arg(input.name)));
         problems->last().mustBeFixed = true;
     }
     for (const Ingredient &each : ingredients) {
-        if (isInput(each) && ImageGuard::isReserved(textOf(output.value), textOf(each.value))) {
+        const QString file = textOf(each.value);
+        if (isInput(each) && !FileState::of(file).isSameFileAs(imageState)
+            && ImageGuard::isReserved(image, file)) {
             problems->append(
                 findingFor(each, tr("A build would replace this file because of its name")));
             problems->last().mustBeFixed = true;

@@ -3,34 +3,32 @@
 
 #include "host/core/imageguard.h"
 
-#include "host/core/filestate.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <cerrno>
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 const QLatin1String backupSuffix(".loomwright-backup");
 const QLatin1String lockSuffix(".loomwright-lock");
-const QLatin1String partialSuffix(".partial");
+const QLatin1String partialSuffix(".partial"); // Or with a number, ".partial.2".
 
 /// Replaces @p target. Returns 0 or the error number.
 int renameFile(const QString &file, const QString &target)
 {
-    const bool renamed
-        = std::rename(QFile::encodeName(file).constData(), QFile::encodeName(target).constData())
-        == 0;
-    return renamed ? 0 : errno;
-}
-
-QString notRegular(const QString &file)
-{
-    return ImageGuard::tr("%1 is not a regular file.").arg(file);
+    const QByteArray from = QFile::encodeName(file);
+    const QByteArray to = QFile::encodeName(target);
+    // rename() does nothing if both are hard links to the same file.
+    const bool linked = FileState::ofLink(file).isSameFileAs(FileState::ofLink(target));
+    const bool done = linked ? unlink(from.constData()) == 0
+                             : std::rename(from.constData(), to.constData()) == 0;
+    return done ? 0 : errno;
 }
 
 /// The path of the directory entry @p file, which need not exist, without symlinks to directories.
@@ -44,6 +42,7 @@ QString entryPath(const QFileInfo &file)
 ImageGuard::ImageGuard(const QString &imageFile)
     : image(imageFile)
     , backup(imageFile + backupSuffix)
+    , directory(QFileInfo(imageFile).absolutePath())
 {
 }
 
@@ -69,22 +68,60 @@ QString ImageGuard::protect()
 
 QString ImageGuard::accept()
 {
+    QString problem = interference();
     QFile older(backup);
-    const bool removed = !FileState::ofLink(backup).exists || older.remove();
-    isProtecting = false;
-    lock.reset();
-    return removed ? QString()
-                   : tr("%1 was written, but the older image %2 cannot be removed: %3. Remove it "
-                        "before the next build, which would restore it.")
-                         .arg(image, backup, older.errorString());
+    if (problem.isEmpty() && FileState::ofLink(backup) != backupState) {
+        problem
+            = tr("%1 was changed during the build. Remove it before the next build, which would "
+                 "take it for an older image.")
+                  .arg(backup);
+    } else if (problem.isEmpty() && !older.remove()) {
+        problem
+            = tr("%1 cannot be removed: %2. Remove it before the next build, which would take it "
+                 "for an older image.")
+                  .arg(backup, older.errorString());
+    }
+    finish();
+    return problem;
 }
 
 QString ImageGuard::reject()
 {
-    QString problem = restore();
+    QString problem = interference();
+    if (problem.isEmpty()) {
+        problem = restore();
+    }
+    finish();
+    return problem;
+}
+
+void ImageGuard::finish()
+{
     isProtecting = false;
     lock.reset();
-    return problem;
+}
+
+/// Why the files under the image's name may be those of another build; empty when they are not.
+QString ImageGuard::interference() const
+{
+    if (!FileState::of(directory).isSameFileAs(directoryState)) {
+        return tr("%1 is no longer the directory in which the build was started. Its files were "
+                  "not "
+                  "touched; look for %2 in the original one.")
+            .arg(directory, QFileInfo(backup).fileName());
+    }
+    // When the lock was left to the runner, nobody else can have taken it.
+    return !lock->isLocked() || lock->isIntact()
+        ? QString()
+        : tr("The lock file %1 was removed or replaced during the build, so another build may have "
+             "written the image.")
+              .arg(image + lockSuffix);
+}
+
+bool ImageGuard::isOlderImage(const FileState &file) const
+{
+    return hasOlder && file.isSameFileAs(backupState) && file.size == backupState.size
+        && file.modified == backupState.modified;
 }
 
 QString ImageGuard::partialFile() const
@@ -109,41 +146,45 @@ bool ImageGuard::isReserved(const QString &image, const QString &file)
     const QFileInfo info(file);
     const QString imagePath = entryPath(QFileInfo(image));
     const QString path = info.exists() ? info.canonicalFilePath() : entryPath(info);
-    const QString suffix = path.mid(imagePath.size());
-    return path.startsWith(imagePath)
-        && (suffix == backupSuffix || suffix == lockSuffix || suffix.startsWith(partialSuffix));
+    static const QRegularExpression suffixes(
+        QStringLiteral("\\A(|\\.partial(\\.\\d+)?|\\.loomwright-(backup|lock))\\z"));
+    return path.startsWith(imagePath) && suffixes.match(path.mid(imagePath.size())).hasMatch();
 }
 
 QString ImageGuard::lockImage()
 {
-    const QString directory = QFileInfo(image).absolutePath();
-    if (!QFileInfo(directory).isDir()) {
+    directoryState = FileState::of(directory);
+    if (directoryState.type != S_IFDIR) {
         return tr("The image's directory %1 does not exist.").arg(directory);
     }
     const QString file = image + lockSuffix;
-    const FileState existing = FileState::ofLink(file);
-    if (existing.exists && !existing.isRegular()) {
-        return notRegular(file);
-    }
     lock = std::make_unique<FileLock>(file);
-    const int error = lock->lock();
-    if (error == EWOULDBLOCK) {
+    switch (const int error = lock->lock()) {
+    case 0:
+        return {};
+    case EWOULDBLOCK:
         return tr("%1 is being built by another process (lock file %2).").arg(image, file);
+    case EEXIST:
+        return tr("%1 is not a lock file.").arg(file);
+    default:
+        return tr("The lock file %1 cannot be opened: %2.").arg(file, qt_error_string(error));
     }
-    return error == 0
-        ? QString()
-        : tr("The lock file %1 cannot be created: %2.").arg(file, qt_error_string(error));
 }
 
 QString ImageGuard::moveAside()
 {
     // Left by a host that was killed. Only a file of this user may become the image.
     const FileState left = FileState::ofLink(backup);
-    if (left.exists && !(left.isRegular() && left.owner == geteuid())) {
-        return left.isRegular() ? tr("%1 belongs to another user.").arg(backup)
-                                : notRegular(backup);
+    if (left.exists && !left.isRegular()) {
+        return tr("%1 is not a regular file.").arg(backup);
+    }
+    if (left.exists && left.owner != geteuid()) {
+        return tr("%1 belongs to another user. If a killed build has left it, rename it to %2, or "
+                  "remove it.")
+            .arg(backup, image);
     }
     if (left.exists) {
+        backupState = left;
         QString problem = restore();
         if (!problem.isEmpty()) {
             return problem;
@@ -156,9 +197,13 @@ QString ImageGuard::moveAside()
     if (existing.exists && !existing.isRegular()) {
         return tr("The image %1 is not a regular file; symlinks are not followed.").arg(image);
     }
-    if (!existing.exists) {
-        return markAsNew();
-    }
+    const QString problem = existing.exists ? moveImage() : markAsNew();
+    backupState = FileState::ofLink(backup);
+    return problem;
+}
+
+QString ImageGuard::moveImage()
+{
     const int error = renameFile(image, backup);
     hasOlder = error == 0;
     return hasOlder
@@ -195,25 +240,31 @@ QString ImageGuard::freePartialName() const
 QString ImageGuard::restore()
 {
     const FileState written = FileState::ofLink(image);
+    if (isOlderImage(written)) {
+        QFile::remove(backup); // Another hard link to it, at most.
+        return {};
+    }
     if (written.isRegular() && written.size == 0) {
         QFile::remove(image);
     } else if (written.exists) {
         partial = freePartialName();
         const int error = renameFile(image, partial);
         if (error != 0) {
-            return tr("What was written is still at %1, the older image at %2: %3.")
-                .arg(image, backup, qt_error_string(error));
+            return tr("What was written cannot be moved away from %1: %2. The next build moves it.")
+                .arg(image, qt_error_string(error));
         }
         hasPartial = true;
     }
 
     const FileState older = FileState::ofLink(backup);
-    if (older.exists && older.size == 0) {
+    if (older != backupState) {
+        return older.exists
+            ? tr("%1 was changed during the build, and is not restored.").arg(backup)
+            : tr("%1 was removed during the build.").arg(backup);
+    }
+    if (older.size == 0) {
         QFile::remove(backup);
         return {};
-    }
-    if (!older.exists) {
-        return hasOlder ? tr("The older image was removed during the build.") : QString();
     }
     const int error = renameFile(backup, image);
     return error == 0

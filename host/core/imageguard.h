@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/core/filelock.h"
+#include "host/core/filestate.h"
 
 #include <QCoreApplication>
 #include <QString>
@@ -32,12 +33,15 @@ public:
     /// @return an empty text, or why the image cannot be built; nothing has been changed then
     QString protect();
     /// The image is good: removes the older one and the lock.
-    /// @return an empty text, or why the older image could not be removed; the next build would
-    /// restore it
+    /// @return an empty text, or why the image may not be the one that was built, or what is in the way
+    /// of the next build
     QString accept();
-    /// The build has failed: moves what it wrote to IMAGE.partial and restores the older image.
+    /// The build has failed: moves what it wrote to IMAGE.partial and restores the older image. Touches
+    /// nothing if the directory or the lock file was replaced.
     /// @return an empty text, or what failed
     QString reject();
+    /// Whether @p file is the older image itself, which was moved aside.
+    bool isOlderImage(const FileState &file) const;
     /// Where reject() has moved what the build wrote; empty when it wrote nothing.
     QString partialFile() const;
 
@@ -46,20 +50,27 @@ public:
     /// Leaves the lock to the runner, which is still running.
     void leaveLock();
 
-    /// Whether a build of @p image moves, replaces or removes files named like @p file.
+    /// Whether @p file has the name of @p image or of another file that a build of it writes, moves,
+    /// replaces or removes.
     static bool isReserved(const QString &image, const QString &file);
 
 private:
     QString lockImage();
+    QString interference() const;
     QString restore();
     QString moveAside();
+    QString moveImage();
     QString markAsNew();
     QString freePartialName() const;
+    void finish();
 
     QString image;
     QString backup;
+    QString directory;
     QString partial;
-    QString keptPartial; ///< What a killed host has left, moved there by this guard.
+    QString keptPartial;      ///< What a killed host has left, moved there by this guard.
+    FileState directoryState; ///< When the image was locked.
+    FileState backupState;    ///< When the image was moved aside.
     bool hasPartial = false;
     bool hasOlder = false;
     bool isProtecting = false;

@@ -36,20 +36,25 @@ public:
     ~EnvironmentChange()
     {
         for (auto change = before.rbegin(); change != before.rend(); ++change) {
-            const bool wasSet = !change->second.isNull();
-            wasSet ? qputenv(change->first, change->second) : qunsetenv(change->first);
+            put(change->first, change->second);
         }
     }
     EnvironmentChange(const EnvironmentChange &) = delete;
     EnvironmentChange &operator=(const EnvironmentChange &) = delete;
 
+    /// A null @p value unsets the variable.
     void set(const char *name, const QByteArray &value)
     {
         before.emplace_back(name, qgetenv(name));
-        qputenv(name, value);
+        put(name, value);
     }
 
 private:
+    static void put(const char *name, const QByteArray &value)
+    {
+        value.isNull() ? qunsetenv(name) : qputenv(name, value);
+    }
+
     std::vector<std::pair<const char *, QByteArray>> before;
 };
 
@@ -112,19 +117,20 @@ QString StitcherRun::start(const QString &stitcher, const QString &workDirectory
     {
         EnvironmentChange environment;
         const QByteArray searchPath = qgetenv("PATH");
-        if (!searchPath.isNull()) {
-            environment.set(RunnerProtocol::searchPathVariable, searchPath);
-        }
+        environment.set(RunnerProtocol::searchPathVariable, searchPath);
         environment.set("PATH", QFile::encodeName(directory) + ':' + searchPath);
         environment.set("TMPDIR", QFile::encodeName(workDirectory));
         environment.set(RunnerProtocol::stitcherVariable, QFile::encodeName(stitcher));
         environment.set(RunnerProtocol::statusVariable, QByteArray::number(ends[1]));
-        environment.set(RunnerProtocol::lockVariable, QByteArray::number(lock));
-        // The runner inherits both.
-        fcntl(ends[1], F_SETFD, 0);
-        fcntl(lock, F_SETFD, 0);
+        fcntl(ends[1], F_SETFD, 0); // The runner inherits it.
+        if (lock >= 0) {
+            environment.set(RunnerProtocol::lockVariable, QByteArray::number(lock));
+            fcntl(lock, F_SETFD, 0);
+        }
         begin();
-        fcntl(lock, F_SETFD, FD_CLOEXEC);
+        if (lock >= 0) {
+            fcntl(lock, F_SETFD, FD_CLOEXEC);
+        }
     }
     close(ends[1]);
 
@@ -168,6 +174,9 @@ void StitcherRun::readStatus()
         break;
     case RunnerStatus::LeftBehind:
         hasLeftover = true;
+        break;
+    case RunnerStatus::Stopped:
+        isStopped = true;
         break;
     default:
         break;
@@ -225,6 +234,11 @@ int StitcherRun::signalNumber() const
 bool StitcherRun::hasLeftProcesses() const
 {
     return hasLeftover;
+}
+
+bool StitcherRun::wasStopped() const
+{
+    return isStopped;
 }
 
 bool StitcherRun::isRunning() const

@@ -48,6 +48,8 @@ public:
     /// Whether processes were still running some time after the stitcher had ended by itself. They
     /// have been terminated.
     bool hasLeftProcesses() const;
+    /// Whether stop() or a signal to the runner has terminated the stitcher.
+    bool wasStopped() const;
     /// Whether the runner is still running.
     bool isRunning() const;
 
@@ -68,5 +70,6 @@ private:
     int stitcherExitStatus = -1;
     int stitcherSignal = 0;
     bool hasLeftover = false;
+    bool isStopped = false;
     int settleRounds = 0;
 };

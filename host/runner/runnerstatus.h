@@ -33,7 +33,8 @@ struct RunnerStatus {
         StartFailed, ///< The stitcher could not be started; the value is the error number.
         Exited,      ///< The stitcher has exited; the value is its status.
         Signaled,    ///< A signal has ended the stitcher; the value is its number.
-        LeftBehind   ///< The stitcher has ended, but left processes running; the value is 0.
+        LeftBehind,  ///< The stitcher has ended, but left processes running; the value is 0.
+        Stopped      ///< The host or a signal has asked the runner to end; the value is 0.
     };
 
     std::int32_t kind;

@@ -136,7 +136,9 @@ void Supervisor::waitForEnd()
         stopped = waitForEvent(remaining(lingerEnd));
         hasChildren = reap();
     }
-    if (hasChildren && !stopped) {
+    if (stopped) {
+        report(RunnerStatus::Stopped, 0);
+    } else if (hasChildren) {
         report(RunnerStatus::LeftBehind, 0);
     }
 }
