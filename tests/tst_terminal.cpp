@@ -163,7 +163,7 @@ private slots:
         QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
         const Run run = host.start("-q " + arguments);
         QCOMPARE(run.status, 1);
-        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs|uses .* itself"),
+        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs|writes .* itself"),
                  qPrintable(run.output + run.errors));
         QCOMPARE(readFile(input), QByteArray("precious"));
         QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));

@@ -4,7 +4,6 @@
 #include "host/core/imagejob.h"
 
 #include "host/core/files.h"
-#include "host/core/filestate.h"
 #include "host/core/findings.h"
 #include "host/core/imageguard.h"
 #include "host/core/pluginsession.h"
@@ -160,6 +159,10 @@ void ImageJob::noteChange(const QModelIndex &cell)
         return;
     }
     settle(changed);
+    if (isDataFile(changed)) {
+        const QString file = absolutePath(textOf(changed.value));
+        dataFileStates.insert(file, FileState::of(file));
+    }
     // Only for such a value does the plug-in do work whose errors are about that value.
     if (changed.value.canConvert<FilePath>() && changed.value.value<FilePath>().broadcastChanges) {
         addMessages(pendingErrors, changed);
@@ -369,16 +372,16 @@ QVector<Problem> ImageJob::problems() const
     QVector<Problem> result = inputProblems + failedChecks + findingsFor(all);
     const Ingredient output = outputIngredient(all);
     const QString image = textOf(output.value);
-    const bool replaced
-        = std::any_of(inputFiles.begin(), inputFiles.end(), [&image](const QString &each) {
-              return ImageGuard::isReserved(image, each);
-          });
+    const QStringList used = usedFiles();
+    const bool replaced = std::any_of(used.begin(), used.end(), [&image](const QString &each) {
+        return ImageGuard::isReserved(image, each);
+    });
     if (replaced || isInputFile(image)) {
         Problem problem;
         problem.kind = ProblemKind::Finding;
-        problem.text = replaced
-            ? tr("A build would replace a configuration or project that was loaded")
-            : tr("The image is one of the inputs: a configuration or project that was loaded");
+        problem.text
+            = tr("The build would replace one of the inputs: a configuration or project that was "
+                 "loaded, or the plug-in");
         problem.ingredient = output.name;
         problem.key = output.key;
         problem.file = image;
@@ -388,13 +391,25 @@ QVector<Problem> ImageJob::problems() const
     return result;
 }
 
-/// Whether @p file is a configuration or project that was loaded, whatever the paths are.
+/// Files that are no ingredients, but must not be overwritten either.
+QStringList ImageJob::usedFiles() const
+{
+    return inputFiles + QStringList(session->fileName());
+}
+
+/// Whether @p file is one of usedFiles(), whatever the paths are.
 bool ImageJob::isInputFile(const QString &file) const
 {
     const FileState state = FileState::of(file);
-    return std::any_of(inputFiles.begin(), inputFiles.end(), [&](const QString &each) {
+    const QStringList used = usedFiles();
+    return std::any_of(used.begin(), used.end(), [&state](const QString &each) {
         return FileState::of(each).isSameFileAs(state);
     });
+}
+
+FileStates ImageJob::loadedStates() const
+{
+    return dataFileStates;
 }
 
 bool ImageJob::isBlocked(bool withChecks) const

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "host/core/filestate.h"
 #include "host/core/ingredients.h"
 #include "host/core/problem.h"
 #include "host/core/projectfile.h"
@@ -78,6 +79,8 @@ public:
 
     /// Why @p file must not be written: it is one of the inputs. Empty when it is not.
     QString overwriteProblem(const QString &file) const;
+    /// The states of the data files when the plug-in had loaded and verified them.
+    FileStates loadedStates() const;
     /// The current values, for a project file.
     Project project() const;
     /// All ingredients with their current values.
@@ -96,6 +99,7 @@ private:
     void settle(const Ingredient &ingredient);
     void addMessages(const QStringList &messages, const Ingredient &ingredient);
     bool isInputFile(const QString &file) const;
+    QStringList usedFiles() const;
     Ingredient ingredientAt(const QModelIndex &cell) const;
 
     PluginSession *session;
@@ -103,6 +107,7 @@ private:
     QVector<FileCheck> lastChecks;
     QVector<Problem> failedChecks;
     QStringList inputFiles;
+    FileStates dataFileStates;
     /// Errors of the plug-in that have not been assigned to a value yet.
     QStringList pendingErrors;
     QVector<Problem> pendingConflicts;

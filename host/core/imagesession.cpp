@@ -448,6 +448,7 @@ void ImageSession::check()
     }
     QStringList files = inputFilesOf(ingredients());
     checkedStates = statesOf(files);
+    checkedStates.insert(job->loadedStates());
     {
         const QScopedValueRollback<bool> checking(isChecking, true);
         job->check();

@@ -62,7 +62,8 @@ QVector<RecordedFile> recordedFiles(const Project &manifest)
     QVector<RecordedFile> files;
     for (const ProjectEntry &entry : manifest.entries) {
         const bool isFile = entry.kind == ValueKind::File && !entry.value.isEmpty();
-        if (isFile && entry.value != manifest.build->imageFile) {
+        const bool isImage = entry.value == manifest.build->imageFile && entry.sha256.isEmpty();
+        if (isFile && !isImage) {
             files.append({entry.name, entry.key, entry.value, entry.size, entry.sha256});
         }
     }

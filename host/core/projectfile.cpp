@@ -42,6 +42,15 @@ QString tr(const char *text)
     return QCoreApplication::translate("ProjectFile", text);
 }
 
+/// The directory that paths in @p file are relative to, the same by whatever symlinks the file is
+/// reached.
+QString realDirectory(const QString &file)
+{
+    const QFileInfo info(file);
+    return info.exists() ? QFileInfo(info.canonicalFilePath()).path()
+                         : QFileInfo(info.absolutePath()).canonicalFilePath();
+}
+
 QString relativePath(const QString &path, const QDir &directory)
 {
     return path.isEmpty() ? path : directory.relativeFilePath(path);
@@ -191,7 +200,7 @@ QString readProject(const QString &file, Project *project)
             .arg(file, QString::number(content.left(error.offset).count('\n') + 1),
                  error.errorString());
     }
-    const QString problem = readDocument(document, QFileInfo(file).absoluteDir(), project);
+    const QString problem = readDocument(document, QDir(realDirectory(file)), project);
     return problem.isEmpty() ? QString() : file + QLatin1String(": ") + problem + QLatin1Char('.');
 }
 
@@ -211,14 +220,33 @@ QJsonObject projectToJson(const Project &project, const QString &directory)
     return object;
 }
 
-QString writeProject(const QString &file, const Project &project)
+QString projectFileProblem(const QString &file)
 {
     const QFileInfo info(file);
     if (info.exists() && !info.isFile()) {
         // Replacing it would remove a device that others use.
         return tr("%1 is not a regular file.").arg(file);
     }
-    const QByteArray content = QJsonDocument(projectToJson(project, info.absolutePath())).toJson();
+    if (info.isSymLink() && !info.exists()) {
+        return tr("%1 is a symlink to a file that does not exist.").arg(file);
+    }
+    const QFileInfo directory(realDirectory(file));
+    if (!directory.isDir()) {
+        return tr("%1 cannot be written: the directory does not exist.").arg(file);
+    }
+    // The file is written under another name in this directory, and then renamed.
+    return directory.isWritable()
+        ? QString()
+        : tr("%1 cannot be written: the directory is not writable.").arg(file);
+}
+
+QString writeProject(const QString &file, const Project &project)
+{
+    const QString problem = projectFileProblem(file);
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+    const QByteArray content = QJsonDocument(projectToJson(project, realDirectory(file))).toJson();
     QSaveFile target(file);
     if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size()
         || !target.flush() || !target.commit()) {

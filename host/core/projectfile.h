@@ -58,6 +58,9 @@ Q_DECLARE_METATYPE(Project)
 /// @return an empty text, or what is wrong with the file
 QString readProject(const QString &file, Project *project);
 
+/// Why writeProject() would fail for @p file; empty when nothing is known to be in the way.
+QString projectFileProblem(const QString &file);
+
 /// Writes @p file atomically, with paths relative to it.
 /// @return an empty text, or why it could not be written
 QString writeProject(const QString &file, const Project &project);

@@ -58,30 +58,25 @@ QString manifestProblem(const CommandContext &context, const QString &stitcher)
     if (file.isEmpty()) {
         return {};
     }
-    const QFileInfo info(file);
     const QString image = textOf(outputIngredient(context.job->ingredients()).value);
-    if (info.absoluteFilePath() == image
-        || FileState::of(file).isSameFileAs(FileState::of(image))) {
-        return QStringLiteral("The manifest and the image are the same file.");
-    }
     if (FileState::of(file).isSameFileAs(FileState::of(stitcher))) {
         return QStringLiteral("The manifest and the stitcher are the same file.");
     }
     if (ImageGuard::isReserved(image, file)) {
-        return QStringLiteral("A build of %1 uses %2 itself; choose another name for the manifest.")
+        return QStringLiteral(
+                   "A build of %1 writes %2 itself; choose another name for the manifest.")
             .arg(image, file);
     }
-    if (!QFileInfo(info.absolutePath()).isDir()) {
-        return QStringLiteral("The directory of the manifest %1 does not exist.").arg(file);
-    }
-    if (!QFileInfo(info.exists() ? file : info.absolutePath()).isWritable()) {
-        return QStringLiteral("The manifest %1 cannot be written.").arg(file);
-    }
-    return context.job->overwriteProblem(file);
+    const QString problem = projectFileProblem(file);
+    return problem.isEmpty() ? context.job->overwriteProblem(file) : problem;
 }
 
 int showPreview(CommandContext &context, const QString &stitcher)
 {
+    // A signal must not end the program before the temporary directories are removed.
+    InterruptWatch interrupts(context.report.queue());
+    QObject::connect(&interrupts, &InterruptWatch::interrupted, &interrupts,
+                     [&context](int signalNumber) { context.report.setEndSignal(signalNumber); });
     const CommandPreview preview = previewCommand(context.session, stitcher);
     if (!preview.problem.isEmpty()) {
         return fail(context, preview.problem);
@@ -173,21 +168,26 @@ bool hashForManifest(CommandContext &context, const QString &stitcher, QList<Fil
 {
     noteStates(context, {stitcher});
     const QStringList inputs = inputFilesOf(context.job->ingredients());
-    return hashFiles(context, inputs + QStringList(stitcher), hashes);
+    if (!hashFiles(context, inputs + QStringList(stitcher), hashes)) {
+        context.report.addFailure(QStringLiteral("The build was interrupted."));
+        return false;
+    }
+    for (const FileHash &hash : qAsConst(*hashes)) {
+        if (!hash.error.isEmpty()) {
+            context.report.addFailure(
+                QStringLiteral("No manifest can be written: %1: %2.").arg(hash.file, hash.error));
+            return false;
+        }
+    }
+    return true;
 }
 
 int writeManifest(CommandContext &context, const BuildResult &result, const QList<FileHash> &hashes)
 {
-    const FileHash &stitcher = hashes.last();
-    if (!stitcher.error.isEmpty()) {
-        return fail(
-            context,
-            QStringLiteral("No manifest is written: %1: %2.").arg(stitcher.file, stitcher.error));
-    }
     Project manifest = context.job->project();
     setInputHashes(&manifest, hashes);
     manifest.build = buildRecordOf(result, context.session->plugin()->getPluginVersion());
-    manifest.build->stitcherSha256 = stitcher.sha256;
+    manifest.build->stitcherSha256 = hashes.last().sha256;
     const QString file = absolutePath(context.commandLine.manifestFile);
     const QString problem = writeProject(file, manifest);
     if (!problem.isEmpty()) {
@@ -218,7 +218,7 @@ int buildImage(CommandContext &context)
     const bool hasManifest = !commandLine.manifestFile.isEmpty();
     QList<FileHash> hashes;
     if (hasManifest && !hashForManifest(context, stitcher.file, &hashes)) {
-        return fail(context, QStringLiteral("The build was interrupted."));
+        return Failed;
     }
     const BuildResult result = runStitcher(context, stitcher.file);
     const int status = showResult(context, result);

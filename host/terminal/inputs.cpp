@@ -181,9 +181,11 @@ bool applyInputs(CommandContext &context)
 
 void noteStates(CommandContext &context, const QStringList &files)
 {
+    const FileStates loaded = context.job->loadedStates();
     for (const QString &file : files) {
         if (!context.inputStates.contains(file)) {
-            context.inputStates.insert(file, FileState::of(file));
+            context.inputStates.insert(
+                file, loaded.contains(file) ? loaded.value(file) : FileState::of(file));
         }
     }
 }
