@@ -15,6 +15,8 @@
 
 #include <QAbstractItemModel>
 #include <QFileInfo>
+#include <QLocale>
+#include <QMap>
 #include <QScopedValueRollback>
 #include <QTimer>
 
@@ -109,6 +111,11 @@ ImageJob::ImageJob(PluginSession *pluginSession, QObject *parent)
     attach();
 }
 
+void ImageJob::setMaxProblems(int max)
+{
+    maxProblems = max;
+}
+
 /// Connected after the plug-in's own slots, so that the errors that a new value causes in the
 /// plug-in arrive before noteChange().
 void ImageJob::attach()
@@ -185,6 +192,7 @@ void ImageJob::settle(const Ingredient &ingredient)
 
 void ImageJob::addMessages(const QStringList &messages, const Ingredient &ingredient)
 {
+    QVector<Problem> problems;
     for (const QString &message : messages) {
         Problem problem;
         problem.kind = ProblemKind::Message;
@@ -192,7 +200,31 @@ void ImageJob::addMessages(const QStringList &messages, const Ingredient &ingred
         problem.ingredient = ingredient.name;
         problem.key = ingredient.key;
         problem.file = textOf(ingredient.value);
-        inputProblems.append(problem);
+        problems.append(problem);
+    }
+    addProblems(problems);
+}
+
+/// Adds the problems that one input has caused.
+void ImageJob::addProblems(const QVector<Problem> &problems)
+{
+    QMap<QPair<QString, QString>, int> counts;
+    for (const Problem &problem : problems) {
+        const bool concernsNone = problem.ingredient.isEmpty();
+        if (concernsNone || ++counts[{problem.ingredient, problem.key}] <= maxProblems) {
+            inputProblems.append(problem);
+        }
+    }
+    for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
+        if (*count > maxProblems) {
+            Problem rest;
+            rest.kind = ProblemKind::Message;
+            rest.text
+                = tr("… and %1 more; see the log").arg(QLocale().toString(*count - maxProblems));
+            rest.ingredient = count.key().first;
+            rest.key = count.key().second;
+            inputProblems.append(rest);
+        }
     }
 }
 
@@ -219,13 +251,13 @@ bool ImageJob::apply(const QString &refusal, const std::function<bool()> &operat
         isTaken = operation();
     }
     const QVector<Ingredient> all = ingredients();
-    for (Problem conflict : qAsConst(pendingConflicts)) {
+    for (Problem &conflict : pendingConflicts) {
         const auto owner = std::find_if(all.begin(), all.end(), [&](const Ingredient &each) {
             return each.key == conflict.key;
         });
         setOwner(&conflict, owner == all.end() ? Ingredient() : *owner);
-        inputProblems.append(conflict);
     }
+    addProblems(pendingConflicts);
     pendingConflicts.clear();
     addMessages(pendingErrors, {});
     pendingErrors.clear();

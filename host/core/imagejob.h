@@ -13,6 +13,7 @@
 #include <QVector>
 
 #include <functional>
+#include <limits>
 
 class PluginSession;
 
@@ -39,6 +40,10 @@ public:
     /// Works on the values of @p pluginSession, which must have loaded its plug-in and outlive this
     /// object.
     explicit ImageJob(PluginSession *pluginSession, QObject *parent = nullptr);
+
+    /// Limits the problems that one input adds to an ingredient: after the first @p max follows one
+    /// that says how many more there were. Without a limit, all are kept.
+    void setMaxProblems(int max);
 
     /// @name Inputs
     /// @{
@@ -98,11 +103,13 @@ private:
     void noteChange(const QModelIndex &cell);
     void settle(const Ingredient &ingredient);
     void addMessages(const QStringList &messages, const Ingredient &ingredient);
+    void addProblems(const QVector<Problem> &problems);
     bool isInputFile(const QString &file) const;
     QStringList usedFiles() const;
     Ingredient ingredientAt(const QModelIndex &cell) const;
 
     PluginSession *session;
+    int maxProblems = std::numeric_limits<int>::max();
     QVector<Problem> inputProblems;
     QVector<FileCheck> lastChecks;
     QVector<Problem> failedChecks;

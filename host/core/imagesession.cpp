@@ -15,13 +15,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSet>
 #include <QStandardPaths>
 
 #include <algorithm>
 
 namespace {
 
-/// The log has the rest.
 const int maxProblemsPerIngredient = 50;
 
 /// What the plug-in reports when a signal ended the stitcher.
@@ -32,25 +32,20 @@ QString idOf(const QString &name, const QString &key)
     return name + QLatin1Char('\n') + key;
 }
 
-/// The problems to show: for a missing file only that it is missing, not its size too, and of each
-/// ingredient at most maxProblemsPerIngredient.
+/// The problems to show: for a missing file only that it is missing, not its size too.
 QVector<Problem> condensed(const QVector<Problem> &problems)
 {
-    QHash<QString, int> counts;
-    QHash<QString, int> failedChecks;
+    QSet<QString> failedChecks;
     QVector<Problem> shown;
     for (const Problem &problem : problems) {
-        const QString id = idOf(problem.ingredient, problem.key);
-        const bool repeated = problem.kind == ProblemKind::Check && problem.actual.isEmpty()
-            && failedChecks[id]++ > 0;
-        const int count = repeated ? 0 : ++counts[id];
-        if (!repeated && count <= maxProblemsPerIngredient) {
-            shown.append(problem);
-        } else if (count == maxProblemsPerIngredient + 1) {
-            Problem rest = problem;
-            rest.text = ImageSession::tr("There are more errors; the log shows them");
-            shown.append(rest);
+        if (problem.kind == ProblemKind::Check && problem.actual.isEmpty()) {
+            const QString id = idOf(problem.ingredient, problem.key);
+            if (failedChecks.contains(id)) {
+                continue;
+            }
+            failedChecks.insert(id);
         }
+        shown.append(problem);
     }
     return shown;
 }
@@ -96,6 +91,7 @@ bool ImageSession::loadPlugin(const QStringList &candidates)
     dropPlugin(QString());
     session = std::move(loaded);
     job = std::make_unique<ImageJob>(session.get());
+    job->setMaxProblems(maxProblemsPerIngredient);
     connect(job.get(), &ImageJob::problemsChanged, this, [this] {
         if (!isChecking) {
             checkTimer.start();
@@ -472,7 +468,7 @@ void ImageSession::reportRefusals()
     }
     if (!texts.isEmpty()) {
         job->forgetInputProblems();
-        emit noticed(texts.mid(0, maxProblemsPerIngredient).join(QLatin1Char('\n')));
+        emit noticed(texts.join(QLatin1Char('\n')));
     }
 }
 

@@ -79,7 +79,8 @@ public:
     Project values() const;
     /// All ingredients in tree order; empty without a plug-in.
     QVector<Ingredient> ingredients() const;
-    /// All problems as of the last check; for an ingredient with very many errors, only the first.
+    /// All problems as of the last check; for an ingredient with very many, the first ones
+    /// and how many more there are.
     QVector<Problem> problems() const;
     /// The files to choose from when several were found for an ingredient; else empty.
     QStringList candidates(const QString &name, const QString &key) const;
