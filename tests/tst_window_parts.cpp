@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "files.h"
 #include "host/core/pluginsession.h"
 #include "host/window/arguments.h"
 #include "host/window/dataviewpane.h"
@@ -14,6 +13,7 @@
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
+#include "processes.h"
 #include "row.h"
 #include "spokentext.h"
 
@@ -437,6 +437,35 @@ private slots:
         QFETCH(QString, printed);
         const QString output = process.readAll();
         QVERIFY2(output.contains(printed), qPrintable(output));
+    }
+
+    void terminatedDuringABuild()
+    {
+        const QString image = writeFile(folder.filePath("image.bin"), "old");
+        writeStitcher(folder.path(), "printf half > \"$3\"; sleep 1000 & sleep 1000");
+        QByteArray project = R"({"schemaVersion": 1, "target": "Second", "ingredients": [
+            {"name": "Kernel", "key": "KERNEL", "file": "/etc/passwd"},
+            {"name": "Image", "key": "IMAGE", "file": "IMAGE_FILE"}]})";
+        project.replace("IMAGE_FILE", QFile::encodeName(image));
+        const QByteArray mark = QFile::encodeName(folder.path());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PATH", mark + ':' + qgetenv("PATH"));
+        environment.insert("XDG_CONFIG_HOME", folder.path());
+        environment.insert("SECOND_TARGET_BUILDS", "1");
+        environment.insert(processMark, mark);
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(
+            WINDOW_PROGRAM,
+            {"--plugin", SECOND_TARGET, writeFile(folder.filePath("p.loomwright"), project)});
+        QTRY_COMPARE_WITH_TIMEOUT(readFile(image), QByteArray("half"), 20000);
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGTERM);
+        QCOMPARE(processesOf(mark), QStringList());
+        QCOMPARE(readFile(image), QByteArray("old"));
+        QVERIFY(readFile(folder.filePath("Loomwright/loomwright-gui.conf")).contains("[layout]"));
     }
 
     void openFolder()

@@ -134,11 +134,13 @@ int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *
 
     MainWindow window;
     SignalWatch signalWatch;
-    QObject::connect(&signalWatch, &SignalWatch::received, &application, [endSignal](int number) {
-        *endSignal = number;
-        // Does not ask, since there may be no user to answer.
-        QCoreApplication::quit();
-    });
+    QObject::connect(&signalWatch, &SignalWatch::received, &window,
+                     [&window, endSignal](int number) {
+                         *endSignal = number;
+                         // Does not ask, since there may be no user to answer.
+                         window.saveLayout();
+                         QCoreApplication::quit();
+                     });
     window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));
     if (commandLine.files.isEmpty()) {
         window.restoreLastProject();

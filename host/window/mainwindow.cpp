@@ -332,6 +332,11 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    docks->saveLayout();
+    saveLayout();
     event->accept();
+}
+
+void MainWindow::saveLayout() const
+{
+    docks->saveLayout();
 }

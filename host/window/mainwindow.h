@@ -35,6 +35,8 @@ public:
     void restoreLastProject();
     /// Asks if there are problems, and runs the stitcher.
     void build();
+    /// Stores size, position, docks and toolbars for the next session.
+    void saveLayout() const;
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
