@@ -21,7 +21,7 @@ private slots:
         QVERIFY(window->windowTitle().startsWith("d1.loomwright"));
         setValue("Host FW", "/x");
         QTRY_VERIFY(window->isWindowModified());
-        QApplication::setActiveWindow(window.data());
+        activateWindow();
         // Saved again without a question.
         QTest::keyClick(window.data(), Qt::Key_S, Qt::ControlModifier);
         QTRY_VERIFY(!window->isWindowModified());
@@ -96,8 +96,7 @@ private slots:
     {
         drop(window.data(), {sample()});
         chooseNextFile(writeFile(folder->filePath("wrong.so"), "x"));
-        QTimer::singleShot(300, this,
-                           [] { withNextDialog([](QDialog *dialog) { dialog->reject(); }); });
+        withNextDialog([](QDialog *dialog) { dialog->reject(); });
         action("Choose plug-in")->trigger();
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
         QVERIFY(window->findChild<QLabel *>("target")->isVisible());

@@ -29,15 +29,17 @@ inline void drop(QWidget *target, const QStringList &files, const QPoint &positi
     QApplication::sendEvent(target, &event);
 }
 
-/// Runs @p action with the next modal dialog, as soon as there is one.
+/// Runs @p action with the next modal dialog, as soon as there is one. Several wait their turn.
 inline void withNextDialog(const std::function<void(QDialog *)> &action)
 {
     auto timer = new QTimer(qApp);
     timer->setObjectName("dialogTimer");
     QObject::connect(timer, &QTimer::timeout, qApp, [timer, action] {
-        if (auto dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+        auto dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (dialog && timer == qApp->findChild<QTimer *>("dialogTimer")) {
             // Stopped: the dialog's event loop does not delete it, and another dialog may follow.
             timer->stop();
+            timer->setObjectName({});
             timer->deleteLater();
             action(dialog);
         }
@@ -206,13 +208,20 @@ protected slots:
     }
 
 public:
+    /// Shortcuts need an active window. A display without a window manager activates none by itself.
+    void activateWindow()
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.data()));
+        QTRY_COMPARE(QApplication::activeWindow(), window.data());
+    }
     void newWindow()
     {
         window.reset(new MainWindow);
         QVERIFY(window->loadPlugin({PLUGIN_LIBRARY}));
         window->show();
-        QApplication::setActiveWindow(window.data());
         QVERIFY(QTest::qWaitForWindowExposed(window.data()));
+        activateWindow();
         tree = window->findChild<QTreeView *>("ingredientTree");
     }
 };
