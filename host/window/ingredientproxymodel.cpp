@@ -122,9 +122,9 @@ QVariant IngredientProxyModel::headerData(int section, Qt::Orientation orientati
     if (role == Qt::DisplayRole) {
         return extra == SizeColumn ? tr("Size") : tr("Modified");
     }
-    return role == Qt::TextAlignmentRole && extra == SizeColumn
-        ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
-        : QVariant();
+    // Aligned to the right like the sizes, it would touch the title of the next column.
+    return role == Qt::TextAlignmentRole && extra == SizeColumn ? QVariant(int(Qt::AlignCenter))
+                                                                : QVariant();
 }
 
 IngredientProxyModel::RowKey IngredientProxyModel::rowKey(const QModelIndex &index) const

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The width from which the file column is shown.
-const int minCharactersForFile = 120;
+/// The width from which the file column is shown; below it, the problem needs the space.
+const int minCharactersForFile = 200;
 
 } // namespace
 
@@ -28,6 +28,7 @@ ProblemPane::ProblemPane(QWidget *parent)
     // The text and file columns share the remaining width.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
+    header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);
     header()->setSectionResizeMode(ProblemModel::FileColumn, QHeaderView::Stretch);
