@@ -51,9 +51,9 @@ private slots:
 
     void aNewValueSettles_data()
     {
-        QTest::addColumn<QString>("ingredient");
-        row("two candidates", QString("Host FW"));
-        row("failed check", QString("Presigned Secure Annex"));
+        columns<QString>("ingredient");
+        row("two candidates", "Host FW");
+        row("failed check", "Presigned Secure Annex");
     }
     void aNewValueSettles()
     {
@@ -74,14 +74,13 @@ private slots:
 
     void refusedInputs_data()
     {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("text");
-        row("no directory", QString("d:nothing"), QString("no such directory"));
-        row("a file as directory", QString("d:file"), QString("it is not a directory"));
-        row("symlinks", QString("d:links"), QString("its symlinks (1) are skipped"));
-        row("an empty directory", QString("d:empty"), QString("was refused"));
-        row("a file that fits nothing", QString("f:file"), QString("was refused"));
-        row("no configuration", QString("c:nothing"), QString("was refused"));
+        columns<QString, QString>("input", "text");
+        row("no directory", "d:nothing", "no such directory");
+        row("a file as directory", "d:file", "it is not a directory");
+        row("symlinks", "d:links", "its symlinks (1) are skipped");
+        row("an empty directory", "d:empty", "was refused");
+        row("a file that fits nothing", "f:file", "was refused");
+        row("no configuration", "c:nothing", "was refused");
     }
     void refusedInputs()
     {
@@ -108,24 +107,18 @@ private slots:
 
     void findings_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("actual");
-        QTest::addColumn<bool>("mustBeFixed");
-        row("directory", QString("."), QString("not a regular file"), QString("a directory"),
-            false);
-        row("device", QString("/dev/zero"), QString("not a regular file"), QString("a device"),
-            false);
-        row("FIFO", QString("fifo"), QString("not a regular file"), QString("a FIFO"), false);
-        row("empty", QString("empty"), QString("is empty"), QString("0 bytes"), false);
-        row("unreadable", QString("secret"), QString("cannot be read"), QString(), false);
-        row("line feed", QString("a\nb"), QString("control character"), QString(), true);
-        row("the output", QString("i.bin"), QString("same file as the input"), QString(), true);
-        row("hard link", QString("hard.bin"), QString("same file as the input"), QString(), true);
-        row("symlink", QString("soft.bin"), QString("same file as the input"), QString(), true);
-        row("backup of the image", QString("i.bin.loomwright-backup"),
-            QString("would replace this file"), QString(), true);
-        row("good", QString("file"), QString(), QString(), false);
+        columns<QString, QString, QString, bool>("name", "text", "actual", "mustBeFixed");
+        row("directory", ".", "not a regular file", "a directory", false);
+        row("device", "/dev/zero", "not a regular file", "a device", false);
+        row("FIFO", "fifo", "not a regular file", "a FIFO", false);
+        row("empty", "empty", "is empty", "0 bytes", false);
+        row("unreadable", "secret", "cannot be read", "", false);
+        row("line feed", "a\nb", "control character", "", true);
+        row("the output", "i.bin", "same file as the input", "", true);
+        row("hard link", "hard.bin", "same file as the input", "", true);
+        row("symlink", "soft.bin", "same file as the input", "", true);
+        row("backup of the image", "i.bin.loomwright-backup", "would replace this file", "", true);
+        row("good", "file", "", "", false);
     }
     void findings()
     {

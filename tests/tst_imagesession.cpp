@@ -48,12 +48,12 @@ private slots:
     /// What the plug-in keeps of one data file must not be in the verdict on the next one.
     void dataFilesAreJudgedAlone_data()
     {
-        QTest::addColumn<QString>("way");
-        row("opened as a file", QString("file"));
-        row("set as a value", QString("value"));
-        row("changed on disk", QString("disk"));
-        row("undone", QString("undo"));
-        row("opened with a project", QString("project"));
+        columns<QString>("way");
+        row("opened as a file", "file");
+        row("set as a value", "value");
+        row("changed on disk", "disk");
+        row("undone", "undo");
+        row("opened with a project", "project");
     }
     void dataFilesAreJudgedAlone()
     {
@@ -109,9 +109,9 @@ private slots:
 
     void filesOnDiskAreWatched_data()
     {
-        QTest::addColumn<QString>("change");
-        row("replaced", QString("replace"));
-        row("removed", QString("remove"));
+        columns<QString>("change");
+        row("replaced", "replace");
+        row("removed", "remove");
     }
     void filesOnDiskAreWatched()
     {
@@ -134,10 +134,10 @@ private slots:
 
     void theImageIsToldFromTheValues_data()
     {
-        QTest::addColumn<QString>("change");
-        row("a value", QString("value"));
-        row("an input on disk", QString("input"));
-        row("the image on disk", QString("image"));
+        columns<QString>("change");
+        row("a value", "value");
+        row("an input on disk", "input");
+        row("the image on disk", "image");
     }
     void theImageIsToldFromTheValues()
     {

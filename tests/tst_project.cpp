@@ -39,8 +39,7 @@ private slots:
 
     void unusable_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("problem");
+        columns<QByteArray, QString>("content", "problem");
         row("no JSON", QByteArray("{\n\"a\": }"), "p.json: line 2: not valid JSON");
         row("a list", QByteArray("[]"), "it is not a JSON object");
         row("no version", QByteArray("{}"), "\"schemaVersion\" is missing");
@@ -111,9 +110,7 @@ private slots:
 
     void differences_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("difference");
+        columns<QString, QByteArray, QString>("file", "content", "difference");
         row("size", "work/drop/presigned/Controller_Signed.bin", QByteArray("x"),
             "Presigned Controller FW: The size differs");
         row("content", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(31120, 'x'),
@@ -167,7 +164,7 @@ private slots:
 
     void schemas_data()
     {
-        QTest::addColumn<QString>("arguments");
+        columns<QString>("arguments");
         row("info", "info");
         row("targets", "targets");
         row("ingredients", "ingredients");

@@ -73,14 +73,11 @@ private slots:
 
     void stop_data()
     {
-        QTest::addColumn<QByteArray>("stitcher");
-        QTest::addColumn<QString>("state");
-        QTest::addColumn<bool>("hasImage");
+        columns<QByteArray, QString, bool>("stitcher", "state", "hasImage");
         const QByteArray write = "while read -r key equals value; do "
                                  "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
-        row("the stitcher", QByteArray("exec sleep 1000"), QString("is running"), false);
-        row("the hashing", write + "truncate -s 64G \"$image\"", QString("Hashing the image"),
-            true);
+        row("the stitcher", QByteArray("exec sleep 1000"), "is running", false);
+        row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing the image", true);
     }
     void stop()
     {

@@ -56,11 +56,10 @@ private slots:
     /// Messages become lines; whatever else ends a line in a document is no line too many.
     void logLines_data()
     {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QString>("shown");
-        row("line ends", QString("a\r\nb\rc\n\ne\n"), QString("a\nb\nc\n\ne"));
-        row("paragraph separator", QString("a%1b").arg(QChar(0x2029)), QString("a\nb"));
-        row("HTML", QString("<h1>a</h1>&amp;"), QString("<h1>a</h1>&amp;"));
+        columns<QString, QString>("message", "shown");
+        row("line ends", "a\r\nb\rc\n\ne\n", "a\nb\nc\n\ne");
+        row("paragraph separator", QString("a%1b").arg(QChar(0x2029)), "a\nb");
+        row("HTML", "<h1>a</h1>&amp;", "<h1>a</h1>&amp;");
         row("long", QString(5000, 'x'), QString(4081, 'x') + '\n' + QString(919, 'x'));
     }
     void logLines()
@@ -77,17 +76,13 @@ private slots:
 
     void logSearch_data()
     {
-        QTest::addColumn<QString>("wanted");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<int>("block");
-        QTest::addColumn<QString>("state");
-        row("as typed", QString("ALPHA"), QString(), 0, QString());
-        row("next", QString("alpha"), QString("n"), 2, QString());
-        row("around the end", QString("alpha"), QString("nn"), 0,
-            QString("Continued from the start"));
-        row("backward", QString("alpha"), QString("p"), 2, QString("Continued from the end"));
-        row("nothing", QString("delta"), QString("n"), 0, QString("Not found"));
-        row("cleared", QString(), QString("np"), 0, QString());
+        columns<QString, QString, int, QString>("wanted", "keys", "block", "state");
+        row("as typed", "ALPHA", "", 0, "");
+        row("next", "alpha", "n", 2, "");
+        row("around the end", "alpha", "nn", 0, "Continued from the start");
+        row("backward", "alpha", "p", 2, "Continued from the end");
+        row("nothing", "delta", "n", 0, "Not found");
+        row("cleared", "", "np", 0, "");
     }
     void logSearch()
     {
@@ -179,7 +174,7 @@ private slots:
 
     void logIsBounded_data()
     {
-        QTest::addColumn<bool>("errorsOnly");
+        columns<bool>("errorsOnly");
         row("all", false);
         row("errors only", true);
     }
@@ -299,17 +294,14 @@ private slots:
 
     void settings_data()
     {
-        QTest::addColumn<QString>("plugin");
-        QTest::addColumn<QString>("stitcher");
-        QTest::addColumn<QString>("problem");
+        columns<QString, QString, QString>("plugin", "stitcher", "problem");
         const QString plain = writeFile(folder.filePath("<b>plain"), "x");
-        row("nothing chosen", QString(), QString(), QString());
-        row("both valid", QString(PLUGIN_LIBRARY), QString(EXAMPLES_FOLDER "/tamblin-stitcher"),
-            QString());
-        row("no file", QString("/nope.so"), QString(), QString("There is no such file."));
-        row("folder", folder.path(), QString(), QString("This is a folder, not a file."));
-        row("no library", plain, QString(), QString("not a plug-in"));
-        row("not executable", QString(), plain, QString("<b>plain"));
+        row("nothing chosen", "", "", "");
+        row("both valid", PLUGIN_LIBRARY, EXAMPLES_FOLDER "/tamblin-stitcher", "");
+        row("no file", "/nope.so", "", "There is no such file.");
+        row("folder", folder.path(), "", "This is a folder, not a file.");
+        row("no library", plain, "", "not a plug-in");
+        row("not executable", "", plain, "<b>plain");
     }
     void settings()
     {
@@ -391,8 +383,7 @@ private slots:
 
     void arguments_data()
     {
-        QTest::addColumn<QStringList>("given");
-        QTest::addColumn<QStringList>("own");
+        columns<QStringList, QStringList>("given", "own");
         row("two words", QStringList({"--plugin", "a"}), QStringList({"--plugin", "a"}));
         row("one word", QStringList("--plugin=a"), QStringList("--plugin=a"));
         row("Qt's", QStringList({"-platform", "xcb", "f", "-style=x", "-reverse"}),
@@ -413,14 +404,12 @@ private slots:
 
     void program_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("printed");
-        row("help", QStringList("--help"), 0, QString("--plugin <FILE>"));
-        row("version", QStringList("--version"), 0, QString("loomwright-gui "));
-        row("unknown option", QStringList("--nope"), 2, QString("'nope'"));
-        row("no file", QStringList("--plugin="), 2, QString("--plugin needs"));
-        row("no value", QStringList("--plugin"), 2, QString("'--plugin'"));
+        columns<QStringList, int, QString>("arguments", "status", "printed");
+        row("help", QStringList("--help"), 0, "--plugin <FILE>");
+        row("version", QStringList("--version"), 0, "loomwright-gui ");
+        row("unknown option", QStringList("--nope"), 2, "'nope'");
+        row("no file", QStringList("--plugin="), 2, "--plugin needs");
+        row("no value", QStringList("--plugin"), 2, "'--plugin'");
     }
     void program()
     {

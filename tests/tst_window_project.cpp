@@ -38,12 +38,10 @@ private slots:
 
     void unsavedChanges_data()
     {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<bool>("closed");
-        QTest::addColumn<QByteArray>("saved");
-        row("cancelled", QString("Cancel"), false, QByteArray("/a\""));
-        row("discarded", QString("Discard"), true, QByteArray("/a\""));
-        row("saved", QString("Save"), true, QByteArray("/b\""));
+        columns<QString, bool, QByteArray>("answer", "closed", "saved");
+        row("cancelled", "Cancel", false, QByteArray("/a\""));
+        row("discarded", "Discard", true, QByteArray("/a\""));
+        row("saved", "Save", true, QByteArray("/b\""));
     }
     void unsavedChanges()
     {

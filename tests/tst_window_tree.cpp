@@ -43,16 +43,14 @@ private slots:
 
     void edit_data()
     {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<bool>("taken");
-        row("Enter", 1, QString("Enter"), true);
-        row("from the name", 0, QString("Enter"), true);
-        row("Escape", 1, QString("Escape"), false);
-        row("another cell", 1, QString("cell"), true);
-        row("Build", 0, QString("Ctrl+B"), true);
-        row("Save", 1, QString("Ctrl+S"), true);
-        row("Undo in the editor", 1, QString("Ctrl+Z"), false);
+        columns<int, QString, bool>("column", "end", "taken");
+        row("Enter", 1, "Enter", true);
+        row("from the name", 0, "Enter", true);
+        row("Escape", 1, "Escape", false);
+        row("another cell", 1, "cell", true);
+        row("Build", 0, "Ctrl+B", true);
+        row("Save", 1, "Ctrl+S", true);
+        row("Undo in the editor", 1, "Ctrl+Z", false);
     }
     void edit()
     {
@@ -137,12 +135,11 @@ private slots:
 
     void dropOnARow_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("value");
-        row("a file", QString("any name"), QString("any name"));
-        row("two files", QString("HostFW_a.bin|HostFWSupp_a.bin"), QString("HostFW_a.bin"));
-        row("a configuration", QString("c.txt"), QString("/from/config"));
-        row("a project", QString("p.loomwright"), QString("/from/project"));
+        columns<QString, QString>("file", "value");
+        row("a file", "any name", "any name");
+        row("two files", "HostFW_a.bin|HostFWSupp_a.bin", "HostFW_a.bin");
+        row("a configuration", "c.txt", "/from/config");
+        row("a project", "p.loomwright", "/from/project");
     }
     void dropOnARow()
     {
