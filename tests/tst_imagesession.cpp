@@ -33,18 +33,6 @@ private slots:
         set("Output file name", folder->filePath("i.bin"));
     }
 
-    void aPluginStaysUntilAnotherIsLoaded()
-    {
-        session->open({samples.filePath("good")});
-        const ILoomwrightPlugin *plugin = session->plugin();
-        const QString wrong = writeFile(folder->filePath("wrong.so"), "no library");
-        QVERIFY(!session->loadPlugin({wrong}));
-        QVERIFY(session->pluginProblem().contains("not a shared library"));
-        QVERIFY(session->loadPlugin({PLUGIN_LIBRARY}));
-        QCOMPARE(session->plugin(), plugin);
-        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
-    }
-
     /// What the plug-in keeps of one data file must not be in the verdict on the next one.
     void dataFilesAreJudgedAlone_data()
     {
@@ -96,15 +84,6 @@ private slots:
         QVERIFY(value("Legacy XML Data File").contains("/broken/"));
         QCOMPARE(problemsOf("Legacy XML Data File").count(), 3);
         QCOMPARE(problemsOf("Host FW").count(), 1);
-    }
-
-    void everyChangeIsChecked()
-    {
-        session->open({samples.filePath("good")});
-        QTRY_VERIFY(session->problems().isEmpty());
-        set("Probe Set", QString());
-        // One problem, although the size cannot be checked either.
-        QTRY_COMPARE(session->problems().count(), 1);
     }
 
     void filesOnDiskAreWatched_data()
@@ -178,21 +157,6 @@ private slots:
         QVERIFY(!session->openProject(folder->filePath("p.json")));
         QVERIFY(!session->loadPlugin({PLUGIN_LIBRARY}));
         QVERIFY(session->values().hasSameValuesAs(before));
-    }
-
-    void aRefusedProjectChangesNothing()
-    {
-        session->open({samples.filePath("good")});
-        const Project before = session->values();
-        QSignalSpy noticed(session.data(), &ImageSession::noticed);
-        session->open({writeFile(folder->filePath("p.json"),
-                                 R"({"schemaVersion": 1, "target": "T", "ingredients": []})")});
-        QCOMPARE(noticed.count(), 1);
-        QVERIFY(noticed.first().first().toString().contains("is for the target"));
-        QVERIFY(session->values().hasSameValuesAs(before));
-        QVERIFY(session->projectFile().isEmpty());
-        session->check();
-        QVERIFY(session->problems().isEmpty());
     }
 
     void whatIsWritten()

@@ -11,18 +11,6 @@ class TestWindow : public WindowTest
     Q_OBJECT
 
 private slots:
-    void dataViews()
-    {
-        auto tabs = window->findChild<QTabWidget *>("dataViews");
-        QVERIFY(!tabs->isVisible());
-        window->open({sample() + "/platform/veldmark-d1.xml"});
-        QCOMPARE(tabs->count(), 1);
-        auto dock = window->findChild<QDockWidget *>("dataViewDock");
-        QTRY_VERIFY(!dock->isHidden());
-        dock->raise();
-        QTRY_VERIFY(tabs->isVisible());
-    }
-
     void everyControlHasAName()
     {
         drop(window.data(), {sample()});

@@ -107,8 +107,7 @@ private slots:
         const QString *said = answerNextBox("Cancel");
         QVERIFY(!window->close());
         QVERIFY(said->contains("still running"));
-        action("Stop")->trigger();
-        QTRY_VERIFY_WITH_TIMEOUT(action("Build")->isEnabled(), 20000);
+        answerNextBox("Close");
         QVERIFY(window->close());
     }
 

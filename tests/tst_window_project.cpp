@@ -78,10 +78,13 @@ private slots:
 
     void verdictsAreThoseOfTheCurrentFile()
     {
+        auto dock = window->findChild<QDockWidget *>("dataViewDock");
+        QVERIFY(dock->isHidden());
         drop(window.data(), {broken()});
         QTRY_VERIFY(problemRow("Legacy XML Data File") >= 0);
         auto views = window->findChild<QTabWidget *>("dataViews");
         QCOMPARE(views->count(), 1);
+        QTRY_VERIFY(!dock->isHidden());
         drop(window.data(), {sample()});
         QTRY_COMPARE(problemList()->model()->rowCount(), 0);
         QCOMPARE(views->count(), 1);
@@ -94,8 +97,10 @@ private slots:
     {
         drop(window.data(), {sample()});
         chooseNextFile(writeFile(folder->filePath("wrong.so"), "x"));
-        withNextDialog([](QDialog *dialog) { dialog->reject(); });
+        const QString *said = answerNextBox("OK");
         action("Choose plug-in")->trigger();
+        QVERIFY2(said->contains("not a shared library"), qPrintable(*said));
+        QVERIFY(window->loadPlugin({PLUGIN_LIBRARY})); // It is in use.
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
         QVERIFY(window->findChild<QLabel *>("target")->isVisible());
     }
