@@ -9,6 +9,7 @@
 
 #include <QtTest>
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -110,7 +111,6 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, text);
-        QFETCH(bool, mustBeFixed);
         QDir::setCurrent(folder->path());
         writeFile("i.bin", "image");
         QCOMPARE(link("i.bin", "hard.bin"), 0);
@@ -123,15 +123,11 @@ private slots:
         QVERIFY(QFile::setPermissions("secret", {}));
         QVERIFY(job->setValue("Presigned Codec FW", name));
 
-        // The superuser may read everything.
-        const uid_t user = geteuid();
-        if (user == 0 && name == "secret") {
-            QFile::setPermissions(folder->path(), QFile::Permissions(0x7777));
-            QCOMPARE(seteuid(65534), 0);
-        }
+        QFile::setPermissions(folder->path(), QFile::Permissions(0x7777));
+        const int user = setfsuid(65534); // Root may read any file.
         const QVector<Problem> problems = job->problems();
         const bool blocked = job->isBlocked(true);
-        QCOMPARE(seteuid(user), 0);
+        setfsuid(uid_t(user));
         QCOMPARE(problems.count(), text.isEmpty() ? 0 : 1);
         if (!text.isEmpty()) {
             const Problem &problem = problems.first();
@@ -139,7 +135,7 @@ private slots:
             QVERIFY2(problem.text.contains(text), qPrintable(problem.text));
             QTEST(problem.actual, "actual");
         }
-        QCOMPARE(job->isBlocked(false), mustBeFixed);
+        QTEST(job->isBlocked(false), "mustBeFixed");
         QCOMPARE(blocked, !text.isEmpty());
     }
 
