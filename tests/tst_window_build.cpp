@@ -27,6 +27,11 @@ private slots:
             QVERIFY2(!action(name)->isEnabled(), name);
         }
         QVERIFY(action("Stop")->isEnabled());
+        window->open({broken()});
+        setValue("Host FW", "/x");
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+        answerNextBox("OK");
+        QVERIFY(!window->loadPlugin({PLUGIN_LIBRARY}));
         QTRY_VERIFY_WITH_TIMEOUT(action("Build")->isEnabled(), 20000);
         QVERIFY2(text("buildState").contains("304,528 bytes"), qPrintable(text("buildState")));
         QVERIFY(window->findChild<QWidget *>("openImageFolder")->isVisible());

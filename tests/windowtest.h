@@ -159,12 +159,10 @@ public:
     int problemRow(const QString &ingredient) const
     {
         const QAbstractItemModel &problems = *problemList()->model();
-        for (int row = 0; row < problems.rowCount(); ++row) {
-            if (problems.index(row, 0).data().toString() == ingredient) {
-                return row;
-            }
-        }
-        return -1;
+        return problems
+            .match(problems.index(0, 0), Qt::DisplayRole, ingredient, 1, Qt::MatchExactly)
+            .value(0)
+            .row();
     }
     void useStitcher(const QByteArray &body)
     {
