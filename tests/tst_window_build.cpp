@@ -55,8 +55,7 @@ private slots:
         const QString *said = answerNextBox("Cancel");
         action("Build")->trigger();
         for (const char *problem :
-             {"Presigned Controller FW: File size is incorrect: 95,232 bytes required, found "
-              "95,000 bytes",
+             {"Controller FW: File size is incorrect: 95,232 bytes required, found 95,000 bytes",
               "Presigned Secure Annex: File path is empty", "Host FW: Multiple candidates found",
               "Legacy XML Data File: ERROR: Offset mismatch!", "<h1>drop/presigned"}) {
             QVERIFY2(said->contains(problem), qPrintable(*said));
