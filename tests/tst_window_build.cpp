@@ -121,7 +121,8 @@ private slots:
         QTRY_VERIFY(action("Build")->isEnabled());
         QVERIFY(!action("Write manifest")->isEnabled());
         action("Build")->trigger();
-        QTRY_VERIFY_WITH_TIMEOUT(action("Write manifest")->isEnabled(), 20000);
+        QTRY_VERIFY2_WITH_TIMEOUT(action("Write manifest")->isEnabled(),
+                                  qPrintable(text("buildState")), 20000);
         action("Write manifest")->trigger();
         QTRY_VERIFY(text("notice").contains("image.bin.manifest.json"));
         QVERIFY(readFile(folder->filePath("image.bin.manifest.json")).contains("sha256"));

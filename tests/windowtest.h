@@ -61,7 +61,7 @@ inline QString *answerNextBox(const QString &text)
         said = box->text() + '\n' + box->informativeText();
         for (QAbstractButton *button : box->buttons()) {
             if (button->text().remove('&') == text) {
-                QTest::mouseClick(button, Qt::LeftButton);
+                button->click(); // Under load, a click of the mouse was lost.
                 return;
             }
         }
