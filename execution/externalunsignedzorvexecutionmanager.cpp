@@ -3,6 +3,7 @@
 
 #include "execution/externalunsignedzorvexecutionmanager.h"
 
+#include "execution/processprobe.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "manager/standardlocations.h"
 #include "model/ingredientmodel.h"
@@ -114,6 +115,10 @@ void ExternalUnsignedZorvExecutionManager::startStitcher(const QString &legacyDa
     emit statusMessage(QLatin1String("Command Line: ")
                        + QDir(launchDirectory).absoluteFilePath(stitcherProgram) + QLatin1Char(' ')
                        + arguments.join(QLatin1String(" ")));
+    if (process.state() == QProcess::NotRunning && !canCreateProcess()) {
+        processCommandLineError(QProcess::FailedToStart);
+        return;
+    }
     process.start(stitcherProgram, arguments, QIODevice::ReadWrite);
 }
 

@@ -7,6 +7,25 @@
 #include "messagelog.h"
 #include "qtcompat.h"
 
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+bool isSignalToAll = false;
+
+} // namespace
+
+/// Replaces the system's function for Qt as well. Nothing may send a signal to all processes.
+extern "C" Q_DECL_EXPORT int kill(pid_t process, int number)
+{
+    isSignalToAll = isSignalToAll || process <= 0;
+    return process <= 0 ? -1 : int(syscall(SYS_kill, process, number));
+}
+
 class TestExecution : public QObject
 {
     Q_OBJECT
@@ -89,6 +108,33 @@ private slots:
             manager->beginExecution();
             QVERIFY(waitForOutput("E The process crashed"));
         }
+    }
+
+    void fewDescriptorsAreLeft()
+    {
+        writeStitcher(folder->path(), "exit 0");
+        rlimit before = {};
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+        rlimit few = before;
+        few.rlim_cur = 64;
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
+        QList<int> taken;
+        for (int file = 0; (file = open("/dev/null", O_RDONLY)) >= 0;) {
+            taken << file;
+        }
+        for (int left = 1; left < 20; ++left) {
+            close(taken.takeLast());
+            manager->beginExecution();
+            output += log->take();
+            manager.reset(new ExternalUnsignedZorvExecutionManager(ingredients.data()));
+            log.reset(new MessageLog(manager.data()));
+        }
+        while (!taken.isEmpty()) {
+            close(taken.takeLast());
+        }
+        setrlimit(RLIMIT_NOFILE, &before);
+        QVERIFY(!output.filter("E The process failed to start.").isEmpty());
+        QVERIFY(!isSignalToAll);
     }
 
     void unsavedConfigurationStartsNothing()
