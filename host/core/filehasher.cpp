@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <QTimer>
 
 namespace {
 
@@ -35,12 +36,22 @@ void FileHasher::start(const QStringList &files)
         hashes.append(hash);
     }
     thread.reset(QThread::create([this] { hashAll(); }));
-    connect(thread.get(), &QThread::finished, this, [this] {
-        if (!cancelled) {
-            emit finished(hashes);
-        }
-    });
+    connect(thread.get(), &QThread::finished, this, &FileHasher::finish);
     thread->start();
+    if (!thread->isRunning() && !thread->isFinished()) {
+        // The system has no more threads.
+        QTimer::singleShot(0, this, [this] {
+            hashAll();
+            finish();
+        });
+    }
+}
+
+void FileHasher::finish()
+{
+    if (!cancelled) {
+        emit finished(hashes);
+    }
 }
 
 void FileHasher::cancel()

@@ -46,6 +46,7 @@ signals:
 
 private:
     void hashAll();
+    void finish();
     void hash(FileHash *target);
 
     std::unique_ptr<QThread> thread;

@@ -17,6 +17,7 @@
 #include <poll.h>
 #include <set>
 #include <sys/eventfd.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -200,18 +201,36 @@ void OutputQueue::write(int descriptor, const QByteArray &bytes)
 {
     const std::lock_guard<std::mutex> lock(state->mutex);
     if (!state->isStarted) {
-        state->isStarted = true;
         // Blocks all signals in the thread: SIGPIPE becomes an error of write(), and the others go
         // to the main thread.
         sigset_t all;
         sigset_t before;
         sigfillset(&all);
         pthread_sigmask(SIG_SETMASK, &all, &before);
-        std::thread([shared = state] { shared->run(); }).detach();
+        state->isStarted = startThread(state);
+        if (!state->isStarted) {
+            const int error = writeAll(descriptor, bytes);
+            if (error != 0) {
+                state->noteFailure(descriptor, error);
+            }
+        }
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
-    state->add(descriptor, bytes);
-    state->filled.notify_one();
+    if (state->isStarted) {
+        state->add(descriptor, bytes);
+        state->filled.notify_one();
+    }
+}
+
+/// False when the system has no more threads.
+bool OutputQueue::startThread(const std::shared_ptr<State> &state)
+{
+    try {
+        std::thread([state] { state->run(); }).detach();
+    } catch (const std::system_error &) {
+        return false;
+    }
+    return true;
 }
 
 void OutputQueue::drain(int timeoutMs)

@@ -8,7 +8,8 @@
 #include <memory>
 
 /// Writes to file descriptors in a separate thread, in the order of the calls. A slow reader or a
-/// non-blocking descriptor neither blocks the caller nor loses text.
+/// non-blocking descriptor neither blocks the caller nor loses text. If the system has no more
+/// threads, the caller is blocked.
 ///
 /// Pending text is kept in memory up to a limit, and beyond it in a temporary file; in memory again
 /// if the file cannot be written.
@@ -35,6 +36,8 @@ public:
 
 private:
     struct State;
+
+    static bool startThread(const std::shared_ptr<State> &state);
 
     std::shared_ptr<State> state; ///< Shared with the thread, which may outlive this object.
 };
