@@ -10,13 +10,13 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./run.sh
 
-Installs what is missing (Debian 12, with apt), builds, and takes a sample platform directory through
-mapping, checks, configuration and a stitched image; then shows what a broken one looks like. The
-results are in the folder out/.
+Installs missing packages (Debian 12, with apt), builds the project, and builds an image from a sample
+directory: mapping, checks, configuration, stitching. Then it shows the checks of a faulty directory.
+The results are in the directory out/.
 
 The vendor's stitcher is not part of this project; this run uses the mock stitcher in examples/.
 
-What else can be done:
+Other commands:
   build/loomwright --help        the terminal host: every command on your own files
   examples/make-sample.sh DIR    a sample directory of your own
   ./test.sh                      all tests

@@ -105,7 +105,7 @@ private slots:
         QCOMPARE(run("-p work/m.json --locked build -o again.bin").status, 0);
         QCOMPARE(readFile(host.path("again.bin")), readFile(host.path("work/i.bin")));
         QCOMPARE(run("verify work/m.json").output,
-                 QString("work/m.json: 10 files compared, 0 differ\n"));
+                 QString("work/m.json: 10 files compared, 0 different\n"));
     }
 
     void differences_data()
@@ -131,7 +131,7 @@ private slots:
         }
         const Run verified = run("verify work/m.json");
         QCOMPARE(verified.status, 1);
-        QVERIFY2(matches(verified.output, file + "\nwork/m.json: 10 files compared, 1 differ\n$"),
+        QVERIFY2(matches(verified.output, file + "\nwork/m.json: 10 files compared, 1 different\n$"),
                  qPrintable(verified.output));
         // The image is no input: it may be built again.
         const Run locked = run("-p work/m.json --locked build --no-check");

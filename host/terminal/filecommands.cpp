@@ -148,7 +148,7 @@ int verifyManifest(CommandContext &context)
     const QVector<Problem> differences = differencesInFiles(files, hashes);
     showDifferences(context, differences);
     report.print(
-        QStringLiteral("%1: %2 files compared, %3 differ")
+        QStringLiteral("%1: %2 files compared, %3 different")
             .arg(file, QString::number(files.count()), QString::number(differences.count())));
     report.set("manifest", absolutePath(file));
     report.set("compared", files.count());

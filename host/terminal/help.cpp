@@ -11,18 +11,18 @@ const int commandWidth = 18;
 const int optionWidth = 26;
 
 const char closing[] = R"(
-Inputs are applied in the order above. Relative paths are taken against the
-current directory, those in a project file against that file.
+Inputs are applied in the order above. Relative paths are resolved against the
+current directory, those in a project file against its directory.
 
 Exit status:
   0  success
   1  an input, a check, a validation or the build failed
-  2  the command line is wrong
+  2  the command line is not valid
   3  the plug-in could not be loaded
 
 Environment:
-  LOOMWRIGHT_PLUGIN  the plug-in, where neither --plugin nor --target names one
-  NO_COLOR           when set, tables have no colour
+  LOOMWRIGHT_PLUGIN  the plug-in, unless --plugin or --target is given
+  NO_COLOR           if set, output has no colour
 )";
 
 QString optionLines(const char *title, const std::vector<OptionInfo> &options)

@@ -75,12 +75,12 @@ CommandLine parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "A window for target plug-ins: fills in the files of an image, checks them, and has the\n"
-        "stitcher build the image.\n\n"
+        "A window for target plug-ins: choose the input files of an image, check them, and build\n"
+        "the image with the stitcher.\n\n"
         "The plug-in is the one that --plugin names, else that of the environment variable\n"
-        "LOOMWRIGHT_PLUGIN, else that of the settings, else the one beside the program or in the\n"
-        "install directory.\n\n"
-        "Qt's own options, such as -platform and -style, are taken as well, with one dash."));
+        "LOOMWRIGHT_PLUGIN, else that of the settings, else the one in the program's directory or\n"
+        "in the install directory.\n\n"
+        "Qt's own options, such as -platform and -style, are accepted too, with one dash."));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Print this help."));
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
