@@ -3,18 +3,14 @@
 
 #include "execution/processprobe.h"
 
-#include <QtGlobal>
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#if QT_VERSION >= 0x050000
-
 namespace {
 
-/// QProcess needs nine for one process.
+/// QProcess needs nine for one process, with Qt 4 twelve for the first one.
 const int neededDescriptors = 16;
 
 bool hasFreeDescriptors()
@@ -47,12 +43,3 @@ bool canCreateProcess()
 {
     return hasFreeDescriptors() && canFork();
 }
-
-#else
-
-bool canCreateProcess()
-{
-    return true; // Qt 4 reports a failed fork itself.
-}
-
-#endif
