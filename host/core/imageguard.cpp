@@ -69,17 +69,8 @@ QString ImageGuard::protect()
 QString ImageGuard::accept()
 {
     QString problem = interference();
-    QFile older(backup);
-    if (problem.isEmpty() && FileState::ofLink(backup) != backupState) {
-        problem
-            = tr("%1 was changed during the build. Remove it before the next build, which would "
-                 "take it for an older image.")
-                  .arg(backup);
-    } else if (problem.isEmpty() && !older.remove()) {
-        problem
-            = tr("%1 cannot be removed: %2. Remove it before the next build, which would take it "
-                 "for an older image.")
-                  .arg(backup, older.errorString());
+    if (problem.isEmpty()) {
+        problem = removeBackup();
     }
     finish();
     return problem;
@@ -95,6 +86,22 @@ QString ImageGuard::reject()
     return problem;
 }
 
+QString ImageGuard::removeBackup()
+{
+    const FileState state = FileState::ofLink(backup);
+    QFile file(backup);
+    if (state.exists && state != backupState) {
+        return tr("%1 was changed during the build. The next build would take it for an older "
+                  "image.")
+            .arg(backup);
+    }
+    if (state.exists && !file.remove()) {
+        return tr("%1 cannot be removed: %2. The next build would take it for an older image.")
+            .arg(backup, file.errorString());
+    }
+    return {};
+}
+
 void ImageGuard::finish()
 {
     isProtecting = false;
@@ -105,8 +112,7 @@ void ImageGuard::finish()
 QString ImageGuard::interference() const
 {
     if (!FileState::of(directory).isSameFileAs(directoryState)) {
-        return tr("%1 is no longer the directory in which the build was started. Its files were "
-                  "not "
+        return tr("%1 is no longer the directory that it was at the start. Its files were not "
                   "touched; look for %2 in the original one.")
             .arg(directory, QFileInfo(backup).fileName());
     }

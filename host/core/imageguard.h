@@ -57,6 +57,7 @@ public:
 private:
     QString lockImage();
     QString interference() const;
+    QString removeBackup();
     QString restore();
     QString moveAside();
     QString moveImage();
