@@ -198,6 +198,7 @@ private slots:
         // Scanned again, the directory gives what is new and leaves what was chosen.
         QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
         writeFile(directory + "/presigned/secure/Signed_annex_1.bin", "annex");
+        activateWindow();
         QTest::keyClick(window.data(), Qt::Key_F5);
         QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
         QCOMPARE(value("Host FW"), other);
