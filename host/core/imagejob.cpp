@@ -67,6 +67,17 @@ void setOwner(Problem *conflict, const Ingredient &owner)
     }
 }
 
+QString fileRefusal(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.exists()) {
+        return ImageJob::tr("The file %1 was refused: it does not exist.").arg(file);
+    }
+    return info.isFile()
+        ? ImageJob::tr("The file %1 was refused: its name matches no ingredient.").arg(file)
+        : ImageJob::tr("The file %1 was refused: it is not a regular file.").arg(file);
+}
+
 Problem problemOf(const FileCheck &check)
 {
     Problem problem;
@@ -291,7 +302,7 @@ bool ImageJob::fillFromDirectory(const QString &directory)
 
 bool ImageJob::addFile(const QString &file)
 {
-    return apply(tr("The file %1 was refused.").arg(file), [&] {
+    return apply(fileRefusal(file), [&] {
         return session->ingredientManager()->loadIngredientFile(absolutePath(file));
     });
 }
@@ -458,6 +469,9 @@ QString ImageJob::overwriteProblem(const QString &file) const
     const Ingredient input = inputWithFile(ingredients(), path);
     if (input.valueIndex.isValid()) {
         return tr("%1 is the same file as the input \"%2\".").arg(file, input.name);
+    }
+    if (ImageGuard::isReserved(textOf(outputIngredient(ingredients()).value), path)) {
+        return tr("%1 is the image or a file that a build of it writes.").arg(file);
     }
     return isInputFile(path) ? tr("%1 is one of the inputs.").arg(file) : QString();
 }

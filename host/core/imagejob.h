@@ -82,7 +82,8 @@ public:
     /// Whether a build is refused; without checks, only by problems that must be fixed.
     bool isBlocked(bool withChecks) const;
 
-    /// Why @p file must not be written: it is one of the inputs. Empty when it is not.
+    /// Why @p file must not be written: it is one of the inputs, or has the name of the image or of a
+    /// file that a build writes. Empty when it may be written.
     QString overwriteProblem(const QString &file) const;
     /// The states of the data files when the plug-in had loaded and verified them.
     FileStates loadedStates() const;

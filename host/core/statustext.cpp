@@ -73,6 +73,9 @@ QString nextStep(const FileCount &files, int problemCount, BuildState state)
     if (state == BuildState::Running || state == BuildState::Current) {
         return {};
     }
+    if (state == BuildState::Failed && problemCount == 0) {
+        return tr("Next: look at the log.");
+    }
     if (files.found == 0 && files.wanted > 0) {
         return tr("Next: open or drop a folder of firmware files.");
     }

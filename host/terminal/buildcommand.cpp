@@ -6,7 +6,6 @@
 #include "host/core/filehasher.h"
 #include "host/core/files.h"
 #include "host/core/filestate.h"
-#include "host/core/imageguard.h"
 #include "host/core/imagejob.h"
 #include "host/core/manifest.h"
 #include "host/core/manifestwriter.h"
@@ -39,10 +38,15 @@ int fail(CommandContext &context, const QString &text)
 bool isBlocked(CommandContext &context)
 {
     const bool checked = context.commandLine.isChecked;
-    if (checked || context.job->isBlocked(false)) {
-        reportChecks(context);
-    }
+    reportChecks(context, checked || context.job->isBlocked(false) || context.report.isVerbose());
     if (!context.job->isBlocked(checked)) {
+        const int count = context.job->problems().count();
+        if (count > 0) {
+            context.report.addWarning(
+                QStringLiteral("Problems ignored because of --no-check: %1. The command check "
+                               "lists them.")
+                    .arg(count));
+        }
         return false;
     }
     context.report.addFailure(
@@ -58,14 +62,8 @@ QString manifestProblem(const CommandContext &context, const QString &stitcher)
     if (file.isEmpty()) {
         return {};
     }
-    const QString image = textOf(outputIngredient(context.job->ingredients()).value);
     if (FileState::of(file).isSameFileAs(FileState::of(stitcher))) {
         return QStringLiteral("The manifest and the stitcher are the same file.");
-    }
-    if (ImageGuard::isReserved(image, file)) {
-        return QStringLiteral(
-                   "A build of %1 writes %2 itself; choose another name for the manifest.")
-            .arg(image, file);
     }
     const QString problem = projectFileProblem(file);
     return problem.isEmpty() ? context.job->overwriteProblem(file) : problem;

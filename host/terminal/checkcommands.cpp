@@ -111,7 +111,7 @@ bool validate(CommandContext &context, const QString &file)
 
 } // namespace
 
-void reportChecks(CommandContext &context)
+void reportChecks(CommandContext &context, bool listed)
 {
     Report &report = context.report;
     context.job->check();
@@ -127,11 +127,13 @@ void reportChecks(CommandContext &context)
     }
     const std::vector<Record> otherRows = problemRows(context.job->problems(), report);
     shownRows.insert(shownRows.end(), otherRows.begin(), otherRows.end());
-    report.printTable(shownRows);
 
     const CheckResultSummary summary
         = context.session->executionManager()->getIngredientCheckSummary();
-    report.print(summaryText(summary, int(otherRows.size())));
+    if (listed) {
+        report.printTable(shownRows);
+        report.print(summaryText(summary, int(otherRows.size())));
+    }
     report.setList("checks", rows);
     report.set("summary",
                QJsonObject{{QStringLiteral("checks"), summary.checkCount},

@@ -69,7 +69,7 @@ QString unknownOption(const QCommandLineParser &parser)
 {
     const QStringList unknown = parser.unknownOptionNames();
     if (unknown.isEmpty()) {
-        return parser.errorText() + QLatin1Char('.');
+        return parser.errorText(); // Ends with a full stop.
     }
     const bool isShort = unknown.first().length() == 1;
     QStringList names;
@@ -108,14 +108,14 @@ QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
     const CommandInfo &command = *commandLine->command;
     const int count = commandLine->arguments.count();
     if (count < command.minArguments) {
-        return QStringLiteral("%1 needs an argument: %2.")
+        return QStringLiteral("%1 needs an argument: %2")
             .arg(QLatin1String(command.name), QLatin1String(command.arguments));
     }
     const bool isHelp = !command.function;
     if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
         return unknownCommand(commandLine->arguments.first(), commandLine);
     }
-    return count > command.maxArguments ? QStringLiteral("unexpected argument \"%1\".")
+    return count > command.maxArguments ? QStringLiteral("Unexpected argument \"%1\".")
                                               .arg(commandLine->arguments.at(command.maxArguments))
                                         : QString();
 }

@@ -59,8 +59,9 @@ void noteProblems(CommandContext &context);
 bool runOperation(CommandContext &context, const QString &file,
                   const std::function<bool()> &operation);
 
-/// Runs the checks and shows their results and everything else that blocks a build.
-void reportChecks(CommandContext &context);
+/// Runs the checks and adds their results to the JSON document.
+/// @param listed whether to show them and everything else that blocks a build to people too
+void reportChecks(CommandContext &context, bool listed = true);
 
 /// Hashes @p files with progress on the terminal.
 /// @return false when a signal interrupted it
