@@ -139,6 +139,16 @@ private slots:
         QCOMPARE(blocked, !text.isEmpty());
     }
 
+    void unusableImage()
+    {
+        const QString link = folder->filePath("link");
+        QCOMPARE(symlink("nowhere", QFile::encodeName(link).constData()), 0);
+        QVERIFY(job->setImage(link));
+        QVERIFY(job->problems().first().text.contains("The image is a symlink"));
+        QVERIFY(job->setImage(folder->path()));
+        QVERIFY(job->problems().first().text.contains("The image is a directory"));
+    }
+
 private:
     /// The number of problems of an ingredient.
     int countOf(const QString &ingredient) const

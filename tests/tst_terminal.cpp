@@ -62,7 +62,7 @@ private slots:
         row("names", "ingredients --names", 0, "\nHost FW\nHost FW Boot\n", none);
         row("names and JSON", "--json ingredients --names", 2, "cannot be combined",
             "cannot be combined");
-        row("target", "--target Nowhere info", 3, none, "\"Nowhere\"; there are: \"Veldmark");
+        row("target", "--target Nowhere info", 3, none, "\"Nowhere\". Targets: \"Veldmark");
         row("ingredients", "ingredients", 0,
             "Binary Files +Host FW +Host FW Boot +input file, required, "
             "102400 bytes, Binary File",

@@ -95,6 +95,16 @@ void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
     }
 }
 
+void findUnusableImage(const Ingredient &output, QVector<Problem> *problems)
+{
+    const FileState state = FileState::ofLink(textOf(output.value));
+    if (state.type == S_IFLNK) {
+        problems->append(findingFor(output, tr("The image is a symlink, which no build follows")));
+    } else if (state.exists && !state.isRegular()) {
+        problems->append(findingFor(output, tr("The image is %1").arg(typeText(state.type))));
+    }
+}
+
 void findOverwrittenInput(const QVector<Ingredient> &ingredients, const Ingredient &output,
                           QVector<Problem> *problems)
 {
@@ -126,6 +136,7 @@ QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients)
         findControlCharacters(ingredient, &problems);
         findUnusableFile(ingredient, &problems);
         if (isOutput(ingredient)) {
+            findUnusableImage(ingredient, &problems);
             findOverwrittenInput(ingredients, ingredient, &problems);
         }
     }

@@ -48,10 +48,10 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "show plug-in information",
-         "Shows target, version, author and file of the plug-in, and the data views that\n"
-         "it offers with the given inputs.",
+         "Shows target, version, author, interfaces, Qt version and file of the plug-in, and\n"
+         "the data views that it offers with the given inputs.",
          {},
-         "loomwright info",
+         "loomwright -d drop info",
          CommandNeeds::Plugin,
          showInfo},
         {"targets",
@@ -73,7 +73,7 @@ const std::vector<CommandInfo> &commandTable()
          "list ingredients, their values and requirements",
          "Lists group, name, key, value and requirement of every ingredient. Hidden\n"
          "ingredients are marked.",
-         {namesOption("Print only names and keys, one per line.")},
+         {namesOption("Print every name and key that --set accepts, one per line.")},
          "loomwright -d drop ingredients",
          CommandNeeds::Plugin,
          listIngredients},

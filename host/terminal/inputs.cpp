@@ -226,6 +226,7 @@ bool runOperation(CommandContext &context, const QString &file,
     errors.removeAll(QString());
     if (errors.isEmpty()) {
         errors.append(QStringLiteral("The plug-in failed without an error message"));
+        context.report.printHint(file + QLatin1String(": ") + errors.last());
     }
     Problem problem;
     problem.kind = ProblemKind::Message;

@@ -121,8 +121,10 @@ bool loadTarget(const QString &target, PluginSession *session, QString *problem)
             return loaded;
         }
     }
-    *problem = QStringLiteral("No plug-in is for the target \"%1\"; there are: %2.")
-                   .arg(target, targets.join(QStringLiteral(", ")));
+    targets.removeDuplicates();
+    *problem = targets.isEmpty() ? QStringLiteral("No plug-in found.")
+                                 : QStringLiteral("No plug-in has the target \"%1\". Targets: %2.")
+                                       .arg(target, targets.join(QStringLiteral(", ")));
     return false;
 }
 
