@@ -3,13 +3,14 @@
 
 #include "execution/externalunsignedzorvexecutionmanager.h"
 
-#include "execution/processprobe.h"
+#include "execution/processlimits.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "manager/standardlocations.h"
 #include "model/ingredientmodel.h"
 #include "model/ingredientnames.h"
 
 #include <QDir>
+#include <QSocketNotifier>
 
 namespace {
 
@@ -50,19 +51,27 @@ QString toText(const QByteArray &output)
 
 ExternalUnsignedZorvExecutionManager::ExternalUnsignedZorvExecutionManager(
     ExternalUnsignedZorvIngredientManager *manager)
-    : ingredientManager(manager)
+    : process(nullptr)
+    , ingredientManager(manager)
     , checkModel(new IngredientCheckModel)
 {
-    connect(&process, SIGNAL(readyReadStandardError()), SLOT(processStandardError()));
-    connect(&process, SIGNAL(readyReadStandardOutput()), SLOT(processStandardOut()));
-    connect(&process, SIGNAL(error(QProcess::ProcessError)),
-            SLOT(processCommandLineError(QProcess::ProcessError)));
-    launchDirectory = process.workingDirectory();
+    createProcess();
+    launchDirectory = process->workingDirectory();
 }
 
 ExternalUnsignedZorvExecutionManager::~ExternalUnsignedZorvExecutionManager()
 {
     delete checkModel;
+    delete process;
+}
+
+void ExternalUnsignedZorvExecutionManager::createProcess()
+{
+    process = new QProcess;
+    connect(process, SIGNAL(readyReadStandardError()), SLOT(processStandardError()));
+    connect(process, SIGNAL(readyReadStandardOutput()), SLOT(processStandardOut()));
+    connect(process, SIGNAL(error(QProcess::ProcessError)),
+            SLOT(processCommandLineError(QProcess::ProcessError)));
 }
 
 bool ExternalUnsignedZorvExecutionManager::verifyInputs()
@@ -101,7 +110,7 @@ void ExternalUnsignedZorvExecutionManager::beginExecution()
     }
     emit statusMessage(QString::fromLatin1("Saved Config file to %1").arg(configFile));
 
-    process.setWorkingDirectory(temporaryDirectory.absolutePath());
+    process->setWorkingDirectory(temporaryDirectory.absolutePath());
     startStitcher(legacyDataFile, configFile);
 }
 
@@ -115,11 +124,28 @@ void ExternalUnsignedZorvExecutionManager::startStitcher(const QString &legacyDa
     emit statusMessage(QLatin1String("Command Line: ")
                        + QDir(launchDirectory).absoluteFilePath(stitcherProgram) + QLatin1Char(' ')
                        + arguments.join(QLatin1String(" ")));
-    if (process.state() == QProcess::NotRunning && !canCreateProcess()) {
+    if (process->state() == QProcess::NotRunning && !hasFreeDescriptors()) {
         processCommandLineError(QProcess::FailedToStart);
         return;
     }
-    process.start(stitcherProgram, arguments, QIODevice::ReadWrite);
+    process->start(stitcherProgram, arguments, QIODevice::ReadWrite);
+    if (hasFailedToFork(*process)) {
+        abandonProcess();
+        processCommandLineError(QProcess::FailedToStart);
+    }
+}
+
+/// Replaces a process that must never be deleted, as hasFailedToFork() describes.
+void ExternalUnsignedZorvExecutionManager::abandonProcess()
+{
+    const QString directory = process->workingDirectory();
+    process->disconnect(this);
+    const QList<QSocketNotifier *> notifiers = process->findChildren<QSocketNotifier *>();
+    for (int i = 0; i < notifiers.count(); ++i) {
+        notifiers.at(i)->setEnabled(false);
+    }
+    createProcess();
+    process->setWorkingDirectory(directory);
 }
 
 void ExternalUnsignedZorvExecutionManager::cancelExecution()
@@ -140,22 +166,22 @@ CheckResultSummary ExternalUnsignedZorvExecutionManager::getIngredientCheckSumma
 
 QString ExternalUnsignedZorvExecutionManager::getWorkingDirectory()
 {
-    return process.workingDirectory();
+    return process->workingDirectory();
 }
 
 void ExternalUnsignedZorvExecutionManager::setWorkingDirectory(const QString &directory)
 {
-    process.setWorkingDirectory(directory);
+    process->setWorkingDirectory(directory);
 }
 
 void ExternalUnsignedZorvExecutionManager::processStandardOut()
 {
-    emit statusMessage(toText(process.readAllStandardOutput()));
+    emit statusMessage(toText(process->readAllStandardOutput()));
 }
 
 void ExternalUnsignedZorvExecutionManager::processStandardError()
 {
-    emit errorMessage(toText(process.readAllStandardError()));
+    emit errorMessage(toText(process->readAllStandardError()));
 }
 
 void ExternalUnsignedZorvExecutionManager::processCommandLineError(QProcess::ProcessError error)

@@ -57,9 +57,11 @@ public slots:
     void processCommandLineError(QProcess::ProcessError error);
 
 private:
+    void createProcess();
     void startStitcher(const QString &legacyDataFile, const QString &configFile);
+    void abandonProcess();
 
-    QProcess process;
+    QProcess *process;
     QString launchDirectory;
     ExternalUnsignedZorvIngredientManager *ingredientManager;
     IngredientCheckModel *checkModel;

@@ -7,7 +7,10 @@
 #include "messagelog.h"
 #include "qtcompat.h"
 
+#include <cerrno>
 #include <csignal>
+#include <cstdarg>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -16,6 +19,7 @@
 namespace {
 
 bool isSignalToAll = false;
+bool isForkFailing = false;
 
 } // namespace
 
@@ -24,6 +28,32 @@ extern "C" Q_DECL_EXPORT int kill(pid_t process, int number)
 {
     isSignalToAll = isSignalToAll || process <= 0;
     return process <= 0 ? -1 : int(syscall(SYS_kill, process, number));
+}
+
+/// The same: how Qt 5 forks.
+extern "C" Q_DECL_EXPORT long syscall(long number, ...)
+{
+    typedef long (*Function)(long, ...);
+    static const Function original = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "syscall"));
+    va_list list;
+    va_start(list, number);
+    long values[6];
+    for (int i = 0; i < 6; ++i) {
+        values[i] = va_arg(list, long);
+    }
+    va_end(list);
+    if (isForkFailing && number == SYS_clone) {
+        errno = EAGAIN;
+        return -1;
+    }
+    return original(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+}
+
+/// The same: how Qt 4 forks.
+extern "C" Q_DECL_EXPORT pid_t fork()
+{
+    errno = EAGAIN;
+    return isForkFailing ? -1 : pid_t(syscall(SYS_clone, long(SIGCHLD), 0L, 0L, 0L, 0L, 0L));
 }
 
 class TestExecution : public QObject
@@ -134,6 +164,19 @@ private slots:
         }
         setrlimit(RLIMIT_NOFILE, &before);
         QVERIFY(!output.filter("E The process failed to start.").isEmpty());
+        QVERIFY(!isSignalToAll);
+    }
+
+    void forkFails()
+    {
+        writeStitcher(folder->path(), "echo done");
+        isForkFailing = true;
+        manager->beginExecution();
+        isForkFailing = false;
+        QVERIFY(waitForOutput("E The process failed to start."));
+        manager->beginExecution();
+        QVERIFY(waitForOutput("S done"));
+        manager.reset();
         QVERIFY(!isSignalToAll);
     }
 

@@ -1,17 +1,19 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "execution/processprobe.h"
+#include "execution/processlimits.h"
 
-#include <cerrno>
+#include <QProcess>
+
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-/// QProcess needs nine for one process, with Qt 4 twelve for the first one.
+/// QProcess needs nine, and with Qt 4 twelve for the first process. Some are left for other threads.
 const int neededDescriptors = 16;
+
+} // namespace
 
 bool hasFreeDescriptors()
 {
@@ -27,19 +29,12 @@ bool hasFreeDescriptors()
     return count == neededDescriptors;
 }
 
-bool canFork()
+bool hasFailedToFork(const QProcess &process)
 {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(0);
-    }
-    while (child > 0 && waitpid(child, nullptr, 0) == -1 && errno == EINTR) { }
-    return child > 0;
-}
-
-} // namespace
-
-bool canCreateProcess()
-{
-    return hasFreeDescriptors() && canFork();
+#if QT_VERSION >= 0x050300
+    return process.state() != QProcess::NotRunning && process.processId() <= 0;
+#else
+    Q_UNUSED(process)
+    return false; // QProcess reports it.
+#endif
 }

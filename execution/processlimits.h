@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+/// @file
+/// What QProcess does not handle when the system can create no more processes.
+
+class QProcess;
+
+/// Whether there are enough file descriptors to start a process. With too few, QProcess of Qt 4.6 aborts
+/// the program.
+bool hasFreeDescriptors();
+
+/// Whether @p process, which has just been started, has no process because fork() failed.
+///
+/// QProcess of Qt 5.15 does not notice it: it takes the process for starting, with the number -1. Its
+/// destructor would send SIGKILL to that number, which means to every process of the user, and close a
+/// file descriptor that is not its own. So such an object must not be deleted.
+bool hasFailedToFork(const QProcess &process);
