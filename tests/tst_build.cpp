@@ -256,6 +256,15 @@ private slots:
         QVERIFY(ended.wait());
         const QString reason = ended.first().first().value<BuildResult>().reason;
         QVERIFY2(reason.contains(" is being built by another process"), qPrintable(reason));
+        // Removing the lock file does not help; the running build notices it.
+        const QString lock = image + ".loomwright-lock";
+        QVERIFY(QFile::rename(lock, folder->filePath("lock")));
+        BuildRunner third(&session);
+        QSignalSpy thirdEnded(&third, &BuildRunner::finished);
+        third.start(options);
+        QVERIFY(thirdEnded.wait());
+        QVERIFY(thirdEnded.first().first().value<BuildResult>().reason.contains("is being built"));
+        QVERIFY(QFile::rename(folder->filePath("lock"), lock));
         writeFile(folder->filePath("go"), {});
         QVERIFY(waitForResult().isSuccess);
         QTRY_COMPARE(other.state(), QProcess::NotRunning);

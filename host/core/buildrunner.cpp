@@ -204,6 +204,7 @@ void BuildRunner::finishStitcher()
         conclude(problem);
         return;
     }
+    imageState = FileState::ofLink(result.imageFile);
     hasher = std::make_unique<FileHasher>();
     connect(hasher.get(), &FileHasher::progress, this, &BuildRunner::hashing);
     connect(hasher.get(), &FileHasher::finished, this, &BuildRunner::finishHashing);
@@ -224,15 +225,15 @@ QString BuildRunner::stitcherProblem() const
         return tr("The stitcher %1 could not be started: %2.")
             .arg(result.stitcher, qt_error_string(run->startError()));
     }
+    if (!run->hasFinished()) {
+        return tr(
+            "The program that supervises the stitcher was killed. Processes of the stitcher may "
+            "still be running.");
+    }
     if (result.signalNumber != 0) {
         return tr("The stitcher was ended by signal %1 (%2).")
             .arg(result.signalNumber)
             .arg(QString::fromLocal8Bit(strsignal(result.signalNumber)));
-    }
-    if (result.exitStatus < 0) {
-        return tr(
-            "The program that supervises the stitcher was killed. Processes of the stitcher may "
-            "still be running.");
     }
     if (result.exitStatus > 0) {
         return tr("The stitcher failed with exit status %1.").arg(result.exitStatus);
@@ -288,6 +289,10 @@ QString BuildRunner::changeProblem() const
 void BuildRunner::finishHashing(const QList<FileHash> &hashes)
 {
     const FileHash &hash = hashes.first();
+    if (FileState::ofLink(result.imageFile) != imageState) {
+        conclude(tr("The image %1 changed while it was hashed.").arg(result.imageFile));
+        return;
+    }
     if (!hash.error.isEmpty()) {
         conclude(tr("The image %1 cannot be read: %2.").arg(hash.file, hash.error));
         return;

@@ -105,6 +105,7 @@ private:
     QTimer timeoutTimer;
     QTimer giveUpTimer;
     QElapsedTimer elapsed;
+    FileState imageState; ///< When hashing the image starts.
     QString stopReason;
     QString startError;
     bool isStarting = false;

@@ -21,7 +21,8 @@ struct FileHash {
     QString error;     ///< Why there is no hash, without a full stop; empty when there is one.
 };
 
-/// Computes the SHA-256 of files in a thread, so that the event loop keeps running.
+/// Computes the SHA-256 of files in a thread, so that the event loop keeps running. It blocks the event
+/// loop if the system has no more threads.
 class FileHasher : public QObject
 {
     Q_OBJECT

@@ -58,9 +58,15 @@ bool FileLock::isIntact() const
 int FileLock::tryLock()
 {
     // Does not block on a FIFO, which lock files of other programs could be.
-    const int flags = O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    const int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    const QByteArray path = QFile::encodeName(file);
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's interface
-    openDescriptor = open(QFile::encodeName(file).constData(), flags, lockFileMode);
+    openDescriptor = open(path.constData(), O_RDWR | O_CREAT | flags, lockFileMode);
+    if (openDescriptor < 0 && errno == EACCES) {
+        // Left by a build of another user. NFS cannot lock a file that was opened like this.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
+        openDescriptor = open(path.constData(), O_RDONLY | flags);
+    }
     if (openDescriptor < 0) {
         return errno;
     }

@@ -61,6 +61,11 @@ bool FileState::isSameFileAs(const FileState &other) const
     return exists && other.exists && device == other.device && inode == other.inode;
 }
 
+bool FileState::hasSameContentAs(const FileState &other) const
+{
+    return isSameFileAs(other) && size == other.size && modified == other.modified;
+}
+
 bool FileState::operator==(const FileState &other) const
 {
     return exists == other.exists && type == other.type && device == other.device

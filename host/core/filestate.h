@@ -31,9 +31,12 @@ struct FileState {
     bool isRegular() const;
     /// Whether both are the same file, whatever their paths.
     bool isSameFileAs(const FileState &other) const;
-    /// Whether all members are equal.
+    /// Whether both are the same file with the same size and time of modification. Another owner, other
+    /// permissions or another hard link make no difference.
+    bool hasSameContentAs(const FileState &other) const;
+    /// Whether nothing was changed in between, not even the permissions.
     bool operator==(const FileState &other) const;
-    /// Whether a member differs.
+    /// Whether something was changed in between.
     bool operator!=(const FileState &other) const;
 };
 

@@ -10,8 +10,11 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -61,7 +64,7 @@ QString ImageGuard::protect()
     }
     isProtecting = problem.isEmpty();
     if (!isProtecting) {
-        lock.reset();
+        finish();
     }
     return problem;
 }
@@ -90,7 +93,7 @@ QString ImageGuard::removeBackup()
 {
     const FileState state = FileState::ofLink(backup);
     QFile file(backup);
-    if (state.exists && state != backupState) {
+    if (state.exists && !state.hasSameContentAs(backupState)) {
         return tr("%1 was changed during the build. The next build would take it for an older "
                   "image.")
             .arg(backup);
@@ -105,7 +108,33 @@ QString ImageGuard::removeBackup()
 void ImageGuard::finish()
 {
     isProtecting = false;
+    unlockBackup();
     lock.reset();
+}
+
+/// False when another process has locked the backup. Where files opened for reading cannot be locked, as
+/// on NFS, it is left unlocked.
+bool ImageGuard::lockBackup()
+{
+    unlockBackup();
+    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's interface
+    backupDescriptor = open(QFile::encodeName(backup).constData(), flags);
+    return backupDescriptor < 0 || flock(backupDescriptor, LOCK_EX | LOCK_NB) == 0
+        || errno != EWOULDBLOCK;
+}
+
+void ImageGuard::unlockBackup()
+{
+    if (backupDescriptor >= 0) {
+        close(std::exchange(backupDescriptor, -1));
+    }
+}
+
+QString ImageGuard::busyText() const
+{
+    return tr("%1 is being built by another process (lock file %2).")
+        .arg(image, image + lockSuffix);
 }
 
 /// Why the files under the image's name may be those of another build; empty when they are not.
@@ -126,8 +155,7 @@ QString ImageGuard::interference() const
 
 bool ImageGuard::isOlderImage(const FileState &file) const
 {
-    return hasOlder && file.isSameFileAs(backupState) && file.size == backupState.size
-        && file.modified == backupState.modified;
+    return hasOlder && file.hasSameContentAs(backupState);
 }
 
 QString ImageGuard::partialFile() const
@@ -169,7 +197,7 @@ QString ImageGuard::lockImage()
     case 0:
         return {};
     case EWOULDBLOCK:
-        return tr("%1 is being built by another process (lock file %2).").arg(image, file);
+        return busyText();
     case EEXIST:
         return tr("%1 is not a lock file.").arg(file);
     default:
@@ -189,6 +217,9 @@ QString ImageGuard::moveAside()
                   "remove it.")
             .arg(backup, image);
     }
+    if (left.exists && !lockBackup()) {
+        return busyText();
+    }
     if (left.exists) {
         backupState = left;
         QString problem = restore();
@@ -205,6 +236,7 @@ QString ImageGuard::moveAside()
     }
     const QString problem = existing.exists ? moveImage() : markAsNew();
     backupState = FileState::ofLink(backup);
+    lockBackup();
     return problem;
 }
 
@@ -247,7 +279,9 @@ QString ImageGuard::restore()
 {
     const FileState written = FileState::ofLink(image);
     if (isOlderImage(written)) {
-        QFile::remove(backup); // Another hard link to it, at most.
+        if (isOlderImage(FileState::ofLink(backup))) {
+            QFile::remove(backup);
+        }
         return {};
     }
     if (written.isRegular() && written.size == 0) {
@@ -263,10 +297,14 @@ QString ImageGuard::restore()
     }
 
     const FileState older = FileState::ofLink(backup);
-    if (older != backupState) {
-        return older.exists
-            ? tr("%1 was changed during the build, and is not restored.").arg(backup)
-            : tr("%1 was removed during the build.").arg(backup);
+    if (!older.exists) {
+        return tr("%1 was removed during the build.").arg(backup);
+    }
+    if (!older.hasSameContentAs(backupState)) {
+        return tr("%1 was changed during the build, and is not restored. The next build would take "
+                  "it "
+                  "for an older image.")
+            .arg(backup);
     }
     if (older.size == 0) {
         QFile::remove(backup);

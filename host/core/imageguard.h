@@ -16,7 +16,8 @@
 /// The older image is kept as IMAGE.loomwright-backup, which is empty when there was none. If the host
 /// is killed, the file remains, and the next guard of the same image restores it first.
 /// IMAGE.loomwright-lock prevents a second build of the same image. When the host is killed, the lock
-/// lasts until the runner has terminated the stitcher.
+/// lasts until the runner has terminated the stitcher. The backup is locked too, in case somebody removes
+/// the lock file.
 class ImageGuard
 {
     Q_DECLARE_TR_FUNCTIONS(ImageGuard)
@@ -58,6 +59,9 @@ private:
     QString lockImage();
     QString interference() const;
     QString removeBackup();
+    bool lockBackup();
+    void unlockBackup();
+    QString busyText() const;
     QString restore();
     QString moveAside();
     QString moveImage();
@@ -72,6 +76,7 @@ private:
     QString keptPartial;      ///< What a killed host has left, moved there by this guard.
     FileState directoryState; ///< When the image was locked.
     FileState backupState;    ///< When the image was moved aside.
+    int backupDescriptor = -1;
     bool hasPartial = false;
     bool hasOlder = false;
     bool isProtecting = false;

@@ -178,6 +178,9 @@ void StitcherRun::readStatus()
     case RunnerStatus::Stopped:
         isStopped = true;
         break;
+    case RunnerStatus::Finished:
+        isFinished = true;
+        break;
     default:
         break;
     }
@@ -239,6 +242,11 @@ bool StitcherRun::hasLeftProcesses() const
 bool StitcherRun::wasStopped() const
 {
     return isStopped;
+}
+
+bool StitcherRun::hasFinished() const
+{
+    return isFinished;
 }
 
 bool StitcherRun::isRunning() const

@@ -50,6 +50,8 @@ public:
     bool hasLeftProcesses() const;
     /// Whether stop() or a signal to the runner has terminated the stitcher.
     bool wasStopped() const;
+    /// Whether the runner has ended as it should; it was killed otherwise.
+    bool hasFinished() const;
     /// Whether the runner is still running.
     bool isRunning() const;
 
@@ -71,5 +73,6 @@ private:
     int stitcherSignal = 0;
     bool hasLeftover = false;
     bool isStopped = false;
+    bool isFinished = false;
     int settleRounds = 0;
 };

@@ -34,7 +34,8 @@ struct RunnerStatus {
         Exited,      ///< The stitcher has exited; the value is its status.
         Signaled,    ///< A signal has ended the stitcher; the value is its number.
         LeftBehind,  ///< The stitcher has ended, but left processes running; the value is 0.
-        Stopped      ///< The host or a signal has asked the runner to end; the value is 0.
+        Stopped,     ///< The host or a signal has asked the runner to end; the value is 0.
+        Finished     ///< No process is left; the value is 0. Without it, the runner was killed.
     };
 
     std::int32_t kind;

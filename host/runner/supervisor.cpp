@@ -75,10 +75,12 @@ int Supervisor::run(const char *file, char **arguments)
     }
     if (stitcher == -1) {
         report(RunnerStatus::StartFailed, errno);
+        report(RunnerStatus::Finished, 0);
         return W_EXITCODE(startFailedStatus, 0);
     }
     waitForEnd();
     terminateAll();
+    report(RunnerStatus::Finished, 0);
     return stitcherStatus;
 }
 
