@@ -268,7 +268,7 @@ bool ImageJob::apply(const QString &refusal, const std::function<bool()> &operat
         });
         setOwner(&conflict, owner == all.end() ? Ingredient() : *owner);
     }
-    addProblems(pendingConflicts);
+    inputProblems += pendingConflicts; // All of them, as they are the candidates to choose from.
     pendingConflicts.clear();
     addMessages(pendingErrors, {});
     pendingErrors.clear();
@@ -452,7 +452,14 @@ bool ImageJob::isInputFile(const QString &file) const
 
 FileStates ImageJob::loadedStates() const
 {
-    return dataFileStates;
+    FileStates states;
+    for (const Ingredient &ingredient : ingredients()) {
+        const QString file = absolutePath(textOf(ingredient.value));
+        if (isDataFile(ingredient) && dataFileStates.contains(file)) {
+            states.insert(file, dataFileStates.value(file));
+        }
+    }
+    return states;
 }
 
 bool ImageJob::isBlocked(bool withChecks) const

@@ -85,7 +85,7 @@ public:
     /// Why @p file must not be written: it is one of the inputs, or has the name of the image or of a
     /// file that a build writes. Empty when it may be written.
     QString overwriteProblem(const QString &file) const;
-    /// The states of the data files when the plug-in had loaded and verified them.
+    /// The states of the current data files when the plug-in had loaded and verified them.
     FileStates loadedStates() const;
     /// The current values, for a project file.
     Project project() const;

@@ -442,6 +442,11 @@ void ImageSession::check()
     if (!isLoaded()) {
         return;
     }
+    isDataFileOutdated = isDataFileOutdated || !changedFile(job->loadedStates()).isEmpty();
+    reloadDataFile();
+    if (!isLoaded()) {
+        return;
+    }
     QStringList files = inputFilesOf(ingredients());
     checkedStates = statesOf(files);
     checkedStates.insert(job->loadedStates());
