@@ -104,8 +104,11 @@ private slots:
 
         QCOMPARE(run("-p work/m.json --locked build -o again.bin").status, 0);
         QCOMPARE(readFile(host.path("again.bin")), readFile(host.path("work/i.bin")));
-        QCOMPARE(run("verify work/m.json").output,
-                 QString("work/m.json: 10 files compared, 0 different\n"));
+        QVERIFY(QFile::link("work", host.path("link")));
+        for (const QString recorded : {"work/m.json", "link/m.json"}) {
+            QCOMPARE(run("verify " + recorded).output,
+                     recorded + ": 10 files compared, 0 different\n");
+        }
     }
 
     void differences_data()
@@ -131,8 +134,9 @@ private slots:
         }
         const Run verified = run("verify work/m.json");
         QCOMPARE(verified.status, 1);
-        QVERIFY2(matches(verified.output, file + "\nwork/m.json: 10 files compared, 1 different\n$"),
-                 qPrintable(verified.output));
+        QVERIFY2(
+            matches(verified.output, file + "\nwork/m.json: 10 files compared, 1 different\n$"),
+            qPrintable(verified.output));
         // The image is no input: it may be built again.
         const Run locked = run("-p work/m.json --locked build --no-check");
         QCOMPARE(locked.status, difference.isEmpty() ? 0 : 1);

@@ -53,6 +53,13 @@ void ManifestWriter::write(const QList<FileHash> &hashes)
         emit finished(tr("No manifest is written: %1 changed meanwhile.").arg(changed));
         return;
     }
+    const FileState existing = FileState::of(manifestFile);
+    for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
+        if (state->isSameFileAs(existing)) {
+            emit finished(tr("No manifest is written: %1 is an input.").arg(manifestFile));
+            return;
+        }
+    }
     for (const FileHash &hash : hashes) {
         if (!hash.error.isEmpty()) {
             emit finished(tr("No manifest is written: %1: %2.").arg(hash.file, hash.error));

@@ -42,18 +42,34 @@ QString tr(const char *text)
     return QCoreApplication::translate("ProjectFile", text);
 }
 
+/// @p directory without symlinks; unchanged if it does not exist.
+QString canonicalDirectory(const QString &directory)
+{
+    const QString canonical = QFileInfo(directory).canonicalFilePath();
+    return canonical.isEmpty() ? directory : canonical;
+}
+
 /// The directory that paths in @p file are relative to, the same by whatever symlinks the file is
 /// reached.
 QString realDirectory(const QString &file)
 {
     const QFileInfo info(file);
     return info.exists() ? QFileInfo(info.canonicalFilePath()).path()
-                         : QFileInfo(info.absolutePath()).canonicalFilePath();
+                         : canonicalDirectory(info.absolutePath());
 }
 
+/// A path inside @p directory keeps its symlinks. In any other path, those to directories are resolved:
+/// otherwise "link/.." would be taken for the directory of the link.
 QString relativePath(const QString &path, const QDir &directory)
 {
-    return path.isEmpty() ? path : directory.relativeFilePath(path);
+    const QString prefix = directory.path() + QLatin1Char('/');
+    if (path.startsWith(prefix) && !path.contains(QLatin1String("/../"))) {
+        return path.mid(prefix.size());
+    }
+    const QFileInfo info(path);
+    return path.isEmpty() ? path
+                          : directory.relativeFilePath(
+                              QDir(canonicalDirectory(info.path())).filePath(info.fileName()));
 }
 
 QString absolutePath(const QString &path, const QDir &directory)
@@ -226,6 +242,9 @@ QString projectFileProblem(const QString &file)
     if (info.exists() && !info.isFile()) {
         // Replacing it would remove a device that others use.
         return tr("%1 is not a regular file.").arg(file);
+    }
+    if (info.exists() && !info.isWritable()) {
+        return tr("%1 is not writable.").arg(file);
     }
     if (info.isSymLink() && !info.exists()) {
         return tr("%1 is a symlink to a file that does not exist.").arg(file);
