@@ -365,7 +365,8 @@ private slots:
             "could not be written.*\n1\n$");
         row("progress on a terminal", QByteArray("printf '1%%\\r2%%\\033'; exit 1"),
             "script -qec \"'$1' build --no-check -o i.bin\" /dev/null",
-            "^loomwright: warning: Problems ignored because of --no-check: 13.*\r\n1%\r2%\\\\u001b\r\n"
+            "^loomwright: warning: Problems ignored because of --no-check: "
+            "13.*\r\n1%\r2%\\\\u001b\r\n"
             "loomwright: The build failed");
         row("deleted current directory", dots,
             "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",

@@ -144,18 +144,6 @@ QString checkOptions(const QCommandLineParser &parser, CommandLine *commandLine)
     return {};
 }
 
-/// Such an argument would name another file than the user means.
-QString checkEncoding(const QStringList &arguments)
-{
-    for (const QString &argument : arguments) {
-        if (argument.contains(QChar::ReplacementCharacter)) {
-            return QStringLiteral("\"%1\" is not valid in the encoding of the locale.")
-                .arg(argument);
-        }
-    }
-    return {};
-}
-
 QString checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
@@ -264,8 +252,5 @@ CommandLine parseCommandLine(const QStringList &arguments)
             = has(OptionName::quiet) ? Report::Verbosity::Quiet : Report::Verbosity::Verbose;
     }
     commandLine.problem = isParsed ? readAll(parser, &commandLine) : unknownOption(parser);
-    if (commandLine.problem.isEmpty()) {
-        commandLine.problem = checkEncoding(arguments);
-    }
     return commandLine;
 }

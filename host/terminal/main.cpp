@@ -33,6 +33,20 @@ QStringList argumentsOf(int count, char **words)
     return arguments;
 }
 
+/// Why an argument cannot be used; empty when all can. One that is not valid in the encoding of the
+/// locale would name another file than the user means.
+QString encodingProblem(int count, char **words)
+{
+    for (int i = 0; i < count; ++i) {
+        const QString argument = QString::fromLocal8Bit(words[i]);
+        if (argument.toLocal8Bit() != words[i]) {
+            return QStringLiteral("\"%1\" is not valid in the encoding of the locale.")
+                .arg(argument);
+        }
+    }
+    return {};
+}
+
 /// Sets or unsets an environment variable and restores it in the destructor, so that the stitcher
 /// gets the user's value.
 class TemporaryVariable
@@ -215,7 +229,10 @@ int runProgram(int argumentCount, char **arguments, int *endSignal)
     // Hides Qt's warnings about its environment, which do not belong among the plug-in's messages;
     // QT_LOGGING_RULES shows them again.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-    const CommandLine commandLine = parseCommandLine(argumentsOf(argumentCount, arguments));
+    CommandLine commandLine = parseCommandLine(argumentsOf(argumentCount, arguments));
+    if (commandLine.problem.isEmpty()) {
+        commandLine.problem = encodingProblem(argumentCount, arguments);
+    }
     const QString information = informationFor(commandLine);
     Report report(information.isEmpty() ? commandLine.format : Report::Format::Text,
                   commandLine.verbosity);
