@@ -76,6 +76,9 @@ private slots:
             QString("left processes running"), QByteArray("half"));
         row("is asked to end", half + "trap 'exit 0' TERM; kill $PPID; while :; do sleep 0.1; done",
             QString("asked to end by a signal"), QByteArray("half"));
+        row("ends before its supervisor is killed",
+            half + "runner=$PPID; (sleep 0.2; kill -KILL $runner) &",
+            QString("supervises the stitcher was killed"), QByteArray("half"));
         row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none);
         row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"),
             none);
@@ -175,6 +178,14 @@ private slots:
         QVERIFY2(result.reason.contains(reason), qPrintable(result.reason));
         QTEST(readFile(image), "left");
         QVERIFY(QDir(folder->filePath("place")).removeRecursively());
+    }
+
+    void imageChangesWhileItIsHashed()
+    {
+        start(stitcher("truncate -s 256M $image"));
+        connect(runner.data(), &BuildRunner::hashing, this,
+                [this] { QVERIFY(QFile::resize(image, 100)); });
+        QVERIFY(waitForResult().reason.contains("changed while it was hashed"));
     }
 
     void outputIsCompleteAtTheEnd()
