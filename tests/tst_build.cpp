@@ -136,7 +136,7 @@ private slots:
         BuildOptions options = stitcher("printf new > $image");
         options.knownStates.insert(input, FileState::of(input));
         writeFile(input, "other");
-        QVERIFY(build(options).reason.contains("input.bin (Host FW) changed"));
+        QVERIFY(build(options).reason.contains("input.bin (Host FW) has changed"));
     }
 
     void interference_data()

@@ -64,7 +64,7 @@ BuildRunner::~BuildRunner()
 /// Returns why there is none.
 QString BuildRunner::createWorkDirectory(bool kept)
 {
-    const QString problem = temporaryDirectoryProblem();
+    QString problem = temporaryDirectoryProblem();
     if (!problem.isEmpty()) {
         return problem;
     }
@@ -121,12 +121,12 @@ QString BuildRunner::prepare(const BuildOptions &options)
             "The stitcher has the name of the image or of a file that the build itself uses.");
     }
     noteStates(options.knownStates);
-    QString problem = changeProblem();
-    if (!problem.isEmpty()) {
-        return problem;
+    const QString changed = changedFile();
+    if (!changed.isEmpty()) {
+        return tr("%1 has changed since it was checked.").arg(changed);
     }
     auto guard = std::make_unique<ImageGuard>(result.imageFile);
-    problem = guard->protect();
+    QString problem = guard->protect();
     if (!problem.isEmpty()) {
         return problem;
     }
@@ -269,21 +269,27 @@ QString BuildRunner::imageProblem() const
     return {};
 }
 
-/// Names a file that has changed since its state was noted; empty when none has.
+/// Why the files that the image is made of are not the same any more; empty when they are.
 QString BuildRunner::changeProblem() const
+{
+    const QString file = changedFile();
+    return file.isEmpty() ? QString() : tr("%1 changed during the build.").arg(file);
+}
+
+/// Names a file that has changed since its state was noted; empty when none has.
+QString BuildRunner::changedFile() const
 {
     const QAbstractItemModel &model = *session->ingredientManager()->getIngredients();
     for (const Ingredient &ingredient : ingredientsOf(model)) {
         const QString file = textOf(ingredient.value);
         const auto state = result.inputStates.constFind(file);
         if (state != result.inputStates.constEnd() && FileState::of(file) != *state) {
-            return tr("The input file %1 (%2) changed during the build.")
-                .arg(file, ingredient.name);
+            return tr("The input file %1 (%2)").arg(file, ingredient.name);
         }
     }
     return FileState::of(result.stitcher) == result.stitcherState
         ? QString()
-        : tr("The stitcher %1 changed during the build.").arg(result.stitcher);
+        : tr("The stitcher %1").arg(result.stitcher);
 }
 
 void BuildRunner::finishHashing(const QList<FileHash> &hashes)

@@ -55,9 +55,8 @@ Q_DECLARE_METATYPE(BuildResult)
 ///
 /// A build succeeds when the stitcher exits with status 0 and leaves no process behind, the image is a
 /// regular file that is not empty and was written by this build, and neither an input file nor the
-/// stitcher has changed meanwhile. An existing image
-/// is moved aside and restored when the build fails; what the failed build wrote is kept as
-/// IMAGE.partial. Every build has its own work directory.
+/// stitcher has changed meanwhile. An existing image is moved aside and restored when the build fails;
+/// what the failed build wrote is kept as IMAGE.partial. Every build has its own work directory.
 class BuildRunner : public QObject
 {
     Q_OBJECT
@@ -92,6 +91,7 @@ private:
     QString stitcherProblem() const;
     QString imageProblem() const;
     QString changeProblem() const;
+    QString changedFile() const;
     QString createWorkDirectory(bool kept);
     void removeWorkDirectory();
     void concludeSoon(const QString &reason);

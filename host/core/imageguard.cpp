@@ -234,7 +234,7 @@ QString ImageGuard::moveAside()
     if (existing.exists && !existing.isRegular()) {
         return tr("The image %1 is not a regular file; symlinks are not followed.").arg(image);
     }
-    const QString problem = existing.exists ? moveImage() : markAsNew();
+    QString problem = existing.exists ? moveImage() : markAsNew();
     backupState = FileState::ofLink(backup);
     lockBackup();
     return problem;

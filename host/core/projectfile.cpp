@@ -261,7 +261,7 @@ QString projectFileProblem(const QString &file)
 
 QString writeProject(const QString &file, const Project &project)
 {
-    const QString problem = projectFileProblem(file);
+    QString problem = projectFileProblem(file);
     if (!problem.isEmpty()) {
         return problem;
     }
