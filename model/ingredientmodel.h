@@ -103,7 +103,8 @@ private:
     void setupModelData(const QDomDocument &document);
     void setupParseErrorData(const QString &parserMessage, int line);
     void processColumnHeaders(const QDomNode &columnsNode, QVector<QVariant> *headers);
-    void addIngredientGroup(const QDomElement &groupElement, int columnCount);
+    void addIngredientGroup(const QDomNode &groupNode, QList<IngredientItem *> *groups,
+                            int columnCount);
     static void addIngredients(const QDomNode &groupNode, IngredientItem *group, int columnCount);
     static void addIngredientColumns(const QDomNode &ingredientNode, QVector<QVariant> *values);
     static FilePath processFileField(const QDomElement &element);

@@ -93,8 +93,12 @@ void IngredientModel::setupModelData(const QDomDocument &document)
         rootItem = new IngredientItem(headers);
 
         const QDomNodeList groupNodes = document.elementsByTagName(QLatin1String("group"));
+        QList<IngredientItem *> groups;
         for (int i = 0; i < groupNodes.count(); ++i) {
-            addIngredientGroup(groupNodes.at(i).toElement(), headers.count());
+            addIngredientGroup(groupNodes.at(i), &groups, headers.count());
+        }
+        for (int i = 0; i < groups.count(); ++i) {
+            rootItem->appendChild(groups.at(i));
         }
     }
 
@@ -122,17 +126,18 @@ void IngredientModel::processColumnHeaders(const QDomNode &columnsNode, QVector<
     }
 }
 
-void IngredientModel::addIngredientGroup(const QDomElement &groupElement, int columnCount)
+void IngredientModel::addIngredientGroup(const QDomNode &groupNode, QList<IngredientItem *> *groups,
+                                         int columnCount)
 {
-    if (!hasAttribute(groupElement, "name")) {
+    if (!hasAttribute(groupNode, "name")) {
         return;
     }
     QVector<QVariant> values;
-    values.append(attributeOf(groupElement, "name"));
+    values.append(attributeOf(groupNode, "name"));
     fillEmptyColumns(&values, columnCount);
     IngredientItem *group = new IngredientItem(values, rootItem);
-    addIngredients(groupElement, group, columnCount);
-    rootItem->appendChild(group);
+    addIngredients(groupNode, group, columnCount);
+    groups->append(group);
 }
 
 void IngredientModel::addIngredients(const QDomNode &groupNode, IngredientItem *group,
