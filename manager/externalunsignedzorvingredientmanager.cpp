@@ -44,13 +44,15 @@ ExternalUnsignedZorvIngredientManager::ExternalUnsignedZorvIngredientManager()
                 SLOT(processDataChange(QModelIndex, QModelIndex)));
         connect(ingredientModel, SIGNAL(statusMessage(QString)), SIGNAL(statusMessage(QString)));
         connect(ingredientModel, SIGNAL(errorMessage(QString)), SIGNAL(errorMessage(QString)));
-        ingredientModel->setIngredient(outputFileIngredient, valueColumnTitle,
-                                       documentsLocation() + QLatin1String("/unsigned-zorv.bin"));
     }
     if (readResource(":/files/externalunsignedzorvingredientmap.xml", &text)) {
         ingredientMapper = new SimpleIngredientMapper(text);
         connect(ingredientMapper, SIGNAL(statusMessage(QString)), SIGNAL(statusMessage(QString)));
         connect(ingredientMapper, SIGNAL(errorMessage(QString)), SIGNAL(errorMessage(QString)));
+    }
+    if (ingredientModel) {
+        ingredientModel->setIngredient(outputFileIngredient, valueColumnTitle,
+                                       documentsLocation() + QLatin1String("/unsigned-zorv.bin"));
     }
 }
 
