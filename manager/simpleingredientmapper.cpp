@@ -26,8 +26,9 @@ void SimpleIngredientMapper::setupIngredientMap(QDomDocument *document)
         const QDomElement rule = rules.at(i).toElement();
         if (rule.hasAttribute(QLatin1String("keyName"))
             && rule.hasAttribute(QLatin1String("fileNameRegex"))) {
-            ingredientMap.insert(rule.attribute(QLatin1String("keyName")),
-                                 FileNamePattern(rule.attribute(QLatin1String("fileNameRegex"))));
+            ingredientMap.insert(
+                rule.attribute(QLatin1String("keyName")),
+                QRegExp(rule.attribute(QLatin1String("fileNameRegex")), Qt::CaseInsensitive));
         }
     }
 }
@@ -54,9 +55,9 @@ QHash<QString, QString> SimpleIngredientMapper::findAllIngredients(const QString
 void SimpleIngredientMapper::addMatches(const QString &fileName, const QString &filePath,
                                         QHash<QString, QString> *found)
 {
-    for (QMap<QString, FileNamePattern>::const_iterator rule = ingredientMap.constBegin();
+    for (QMap<QString, QRegExp>::const_iterator rule = ingredientMap.constBegin();
          rule != ingredientMap.constEnd(); ++rule) {
-        if (!rule.value().matches(fileName)) {
+        if (!rule.value().exactMatch(fileName)) {
             continue;
         }
         const QString entry = rule.key() + QLatin1String(" = ") + filePath;

@@ -3,11 +3,10 @@
 
 #pragma once
 
-#include "manager/filenamepattern.h"
-
 #include <QHash>
 #include <QMap>
 #include <QObject>
+#include <QRegExp>
 
 class QDomDocument;
 
@@ -44,5 +43,5 @@ private:
     void addMatches(const QString &fileName, const QString &filePath,
                     QHash<QString, QString> *found);
 
-    QMap<QString, FileNamePattern> ingredientMap;
+    QMap<QString, QRegExp> ingredientMap;
 };

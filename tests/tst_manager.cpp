@@ -400,14 +400,7 @@ private slots:
         row("not the end", "abc", "abcx", false);
         row("not a part", "[ab]", "xax", false);
         row("invalid", "(abc", "abc", false);
-        row("first of two", "abc|xyz", "abc", true);
-        row("second of two", "^abc|xyz$", "xyz", true);
-        row("optional last letter", "abc?.bin", "ab.bin", true);
-        row("repeated last letter", "abc*", "abcc", true);
-        row("counted last letter", "abc{0,1}", "ab", true);
-        row("quantifier after the start", "^*a", "a", true);
-        row("class at the end", "a\\d", "a5", true);
-        row("escape at the start", "\\d.bin", "5.bin", true);
+        row("second of two", "abc|xyz", "xyz", true);
     }
     void patterns()
     {
