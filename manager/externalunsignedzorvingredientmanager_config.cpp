@@ -11,8 +11,6 @@
 #include <QTextStream>
 #include <QTime>
 
-#include <unistd.h>
-
 bool ExternalUnsignedZorvIngredientManager::saveConfigToFile(QString fileName)
 {
     return writeConfigToFile(fileName, modelAsConfig());
@@ -57,9 +55,8 @@ bool ExternalUnsignedZorvIngredientManager::writeConfigToFile(const QString &fil
 bool ExternalUnsignedZorvIngredientManager::writeLines(const QString &fileName,
                                                        const QStringList &lines)
 {
-    const int descriptor = openForWriting(fileName);
-    QFile file;
-    if (descriptor < 0 || !file.open(descriptor, QIODevice::WriteOnly)) {
+    QFile file(fileName);
+    if (!openForWriting(&file)) {
         emit errorMessage(QLatin1String("Failed to open ") + fileName
                           + QLatin1String(" for writing"));
         return false;
@@ -67,15 +64,9 @@ bool ExternalUnsignedZorvIngredientManager::writeLines(const QString &fileName,
     QTextStream stream(&file);
     stream << lines.join(QLatin1String("\n")) << QLatin1Char('\n');
     stream.flush();
-    const bool flushed = file.error() == QFile::NoError;
     file.close();
-    const bool closed = close(descriptor) == 0;
-    if (!flushed || !closed) {
-        // A truncated configuration would stitch an image without some of its files.
-        emit errorMessage(QLatin1String("Failed to write ") + fileName);
-        return false;
-    }
-    return true;
+    // A truncated configuration would stitch an image without some of its files.
+    return file.error() == QFile::NoError;
 }
 
 void ExternalUnsignedZorvIngredientManager::writeConfigForOutputSettings(

@@ -6,16 +6,13 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <fcntl.h>
-
 bool openForReading(QFile *file)
 {
     return QFileInfo(*file).isFile() && file->open(QIODevice::ReadOnly);
 }
 
-int openForWriting(const QString &path)
+bool openForWriting(QFile *file)
 {
-    const mode_t permissions = 0666; // Less the process's umask, as with QFile.
-    return open(QFile::encodeName(path).constData(),
-                O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, permissions);
+    const QFileInfo existing(*file);
+    return (existing.isFile() || !existing.exists()) && file->open(QIODevice::WriteOnly);
 }

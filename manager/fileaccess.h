@@ -6,8 +6,6 @@
 /// @file
 /// Opening files without blocking the host.
 
-#include <QString>
-
 class QFile;
 
 // The plug-in runs on the host's GUI thread. Opening a FIFO with QFile alone would block the host
@@ -17,8 +15,7 @@ class QFile;
 /// @return whether the file is open
 bool openForReading(QFile *file);
 
-/// Creates or truncates the file at @p path and opens it for writing, without blocking. A FIFO that
-/// no process reads is refused.
-/// @return a file descriptor whose writes do not block either, for the caller to close; negative
-/// when the file cannot be opened
-int openForWriting(const QString &path);
+/// Creates or truncates the file that @p file names and opens it for writing; FIFOs and devices are
+/// refused.
+/// @return whether the file is open
+bool openForWriting(QFile *file);

@@ -42,7 +42,8 @@ public:
     /// Fills the ingredients that the name of @p fileName matches; true when at least one was
     /// filled.
     virtual bool loadIngredientFile(QString fileName) = 0;
-    /// Writes the stitcher configuration; true when the whole file was written.
+    /// Writes the stitcher configuration; true when the whole file was written. Only a file that
+    /// cannot be opened is reported.
     virtual bool saveConfigToFile(QString fileName) = 0;
     /// Writes the legacy data file; false when that fails or the target does not support it.
     virtual bool saveDataToXmlFile(const QString &fileName) = 0;

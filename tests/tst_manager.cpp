@@ -9,7 +9,9 @@
 #include "row.h"
 #include "signalhook.h"
 
+#include <csignal>
 #include <sys/fsuid.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -82,7 +84,7 @@ private slots:
         row("no directory", "none/c", "E Failed to open none/c for writing");
         row("a directory", ".", "E Failed to open . for writing");
         row("FIFO with no reader", "fifo", "E Failed to open fifo for writing");
-        row("disk full", "/dev/full", "E Failed to write /dev/full");
+        row("device", "/dev/full", "E Failed to open /dev/full for writing");
     }
     void unwritableConfig()
     {
@@ -91,6 +93,21 @@ private slots:
         QCOMPARE(mkfifo("fifo", 0600), 0);
         QVERIFY(!manager->saveConfigToFile(file));
         QTEST(log->take().join("\n"), "message");
+    }
+
+    void incompleteConfig()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before = {};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        rlimit small = before;
+        small.rlim_cur = 100;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool saved = manager->saveConfigToFile(path("c"));
+        setrlimit(RLIMIT_FSIZE, &before);
+        QVERIFY(!saved);
+        QCOMPARE(readFile(path("c")).size(), 100);
+        QCOMPARE(log->take(), QStringList()); // The execution manager reports it.
     }
 
     void loadConfig_data()
