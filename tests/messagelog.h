@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <initializer_list>
+
 /// The messages about one header section of a legacy data file.
 inline QStringList sectionReport(const QString &title, int nodes,
                                  const QStringList &errors = QStringList())

@@ -15,6 +15,8 @@
 #include <QPluginLoader>
 #include <QtTest>
 
+#include <initializer_list>
+
 // Another host's declarations. It shares none with the plug-in: what must agree is the order of the
 // operations, the fields of the values, and the names of the classes, by which both dynamic_cast and
 // Qt's meta-types recognise them.

@@ -10,6 +10,7 @@
 #include "signalhook.h"
 
 #include <csignal>
+#include <initializer_list>
 #include <sys/fsuid.h>
 #include <sys/resource.h>
 
