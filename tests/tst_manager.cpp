@@ -49,6 +49,11 @@ QByteArray nested(int depth)
     return QByteArray("<a>").repeated(depth) + QByteArray("</a>").repeated(depth);
 }
 
+QByteArray entity(const QByteArray &name, const QByteArray &value)
+{
+    return "<!ENTITY " + name + " '" + value + "'>";
+}
+
 /// Whether a map gives the key "k" to a file.
 bool maps(const QString &xml, const QString &fileName)
 {
@@ -289,24 +294,16 @@ private slots:
     void limitsOfXml_data()
     {
         columns<QByteArray, bool>("xml", "valid");
-        const QByteArray start = "<!DOCTYPE p [<!ENTITY a '";
-        const QByteArray body = "'>]><p PLENKITVersion='0.1'>";
         row("empty", QByteArray(), false);
         row("truncated", QByteArray("<p PLENKITVersion='0.1'><header>"), false);
         row("not XML", QByteArray("\0\xff\xfe<p/>", 8), false);
         row("deepest", legacyXml(nested(999)), true);
         row("too deep", legacyXml(nested(1000)), false);
+        row("too deep after empty elements", legacyXml("<b c='>'/>" + nested(1000)), false);
+        row("too deep with tags in a value", legacyXml("<b c='/>'>" + nested(999) + "</b>"), false);
+        row("too deep with tags in a comment", legacyXml("<!--</b></b>-->" + nested(1000)), false);
         row("much too deep", nested(50000), false);
         row("much too deep, truncated", QByteArray("<a>").repeated(200000), false);
-        row("longest entity", start + QByteArray(4096, 'x') + body + "&a;</p>", true);
-        row("entity too long", start + QByteArray(4097, 'x') + body + "&a;</p>", false);
-        row("entities expand too far",
-            start + QByteArray(4000, 'x') + body + QByteArray("&a;").repeated(1000) + "</p>",
-            false);
-        row("entity declared after its use", start + "&b;'><!ENTITY b 'x" + body + "&a;</p>",
-            false);
-        row("entity of entities too long",
-            start + QByteArray(3000, 'x') + "'><!ENTITY b '&a;&a;" + body + "&b;</p>", false);
     }
     void limitsOfXml()
     {
@@ -315,6 +312,68 @@ private slots:
         QCOMPARE(validate(xml), valid);
         const QStringList errors = log->take().filter("XML Document content could not be set!");
         QCOMPARE(errors.isEmpty(), valid);
+    }
+
+    void declarations_data()
+    {
+        columns<QByteArray, QByteArray, bool>("declarations", "content", "valid");
+        const QByteArray use = "&a;";
+        const QByteArray none;
+        row("long entity", entity("a", QByteArray(9000, 'x')), use, true);
+        row("long entity, unused", entity("a", QByteArray(9000, 'x')), none, true);
+        row("long parameter entity", entity("% a", QByteArray(5000, 'x')), none, true);
+        row("declared after its use", entity("a", "&b;") + entity("b", "x"), use, true);
+        row("lt declared after its use", entity("a", "&lt;") + entity("lt", "&#38;#60;"), use,
+            true);
+        row("1,200 references", entity("b", "x") + entity("a", QByteArray("&b;").repeated(1200)),
+            use, true);
+        row("1.2 million characters", entity("a", QByteArray(4000, 'x')), use.repeated(300), true);
+        row("2.4 million characters", entity("a", QByteArray(4000, 'x')), use.repeated(600), false);
+        row("135 million characters in an attribute", entity("a", QByteArray(4090, 'x')),
+            "<b c='" + use.repeated(33000) + "'/>", false);
+
+        QByteArray laughs;
+        QByteArray parameterLaughs;
+        for (char level = 'a'; level < 'j'; ++level) {
+            const QByteArray next(1, char(level + 1));
+            laughs += entity(QByteArray(1, level), ("&" + next + ";").repeated(10));
+            parameterLaughs.prepend(
+                entity(QByteArray("% ") + level, ("%" + next + ";").repeated(10)));
+        }
+        row("billion laughs", laughs + entity("j", "ha"), use, false);
+        row("billion laughs in declarations",
+            entity("% j", "ha") + parameterLaughs + entity("k", "%a;"), none, false);
+        row("cycle", entity("a", "&b;x") + entity("b", "&a;x"), use, false);
+        row("cycle, unused", entity("a", "&b;x") + entity("b", "&a;x"), none, true);
+        row("too deep in an entity", entity("a", nested(1000)), use, false);
+
+        const QByteArray parentheses(900, '(');
+        const QByteArray manyParentheses(200000, '(');
+        const QByteArray end = "b" + QByteArray(200000, ')') + ">";
+        row("deep declaration", "<!ELEMENT p " + parentheses + "b" + QByteArray(900, ')') + ">",
+            none, true);
+        row("many declarations",
+            ("<!ELEMENT p " + parentheses + "b" + QByteArray(900, ')') + ">").repeated(3), none,
+            true);
+        row("much too deep declaration", "<!ELEMENT p " + manyParentheses + end, none, false);
+        row("in a parameter entity", entity("% a", "<!ELEMENT p " + manyParentheses + end) + "%a;",
+            none, false);
+        row("after a parameter entity",
+            entity("% a", "<!ELEMENT p ") + "%a;" + manyParentheses + end, none, false);
+        // Each adds a part of the same declaration.
+        QByteArray parts = entity("% p0", "<!ELEMENT p " + parentheses);
+        for (int i = 0; i < 300; ++i) {
+            parts += entity("% p" + QByteArray::number(i + 1),
+                            "&#37;p" + QByteArray::number(i) + ";" + parentheses);
+        }
+        row("in many parameter entities", parts + "%p300;", none, false);
+    }
+    void declarations()
+    {
+        QFETCH(QByteArray, declarations);
+        QFETCH(QByteArray, content);
+        QFETCH(bool, valid);
+        QCOMPARE(validate("<!DOCTYPE p [" + declarations + "]>" + legacyXml(content)), valid);
     }
 
     void failedSectionStays()
