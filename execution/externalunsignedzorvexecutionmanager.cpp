@@ -10,7 +10,6 @@
 #include "model/ingredientnames.h"
 
 #include <QDir>
-#include <QSocketNotifier>
 
 namespace {
 
@@ -130,20 +129,16 @@ void ExternalUnsignedZorvExecutionManager::startStitcher(const QString &legacyDa
     }
     process->start(stitcherProgram, arguments, QIODevice::ReadWrite);
     if (hasFailedToFork(*process)) {
-        abandonProcess();
+        replaceProcess();
         processCommandLineError(QProcess::FailedToStart);
     }
 }
 
 /// Replaces a process that must never be deleted, as hasFailedToFork() describes.
-void ExternalUnsignedZorvExecutionManager::abandonProcess()
+void ExternalUnsignedZorvExecutionManager::replaceProcess()
 {
     const QString directory = process->workingDirectory();
-    process->disconnect(this);
-    const QList<QSocketNotifier *> notifiers = process->findChildren<QSocketNotifier *>();
-    for (int i = 0; i < notifiers.count(); ++i) {
-        notifiers.at(i)->setEnabled(false);
-    }
+    abandon(process);
     createProcess();
     process->setWorkingDirectory(directory);
 }

@@ -59,7 +59,7 @@ public slots:
 private:
     void createProcess();
     void startStitcher(const QString &legacyDataFile, const QString &configFile);
-    void abandonProcess();
+    void replaceProcess();
 
     QProcess *process;
     QString launchDirectory;

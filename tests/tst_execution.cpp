@@ -18,6 +18,11 @@
 
 namespace {
 
+int openDescriptors()
+{
+    return QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).count();
+}
+
 bool isSignalToAll = false;
 bool isForkFailing = false;
 
@@ -178,8 +183,11 @@ private slots:
         writeStitcher(folder->path(), "echo done");
         isForkFailing = true;
         manager->beginExecution();
-        isForkFailing = false;
         QVERIFY(waitForOutput("E The process failed to start."));
+        const int descriptors = openDescriptors();
+        manager->beginExecution();
+        isForkFailing = false;
+        QCOMPARE(openDescriptors(), descriptors);
         manager->beginExecution();
         QVERIFY(waitForOutput("S done"));
         manager.reset();
