@@ -7,6 +7,8 @@
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "plugin/externalunsignedzorvtargetdetails.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 const QLatin1String targetName("Veldmark D1 Phone - Unsigned Zorv");
@@ -38,7 +40,10 @@ ExternalUnsignedZorv::~ExternalUnsignedZorv()
     // The execution manager points to the ingredient manager, but its destructor does not use it.
     delete ingredientManager;
     delete executionManager;
-    delete targetDetailsWidget;
+    // Without an application, deleting a widget that was shown crashes. The process is about to end.
+    if (QCoreApplication::instance()) {
+        delete targetDetailsWidget;
+    }
 }
 
 QString ExternalUnsignedZorv::getAuthor()

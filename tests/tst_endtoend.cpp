@@ -10,6 +10,7 @@
 #include "signalhook.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QPluginLoader>
@@ -102,6 +103,8 @@ struct ILoomwrightPlugin {
 
 namespace {
 
+/// The argument with which this program is another host.
+const char lateHost[] = "--late-host";
 const char greeting[] = "S    Status bridge registered for Veldmark D1 Phone - Unsigned Zorv!";
 const Qt::ItemFlags readOnly = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
 const Qt::ItemFlags editable = readOnly | Qt::ItemIsEditable;
@@ -264,6 +267,15 @@ private slots:
             root->details()->setParent(&window);
         }
         QVERIFY(!root->details());
+    }
+
+    void pageOutlivesTheApplication()
+    {
+        QProcess host;
+        host.start(QCoreApplication::applicationFilePath(), QStringList(lateHost));
+        QVERIFY(host.waitForFinished());
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.exitCode(), 0);
     }
 
     void classes()
@@ -668,5 +680,28 @@ private:
     QAbstractItemModel *model = nullptr;
 };
 
-QTEST_MAIN(TestEndToEnd)
+/// A host that shows the details page as a window and deletes the root object after its application.
+static int runLateHost(int argc, char **argv)
+{
+    QObject *root = nullptr;
+    {
+        const QApplication application(argc, argv);
+        root = QPluginLoader(PLUGIN_LIBRARY).instance();
+        dynamic_cast<ILoomwrightPlugin *>(root)->details()->show();
+        QCoreApplication::processEvents();
+    }
+    delete root;
+    return 0;
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && qstrcmp(argv[1], lateHost) == 0) {
+        return runLateHost(argc, argv);
+    }
+    const QApplication application(argc, argv);
+    TestEndToEnd test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_endtoend.moc"
