@@ -302,6 +302,11 @@ private slots:
         row("too deep after empty elements", legacyXml("<b c='>'/>" + nested(1000)), false);
         row("too deep with tags in a value", legacyXml("<b c='/>'>" + nested(999) + "</b>"), false);
         row("too deep with tags in a comment", legacyXml("<!--</b></b>-->" + nested(1000)), false);
+        row("too deep with tags in an instruction", legacyXml("<?b </b></b></b>?>" + nested(1000)),
+            false);
+        row("many elements", legacyXml(QByteArray("<b></b>").repeated(1001)), true);
+        row("many elements and a comment",
+            legacyXml("<!-- -->" + QByteArray("<b></b>").repeated(1001)), true);
         row("much too deep", nested(50000), false);
         row("much too deep, truncated", QByteArray("<a>").repeated(200000), false);
     }
@@ -329,6 +334,8 @@ private slots:
             use, true);
         row("1.2 million characters", entity("a", QByteArray(4000, 'x')), use.repeated(300), true);
         row("2.4 million characters", entity("a", QByteArray(4000, 'x')), use.repeated(600), false);
+        row("2.4 million characters in a larger file", entity("a", QByteArray(4000, 'x')),
+            "<!--" + QByteArray(600000, ' ') + "-->" + use.repeated(600), true);
         row("135 million characters in an attribute", entity("a", QByteArray(4090, 'x')),
             "<b c='" + use.repeated(33000) + "'/>", false);
 
@@ -355,6 +362,10 @@ private slots:
         row("many declarations",
             ("<!ELEMENT p " + parentheses + "b" + QByteArray(900, ')') + ">").repeated(3), none,
             true);
+        row("many groups in a declaration",
+            "<!ELEMENT p (b" + QByteArray(",(b)").repeated(1001) + ")>", none, true);
+        row("many comments", QByteArray("<!-- ( -->").repeated(1001), none, true);
+        row("parentheses in the content", entity("a", "b"), QByteArray(1001, '('), true);
         row("much too deep declaration", "<!ELEMENT p " + manyParentheses + end, none, false);
         row("in a parameter entity", entity("% a", "<!ELEMENT p " + manyParentheses + end) + "%a;",
             none, false);
