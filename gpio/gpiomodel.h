@@ -46,6 +46,8 @@ public:
     void initializeFromXml(const QString &xml);
 
 private:
+    friend class TestGpio; // A pin's always-on flag is kept, but not shown.
+
     QList<Gpio> pins;
     QStringList headers;
 };

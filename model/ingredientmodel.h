@@ -100,6 +100,8 @@ signals:
     void errorMessage(QString message);
 
 private:
+    friend class TestModel; // Positions are never invalid, but have a message if they were.
+
     void setupModelData(const QDomDocument &document);
     void setupParseErrorData(const QString &parserMessage, int line);
     void processColumnHeaders(const QDomNode &columnsNode, QVector<QVariant> *headers);

@@ -64,22 +64,28 @@ private slots:
 
     void fromXml_data()
     {
-        columns<QString, QStringList>("xml", "names");
-        row("pins at any depth", "<a><pin/><b><pin pinListName='n' gpioBit='AON'/></b></a>",
-            listOf("?????", "n"));
-        row("broken", "<a><pin/>", listOf("Failed to initialize from XML"));
-        row("too deep", QString("<a>").repeated(200000), listOf("Failed to initialize from XML"));
+        columns<QString, QStringList>("xml", "pins");
+        const QString failure = "Failed to initialize from XML, aon";
+        row("pins at any depth", "<a><pin/><b><pin pinListName='n'/></b></a>",
+            listOf("?????, aon", "n, aon"));
+        row("bit without a name", "<pin gpioBit='x'/>", listOf("?????, aon"));
+        row("always on", "<pin pinListName='n' gpioBit='1aon2'/>", listOf("n, aon 1aon2"));
+        row("not always on", "<pin pinListName='n' gpioBit='AON'/>", listOf("n, AON"));
+        row("broken", "<a><pin/>", listOf(failure));
+        row("too deep", QString("<a>").repeated(200000), listOf(failure));
     }
     void fromXml()
     {
         QFETCH(QString, xml);
         const GpioModel model(xml);
-        QStringList names;
+        QStringList pins;
         for (int row = 0; row < model.rowCount(); ++row) {
-            names << model.headerData(row, Qt::Vertical).toString();
+            const Gpio &pin = model.pins.at(row);
+            const QString name = model.headerData(row, Qt::Vertical).toString();
+            pins << QString(name + "," + (pin.aon ? " aon " : " ") + pin.gpioBit).trimmed();
             QCOMPARE(bitsOf(model, row), QString("0000000"));
         }
-        QTEST(names, "names");
+        QTEST(pins, "pins");
     }
 };
 

@@ -74,6 +74,31 @@ private slots:
         log.reset(new MessageLog(manager.data()));
     }
 
+    void messagesOfTheModel()
+    {
+        manager->getIngredients()->getIngredient("none", "Value");
+        QMetaObject::invokeMethod(manager->getIngredients(), "statusMessage",
+                                  Q_ARG(QString, "text"));
+        QCOMPARE(log->take(), listOf("E Could not find ingredient named: none", "S text"));
+    }
+
+    void missingResources()
+    {
+        Q_CLEANUP_RESOURCE(externalunsignedzorv);
+        ExternalUnsignedZorvIngredientManager empty;
+        Q_INIT_RESOURCE(externalunsignedzorv);
+        MessageLog messages(&empty);
+        QVERIFY(!empty.getIngredients());
+        QCOMPARE(messages.take(),
+                 listOf("E Ingredient model does not have a value!",
+                        "E Please contact the plug-in author to correct this error."));
+        QVERIFY(!empty.ingredientColumnIsVisible(0));
+        QVERIFY(!empty.loadIngredientFile("HostFW_1.bin"));
+        QVERIFY(!empty.generateConfigFromDirectory("."));
+        QVERIFY(empty.saveConfigToFile(path("c")));
+        QVERIFY(!empty.loadConfigFromFile(path("c")));
+    }
+
     void imageNameInConfig()
     {
         QVERIFY(manager->writeConfigToFile(path("c"), configOf("ImageName", "")));

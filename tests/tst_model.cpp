@@ -4,6 +4,7 @@
 #include "changelog.h"
 #include "files.h"
 #include "messagelog.h"
+#include "model/ingredientitem.h"
 #include "model/ingredientmodel.h"
 #include "qtcompat.h"
 #include "row.h"
@@ -62,6 +63,19 @@ private slots:
     void init()
     {
         folder.reset(new QTemporaryDir);
+    }
+
+    void cellsOfAnItem()
+    {
+        IngredientItem item(QVector<QVariant>() << "0"
+                                                << "1");
+        QVERIFY(item.setData(0, "first"));
+        QVERIFY(item.setData(1, "last"));
+        QVERIFY(!item.setData(2, "x"));
+        QVERIFY(!item.setData(-1, "x"));
+        QCOMPARE(item.columnCount(), 2);
+        QCOMPARE(item.data(0), QVariant("first"));
+        QCOMPARE(item.data(1), QVariant("last"));
     }
 
     void fileField_data()
@@ -289,6 +303,22 @@ private slots:
             listOf("E Could not find ingredient named: no%1", "E Could not find column named: na%2",
                    "E Could not find column named: nada", "E Could not find group named: I",
                    "E Could not find ingredient named: G", "E Could not find ingredient named: G"));
+    }
+
+    void invalidPositions()
+    {
+        IngredientModel model(definitionOf("<text value='t'/>"));
+        model.clearIndexes();
+        model.ingredientIndexes.insert("I", new IngredientIndex(0, -1));
+        model.groupIndexes.insert("G", new IngredientIndex(-1));
+        MessageLog log(&model);
+        QVERIFY(model.getIngredient("I", "Value").isNull());
+        model.setIngredient("I", "Value", "x");
+        QVERIFY(!model.getIngredientVisible("I"));
+        model.setIngredientVisible("I", true);
+        model.setGroupVisible("G", true);
+        const QString message = "E Requested index is invalid";
+        QCOMPARE(log.take(), listOf(message, message, message, message, message));
     }
 
     void choosingByText_data()
