@@ -10,9 +10,9 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./run.sh
 
-Installs missing packages (Debian 12, with apt), builds the project, and builds an image from a sample
-directory: mapping, checks, configuration, stitching. Then it shows the checks of a faulty directory.
-The results are in the directory out/.
+Installs missing packages (Debian 12 and 13, with apt), builds plug-in and terminal host, and builds an
+image from a sample directory: mapping, checks, configuration, stitching. It also shows the checks of a
+faulty directory. The results are in the directory out/.
 
 The vendor's stitcher is not part of this project; this run uses the mock stitcher in examples/.
 
@@ -36,7 +36,7 @@ cd "$(dirname "$0")"
 . scripts/dependencies.sh
 # shellcheck disable=SC2086 # a list of packages
 install_packages $build_packages
-build_preset release
+build_preset release loomwright
 
 heading() {
     printf '\n=== %s\n\n' "$1"

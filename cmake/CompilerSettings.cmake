@@ -1,13 +1,6 @@
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
 
-# Qt 4's headers and generated code cause warnings with current compilers, so these are not errors
-# there.
-if(ZORV_QT EQUAL 5)
-    option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
-else()
-    option(LOOMWRIGHT_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
-endif()
 option(LOOMWRIGHT_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
 
 option(LOOMWRIGHT_FUZZ "Instrument for the fuzzers (with clang)" OFF)
@@ -18,8 +11,7 @@ target_include_directories(loomwright-settings INTERFACE
     ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
 target_compile_options(loomwright-settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-    -Wformat=2 -Wnull-dereference
-    $<$<BOOL:${LOOMWRIGHT_WARNINGS_AS_ERRORS}>:-Werror>)
+    -Wformat=2 -Wnull-dereference)
 if(LOOMWRIGHT_SANITIZE)
     target_compile_options(loomwright-settings INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

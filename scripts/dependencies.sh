@@ -4,7 +4,7 @@
 #
 # Sourced by the other scripts.
 
-# The Debian 12 packages that each task needs.
+# The packages of Debian 12 and 13 that each task needs.
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
 # shellcheck disable=SC2034
@@ -52,10 +52,10 @@ install_packages() {
     rm -f "$install_log"
 }
 
-# build_preset PRESET: configures and builds; prints output only on failure.
+# build_preset PRESET [TARGET]: configures and builds; prints output only on failure.
 build_preset() {
     build_log=$(mktemp)
-    if ! { cmake --preset "$1" && cmake --build --preset "$1"; } > "$build_log" 2>&1; then
+    if ! { cmake --preset "$1" && cmake --build --preset "$1" ${2:+--target "$2"}; } > "$build_log" 2>&1; then
         grep -v '^\[[0-9]*/[0-9]*\] \(Building\|Linking\|Automatic\)' "$build_log" | tail -n 60 >&2
         echo "The build failed (preset $1; all of its output: $build_log)" >&2
         return 1

@@ -21,7 +21,7 @@ examples=$(cd "$(dirname "$0")/../examples" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-cmake -S "$examples/minimal-host" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" > "$work/log"
+cmake -G Ninja -S "$examples/minimal-host" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" > "$work/log"
 cmake --build "$work/build" >> "$work/log" || { cat "$work/log" >&2; exit 1; }
 
 cd "$work"
