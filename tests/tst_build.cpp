@@ -60,41 +60,44 @@ private slots:
         QTest::addColumn<QByteArray>("script");
         QTest::addColumn<QString>("reason");
         QTest::addColumn<QByteArray>("partial");
+        QTest::addColumn<int>("timeoutMs");
         const QByteArray half = "printf half > $image; ";
         const QByteArray none;
-        row("good", QByteArray("printf new > $image"), QString(), none);
-        row("reads its input", QByteArray("printf new > $image; cat"), QString(), none);
+        row("good", QByteArray("printf new > $image"), QString(), none, 0);
+        row("reads its input", QByteArray("printf new > $image; cat"), QString(), none, 0);
         row("fails halfway", half + "exit 1", QString("exit status 1\\..*i.bin.partial"),
-            QByteArray("half"));
+            QByteArray("half"), 0);
         row("crashes halfway", half + "kill -SEGV $$", QString("ended by signal 11"),
-            QByteArray("half"));
+            QByteArray("half"), 0);
         row("hangs halfway", half + deaf + "sleep 1000 & sleep 1000",
-            QString("did not end within 0.5 s"), QByteArray("half"));
+            QString("did not end within 0.5 s"), QByteArray("half"), 500);
         row("is killed with its supervisor", half + "kill -KILL $PPID; exec sleep 1000",
-            QString("supervises the stitcher was killed"), QByteArray("half"));
+            QString("supervises the stitcher was killed"), QByteArray("half"), 0);
         row("goes on in the background", half + "(sleep 1000; printf more >> $image) &",
-            QString("left processes running"), QByteArray("half"));
+            QString("left processes running"), QByteArray("half"), 0);
         row("is asked to end", half + "trap 'exit 0' TERM; kill $PPID; while :; do sleep 0.1; done",
-            QString("asked to end by a signal"), QByteArray("half"));
+            QString("asked to end by a signal"), QByteArray("half"), 0);
         row("ends before its supervisor is killed",
             half + "runner=$PPID; (sleep 0.2; kill -KILL $runner) &",
-            QString("supervises the stitcher was killed"), QByteArray("half"));
-        row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none);
-        row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"),
-            none);
+            QString("supervises the stitcher was killed"), QByteArray("half"), 0);
+        row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none,
+            0);
+        row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"), none,
+            0);
         row("leaves a symlink", QByteArray("ln -s /etc/passwd $image"),
-            QString("is not a regular file"), readFile("/etc/passwd"));
+            QString("is not a regular file"), readFile("/etc/passwd"), 0);
         row("changes an input", QByteArray("printf new > $image; echo >> $input"),
-            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"));
+            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"), 0);
         row("replaces an input", QByteArray("printf new > $image; cp $input x; mv x $input"),
-            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"));
-        row("has no interpreter", QByteArray(), QString("interpreter is missing"), none);
+            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"), 0);
+        row("has no interpreter", QByteArray(), QString("interpreter is missing"), none, 0);
     }
     void stitchers()
     {
         QFETCH(QByteArray, script);
         QFETCH(QString, reason);
         QFETCH(QByteArray, partial);
+        QFETCH(int, timeoutMs);
         for (const QByteArray &old : {QByteArray(), QByteArray("old")}) {
             QFile::remove(image + ".partial");
             QFile::remove(image);
@@ -103,7 +106,7 @@ private slots:
             }
             const QByteArray before = qgetenv("PATH") + qgetenv("TMPDIR");
             BuildOptions options = stitcher(script);
-            options.timeoutMs = reason.contains("0.5") ? 500 : 0;
+            options.timeoutMs = timeoutMs;
             const BuildResult result = build(options);
             QCOMPARE(qgetenv("PATH") + qgetenv("TMPDIR"), before);
             QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
@@ -219,7 +222,7 @@ private slots:
         const QString place = folder->filePath("place");
         QVERIFY(QDir().mkdir(place));
         writeFile(place + "/input.bin", "input");
-        QCOMPARE(QProcess::execute("sh", {"-c", "cd " + place + "; " + command}), 0);
+        QCOMPARE(QProcess::execute("sh", {"-c", "cd " + quoted(place) + "; " + command}), 0);
         const QStringList before = QDir(place).entryList(QDir::AllEntries | QDir::System);
         QCOMPARE(set("ImageName", place + "/i.bin"), QString());
         const BuildResult result = build(stitcher("printf new > $image"));
@@ -392,8 +395,8 @@ private:
     BuildOptions stitcher(const QByteArray &script)
     {
         writeStitcher(folder->path(),
-                      "image=" + QFile::encodeName(image) + " input=" + QFile::encodeName(input)
-                          + " go=" + mark() + "/go\n" + script);
+                      "image=" + quoted(image) + " input=" + quoted(input)
+                          + " go=" + quoted(folder->filePath("go")) + '\n' + script);
         BuildOptions options;
         options.stitcher = folder->filePath("tamblin-stitcher");
         if (script.isEmpty()) {
