@@ -66,7 +66,7 @@ fi
 
 if command -v fish > /dev/null; then
     in_fish() {
-        fish --no-config -c "source $build/completions/loomwright.fish; complete -C '$1'" | cut -f 1
+        fish --no-config -c "source '$build/completions/loomwright.fish'; complete -C '$1'" | cut -f 1
     }
     expect fish 'loomwright ver' 'verify !build' "$(in_fish 'loomwright ver')"
     expect fish 'loomwright build --' '--manifest --set' "$(in_fish 'loomwright build --')"
@@ -81,7 +81,7 @@ if command -v zsh > /dev/null; then
         COLUMNS=200 zsh -f -c '
             zmodload zsh/zpty
             zpty shell zsh -f
-            zpty -w shell "fpath=($1 \$fpath); autoload -Uz compinit; compinit -u -D"
+            zpty -w shell "fpath=(${(q)1} \$fpath); autoload -Uz compinit; compinit -u -D"
             zpty -w shell "LISTMAX=1000; bindkey \"^I\" list-choices; PROMPT=rea\"\"dy"
             # Before the prompt is there, the terminal would handle the keys itself.
             zpty -r -m shell output "*ready*"

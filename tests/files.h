@@ -25,10 +25,17 @@ inline QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Writes an executable shell script named tamblin-stitcher into @p folder.
+/// A path as a word of a shell script.
+inline QByteArray quoted(const QString &path)
+{
+    return '\'' + QFile::encodeName(path) + '\'';
+}
+
+/// Writes an executable shell script named tamblin-stitcher into @p folder. It splits no words, so a
+/// variable may hold a path with a space.
 inline void writeStitcher(const QString &folder, const QByteArray &body)
 {
-    const QString script = writeFile(folder + "/tamblin-stitcher", "#!/bin/sh\n" + body);
+    const QString script = writeFile(folder + "/tamblin-stitcher", "#!/bin/sh\nIFS=\n" + body);
     QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 

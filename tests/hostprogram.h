@@ -44,11 +44,11 @@ public:
     }
 
     /// The words of a command line, with the samples' names filled in.
-    QStringList words(QString line) const
+    QStringList words(const QString &line) const
     {
-        line.replace("GOOD", samples.filePath("good"))
-            .replace("BROKEN", samples.filePath("broken"));
-        return line.split(' ', Qt::SkipEmptyParts);
+        return line.split(' ', Qt::SkipEmptyParts)
+            .replaceInStrings("GOOD", samples.filePath("good"))
+            .replaceInStrings("BROKEN", samples.filePath("broken"));
     }
 
     Run start(const QStringList &arguments, const QByteArray &input = {}) const

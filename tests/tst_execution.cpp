@@ -112,7 +112,7 @@ private slots:
     {
         const QString go = folder->filePath("go");
         writeStitcher(folder->path(),
-                      "printf ' one\\n\\ntwo'; while [ ! -e " + go.toUtf8()
+                      "printf ' one\\n\\ntwo'; while [ ! -e " + quoted(go)
                           + " ]; do sleep 0.01; done; printf 'three\\0four'");
         manager->beginExecution();
         log->take();

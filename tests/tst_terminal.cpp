@@ -54,7 +54,7 @@ private slots:
         row("standard input twice", "-c - validate -", 2, none, "only once");
         row("quiet and verbose", "-q -v info", 2, none, "cannot be combined");
         row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
-        row("data views", "-d GOOD info", 0, "Data views +\\w", none);
+        row("data views", "-d GOOD info", 0, "Data views +GPIO Settings\n$", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
         row("targets of no plug-in", "--plugin nope.so targets", 3, none, "No plug-in found");
         row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
@@ -89,8 +89,8 @@ private slots:
             "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
         row("validate three",
             "-q validate BROKEN/platform/veldmark-d1.xml "
-            "GOOD/platform/veldmark-d1.xml DEEP",
-            1, "^\\S*: not valid\n\\S*: valid\n\\S*: not valid\n$",
+            "GOOD/platform/veldmark-d1.xml GOOD/../deep.xml",
+            1, "^[^\n]*: not valid\n[^\n]*: valid\n[^\n]*: not valid\n$",
             "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n"
             "ERROR: XML Document content could not be set!\n$");
         row("config alone on standard output", "-v -d GOOD config", 0,
@@ -117,7 +117,6 @@ private slots:
         QFETCH(QString, arguments);
         QFETCH(QString, output);
         QFETCH(QString, errors);
-        arguments.replace("DEEP", host.samples.filePath("deep.xml"));
         const Run run = host.start(arguments);
         QVERIFY2(matches(run.output, output), qPrintable(run.output));
         QVERIFY2(matches(run.errors, errors), qPrintable(run.errors));
@@ -156,7 +155,7 @@ private slots:
     {
         QFETCH(QString, arguments);
         QDir(host.folder->path()).mkdir("drop");
-        writeStitcher(host.folder->path(), "touch " + host.path("started").toUtf8());
+        writeStitcher(host.folder->path(), "touch " + quoted(host.path("started")));
         const QString input = writeFile(host.path("drop/HostFW_1.bin"), "precious");
         writeFile(host.path("config.txt"), "Flash-Layer = /a\n");
         QFile::link("drop/HostFW_1.bin", host.path("in.bin"));
@@ -198,7 +197,7 @@ private slots:
 
     void dryRun()
     {
-        writeStitcher(host.folder->path(), "touch " + host.path("started").toUtf8());
+        writeStitcher(host.folder->path(), "touch " + quoted(host.path("started")));
         const QJsonObject document = host.start("--json -d GOOD build -o i.bin --dry-run").json();
         const QStringList words = document["commandLine"].toVariant().toStringList();
         QCOMPARE(words.first(), host.path("tamblin-stitcher"));
@@ -208,8 +207,7 @@ private slots:
         QVERIFY(document["config"].toString().contains("ImageName = " + host.path("i.bin")));
         QCOMPARE(document["checks"].toArray().count(), 14);
         QVERIFY(!QFile::exists(host.path("started")));
-        QVERIFY(
-            host.start("-d GOOD build -o i.bin --dry-run").output.contains("\nCommand line: /"));
+        QVERIFY(host.start("-d GOOD build -o i.bin --dry-run").output.contains("\nCommand line: "));
     }
 
     /// A plug-in with other columns, kinds of values, checks and another command line.
@@ -370,7 +368,7 @@ private slots:
             "loomwright: The build failed");
         row("deleted current directory", dots,
             "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",
-            "current directory no longer exists.\n1\n$");
+            "current directory no longer exists\\..*\n1\n$");
         row("no temporary directory", dots, "TMPDIR=/no/where " + build + " 2>&1; echo $?",
             "TMPDIR is set to /no/where, which does not exist.\n1\n$");
         row("ignored HUP",
@@ -387,7 +385,8 @@ private slots:
         QFETCH(QString, script);
         QFETCH(QString, output);
         writeStitcher(host.folder->path(),
-                      "image=$(sed -n 's/^ImageName = //p' $4); cd " + mark + "\n" + stitcher);
+                      "image=$(sed -n 's/^ImageName = //p' $4); cd " + quoted(host.folder->path())
+                          + '\n' + stitcher);
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
         QCOMPARE(processesOf(mark), QStringList());
@@ -404,8 +403,8 @@ private slots:
     {
         QFETCH(int, number);
         writeStitcher(host.folder->path(),
-                      "trap '' HUP INT TERM; sleep 1000 & touch " + mark
-                          + "/started; wait; sleep 1000");
+                      "trap '' HUP INT TERM; sleep 1000 & touch " + quoted(host.path("started"))
+                          + "; wait; sleep 1000");
         QProcess program;
         program.setProcessEnvironment(host.environment);
         program.start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", host.path("i.bin")});

@@ -78,7 +78,7 @@ private slots:
     void stop_data()
     {
         columns<QByteArray, QString, bool>("stitcher", "state", "hasImage");
-        const QByteArray write = "while read -r key equals value; do "
+        const QByteArray write = "while IFS=' ' read -r key equals value; do "
                                  "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
         row("the stitcher", QByteArray("exec sleep 1000"), "is running", false);
         row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing the image", true);
