@@ -27,6 +27,8 @@ picture_packages="fonts-dejavu-core"
 memcheck_packages="valgrind libc6-dbg"
 # shellcheck disable=SC2034
 bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils xvfb xauth"
+# shellcheck disable=SC2034
+root_packages="debootstrap git"
 
 # install_packages PACKAGE...: installs missing packages and prints their names.
 install_packages() {
