@@ -38,6 +38,9 @@ public:
         environment = QProcessEnvironment::systemEnvironment();
         environment.insert("PATH", folder->path() + ":" + environment.value("PATH"));
         environment.insert("TMPDIR", folder->path());
+        // Fontconfig writes to standard error when it cannot read its configuration.
+        environment.insert("FONTCONFIG_FILE",
+                           writeFile(samples.filePath("fonts.conf"), "<fontconfig/>"));
         environment.remove("QT_QPA_PLATFORM");
         environment.remove("DISPLAY");
         environment.remove("XDG_RUNTIME_DIR");
