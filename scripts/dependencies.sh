@@ -6,7 +6,7 @@
 
 # The packages of Debian 12 and 13 that each task needs.
 # shellcheck disable=SC2034 # used by the scripts that source this one
-build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5"
+build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5 libkf5widgetsaddons-dev libkf5itemmodels-dev"
 # shellcheck disable=SC2034
 test_packages="xvfb xauth python3-jsonschema desktop-file-utils"
 # shellcheck disable=SC2034
