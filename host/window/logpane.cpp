@@ -11,64 +11,104 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QFileDialog>
 #include <QFontDatabase>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QScrollBar>
+#include <QSyntaxHighlighter>
 #include <QTextBlock>
-#include <QTextDocumentFragment>
 #include <QTime>
-#include <QToolButton>
+#include <QToolBar>
+#include <QVBoxLayout>
 
 namespace {
 
 const int showIntervalMs = 50;
-/// How long one batch may block the window.
-const int batchMs = 20;
-/// A longer line would block the text layout for seconds.
-const int maxLineLength = 4096;
+/// A larger batch would block the window while the view takes it in.
+const int linesPerBatch = 500;
+/// A longer line would block the text layout.
+const int maxLineLength = 1000;
+/// A longer message is cut at once, since all of it would be dropped anyway.
+const int maxMessageLength = 2 * 1024 * 1024;
 
-/// The type of a block of the view, stored as its user state.
-enum BlockState { StatusBlock, ErrorStart, ErrorContinuation };
-
-/// Whether a text document starts a new block at @p character.
-bool endsLine(QChar character)
-{
-    switch (character.unicode()) {
-    case '\n':
-    case '\r':
-    case QChar::ParagraphSeparator:
-    case 0xfdd0: // Used by documents for the borders of frames.
-    case 0xfdd1:
-        return true;
-    default:
-        return false;
-    }
-}
+/// The user states of the blocks of lines.
+enum LineState { StatusLine, ErrorLine };
 
 bool isAtEnd(const QTextCursor &cursor)
 {
     return cursor.block() == cursor.document()->lastBlock();
 }
 
+/// @return an empty text, or why the file could not be written
+QString writeFile(const QString &fileName, const QByteArray &content)
+{
+    QSaveFile file(fileName);
+    const bool isWritten
+        = file.open(QIODevice::WriteOnly) && file.write(content) >= 0 && file.commit();
+    return isWritten ? QString() : file.errorString();
+}
+
+/// Copies only what it shows: a selection may contain lines that the filter hides.
+class LogView : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    QMimeData *createMimeDataFromSelection() const override
+    {
+        const int start = textCursor().selectionStart();
+        const int end = textCursor().selectionEnd();
+        QStringList lines;
+        for (QTextBlock block = document()->findBlock(start);
+             block.isValid() && block.position() <= end; block = block.next()) {
+            if (block.isVisible()) {
+                const int from = qMax(0, start - block.position());
+                lines << block.text().mid(from, end - block.position() - from);
+            }
+        }
+        auto copied = new QMimeData;
+        copied->setText(lines.join(QLatin1Char('\n')));
+        return copied;
+    }
+};
+
+/// Colours the lines of errors.
+class ErrorHighlighter : public QSyntaxHighlighter
+{
+public:
+    using QSyntaxHighlighter::QSyntaxHighlighter;
+
+protected:
+    void highlightBlock(const QString &text) override
+    {
+        if (currentBlockState() == ErrorLine) {
+            setFormat(0, text.size(), failureColor(QGuiApplication::palette()));
+        }
+    }
+};
+
 } // namespace
 
 LogPane::LogPane(QWidget *parent)
     : QWidget(parent)
-    , view(new QPlainTextEdit(this))
+    , view(new LogView(this))
+    , highlighter(new ErrorHighlighter(view->document()))
     , droppedNotice(new QLabel(this))
+    , searchLine(new QLineEdit(this))
+    , searchState(new QLabel(this))
 {
     createView();
     droppedNotice->setObjectName(QStringLiteral("logDropped"));
-    droppedNotice->setText(tr("Older lines were dropped: %1 characters are kept.")
-                               .arg(QLocale().toString(charactersKept)));
+    droppedNotice->setText(
+        tr("Older lines were dropped: %1 lines are kept.").arg(QLocale().toString(maxLines)));
     droppedNotice->setWordWrap(true);
     droppedNotice->hide();
     auto layout = new QVBoxLayout(this);
@@ -76,11 +116,15 @@ LogPane::LogPane(QWidget *parent)
     layout->addWidget(droppedNotice);
     layout->addWidget(view);
     setFocusProxy(view);
-    updateFont();
 
     showTimer.setSingleShot(true);
     showTimer.setInterval(showIntervalMs);
-    connect(&showTimer, &QTimer::timeout, this, &LogPane::showSome);
+    connect(&showTimer, &QTimer::timeout, this, [this] {
+        showLines(linesPerBatch);
+        if (isBusy()) {
+            showTimer.start();
+        }
+    });
 }
 
 void LogPane::createView()
@@ -91,6 +135,12 @@ void LogPane::createView()
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setUndoRedoEnabled(false);
     view->setTabChangesFocus(true);
+    // The last block is empty: a selection of the last line does not grow with the text.
+    view->setMaximumBlockCount(maxLines + 1);
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setStyleHint(QFont::Monospace);
+    fixed.setPointSizeF(QFontInfo(font()).pointSizeF());
+    view->setFont(fixed);
     // The view follows its end until the user moves elsewhere, by scrolling or with the cursor. The
     // value of the scroll bar does not show this, since the view also changes it while it lays out
     // lines.
@@ -120,35 +170,29 @@ void LogPane::followEnd()
 
 QWidget *LogPane::createBar()
 {
-    auto bar = new QWidget(this);
-    auto layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    searchLine = new QLineEdit(bar);
+    auto bar = new QToolBar(this);
+    bar->setIconSize(iconSizeFor(this));
     searchLine->setObjectName(QStringLiteral("logSearch"));
     searchLine->setPlaceholderText(tr("Search the log"));
     searchLine->setAccessibleName(tr("Search the log"));
     searchLine->setClearButtonEnabled(true);
-    layout->addWidget(searchLine, 1);
-    searchState = new QLabel(bar);
+    bar->addWidget(searchLine);
     searchState->setObjectName(QStringLiteral("logSearchState"));
-    searchState->setMargin(fontMetrics().horizontalAdvance(QLatin1Char(' ')));
-    searchState->hide();
-    layout->addWidget(searchState);
+    bar->addWidget(searchState);
 
-    const auto add = [this, bar](const char *icon, const QString &name, auto action) {
-        QToolButton *button = addButton(bar, QLatin1String(icon), name);
-        connect(button, &QToolButton::clicked, this, action);
+    const auto add = [this, bar](const char *icon, const QString &name, auto operation) {
+        QAction *action = bar->addAction(namedIcon(QLatin1String(icon)), name, this, operation);
+        bar->widgetForAction(action)->setFocusPolicy(Qt::StrongFocus);
+        return action;
     };
-    add("go-up", tr("Find previous"), &LogPane::findPrevious);
-    add("go-down", tr("Find next"), &LogPane::findNext);
-    layout->addSpacing(layout->contentsMargins().left() + searchState->margin());
-    errorsOnlyButton = addButton(bar, QStringLiteral("dialog-error"), tr("Show errors only"));
-    errorsOnlyButton->setObjectName(QStringLiteral("logErrorsOnly"));
-    errorsOnlyButton->setCheckable(true);
-    connect(errorsOnlyButton, &QToolButton::toggled, this, &LogPane::setErrorsOnly);
+    add("go-up", tr("Find previous"), [this] { search(QTextDocument::FindBackward); });
+    add("go-down", tr("Find next"), [this] { search(); });
+    bar->addSeparator();
+    errorsOnly = add("dialog-error", tr("Show errors only"), &LogPane::setErrorsOnly);
+    errorsOnly->setObjectName(QStringLiteral("logErrorsOnly"));
+    errorsOnly->setCheckable(true);
     add("go-jump", tr("Next error"), &LogPane::showNextError);
-    layout->addSpacing(searchState->margin());
+    bar->addSeparator();
     add("edit-copy", tr("Copy the log"), &LogPane::copy);
     add("edit-clear", tr("Clear the log"), &LogPane::clear);
     add("document-save-as", tr("Save the log"), &LogPane::save);
@@ -157,26 +201,14 @@ QWidget *LogPane::createBar()
         // Starts at the present match, so that it grows in place while the user types.
         QTextCursor start = view->textCursor();
         start.setPosition(start.selectionStart());
-        select(start);
-        find({});
+        view->setTextCursor(start);
+        search();
     });
     connect(searchLine, &QLineEdit::returnPressed, this, [this] {
         const bool backward = QApplication::keyboardModifiers() & Qt::ShiftModifier;
-        backward ? findPrevious() : findNext();
+        search(backward ? QTextDocument::FindBackward : QTextDocument::FindFlags());
     });
     return bar;
-}
-
-QToolButton *LogPane::addButton(QWidget *bar, const QString &iconName, const QString &name)
-{
-    auto button = new QToolButton(bar);
-    button->setIcon(namedIcon(iconName));
-    button->setToolTip(name);
-    button->setAccessibleName(name);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::StrongFocus);
-    bar->layout()->addWidget(button);
-    return button;
 }
 
 void LogPane::addStatus(const QString &message)
@@ -191,20 +223,24 @@ void LogPane::addError(const QString &message)
 
 void LogPane::add(const QString &message, bool isError)
 {
-    // Skips text that would be dropped at once, and a final line feed, which would add an empty
-    // line.
-    QString kept = message.right(charactersKept);
-    if (kept.endsWith(QLatin1Char('\n'))) {
-        kept.chop(1);
-    }
     const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
-    const QString mark = isError ? QStringLiteral("✖ ") : QStringLiteral("  ");
-    incoming.push_back({time + QLatin1Char(' ') + mark + kept, isError});
-    incomingCharacters += incoming.back().text.size();
-    while (incoming.size() > 1 && incomingCharacters > charactersKept) {
-        incomingCharacters -= incoming.front().text.size();
-        incoming.pop_front();
-        forgetLines();
+    const QString mark = isError ? QStringLiteral(" ✖ ") : QStringLiteral("   ");
+    QString text = time + mark + message.right(maxMessageLength);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    if (text.endsWith(QLatin1Char('\n'))) {
+        text.chop(1);
+    }
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        int start = 0;
+        do {
+            pending.push_back({line.mid(start, maxLineLength), isError});
+            start += maxLineLength;
+        } while (start < line.size());
+    }
+    while (pending.size() > maxLines) {
+        pending.pop_front();
         droppedNotice->show();
     }
     if (!showTimer.isActive()) {
@@ -212,254 +248,113 @@ void LogPane::add(const QString &message, bool isError)
     }
 }
 
-/// Splits the oldest incoming message into lines.
-void LogPane::splitNextMessage()
+bool LogPane::isBusy() const
 {
-    const Message message = std::move(incoming.front());
-    incoming.pop_front();
-    incomingCharacters -= message.text.size();
-    bool startsMessage = true;
-    int start = 0;
-    for (int i = 0; i <= message.text.size(); ++i) {
-        const bool atEnd = i == message.text.size();
-        const bool lineEnds = atEnd || endsLine(message.text.at(i));
-        if (!lineEnds && i - start < maxLineLength) {
-            continue;
-        }
-        lines.push_back({message.text.mid(start, i - start), message.isError, startsMessage});
-        lineCharacters += i - start + 1;
-        startsMessage = false;
-        const bool carriageReturnFirst
-            = !atEnd && message.text.midRef(i, 2) == QLatin1String("\r\n");
-        i += carriageReturnFirst ? 1 : 0;
-        start = lineEnds ? i + 1 : i;
-    }
+    return !pending.empty();
 }
 
-/// Removes the oldest lines until the text is within the limit.
-void LogPane::trim()
+/// Appends at most @p count pending lines.
+void LogPane::showLines(int count)
 {
-    int blocksToRemove = 0;
-    while (!lines.empty() && lineCharacters + incomingCharacters > charactersKept) {
-        const Line &oldest = lines.front();
-        lineCharacters -= oldest.text.size() + 1;
-        if (linesProcessed > 0) {
-            --linesProcessed;
-            blocksToRemove += isShown(oldest) ? 1 : 0;
-        }
-        lines.pop_front();
-        droppedNotice->show();
-    }
-    if (blocksToRemove == 0) {
-        return;
-    }
-    blocksShown -= blocksToRemove;
-    if (blocksShown == 0) {
-        clearView();
-        return;
-    }
-    QTextCursor oldest(view->document());
-    oldest.setPosition(view->document()->findBlockByNumber(blocksToRemove).position(),
-                       QTextCursor::KeepAnchor);
-    oldest.removeSelectedText();
-}
-
-/// Shows text that has not been shown yet, as much as one batch may take.
-void LogPane::showSome()
-{
-    QElapsedTimer elapsed;
-    elapsed.start();
+    // A cursor at the end moves with it, which is no choice of the user.
     const QSignalBlocker blocker(view);
-    trim();
-    const QTextCursor current = view->textCursor();
-    const int anchor = current.anchor();
-    const int position = current.position();
     QTextCursor end(view->document());
     end.movePosition(QTextCursor::End);
     end.beginEditBlock();
-    while (elapsed.elapsed() < batchMs) {
-        if (linesProcessed < lines.size()) {
-            showLine(&end, lines.at(linesProcessed));
-            ++linesProcessed;
-        } else if (!incoming.empty()) {
-            splitNextMessage();
-        } else {
-            break;
+    for (; isBusy() && count > 0; --count) {
+        const Line line = pending.front();
+        pending.pop_front();
+        QTextBlock block = end.block();
+        end.insertText(line.text + QLatin1Char('\n'));
+        block.setUserState(line.isError ? ErrorLine : StatusLine);
+        if (isHidden(block)) {
+            block.setVisible(false);
+            block.setLineCount(0);
+        }
+        if (view->document()->blockCount() > view->maximumBlockCount()) {
+            droppedNotice->show();
         }
     }
     end.endEditBlock();
-    moveBack(anchor, position);
-    trim();
-    if (isBusy()) {
-        showTimer.start();
-    }
 }
 
-bool LogPane::isBusy() const
+bool LogPane::isHidden(const QTextBlock &block) const
 {
-    return linesProcessed < lines.size() || !incoming.empty();
-}
-
-/// Restores the user's cursor: inserted text moves a cursor that is at the end.
-void LogPane::moveBack(int anchor, int position)
-{
-    QTextCursor cursor = view->textCursor();
-    if (cursor.anchor() == anchor && cursor.position() == position) {
-        return;
-    }
-    cursor.setPosition(anchor);
-    cursor.setPosition(position, QTextCursor::KeepAnchor);
-    QScrollBar *bar = view->verticalScrollBar();
-    const int value = bar->value();
-    view->setTextCursor(cursor);
-    bar->setValue(value);
-}
-
-void LogPane::showLine(QTextCursor *end, const Line &line)
-{
-    if (!isShown(line)) {
-        return;
-    }
-    QTextCharFormat format;
-    if (line.isError) {
-        format.setForeground(failureColor(palette()));
-    }
-    if (blocksShown > 0) {
-        end->insertBlock();
-    }
-    end->insertText(line.text, format);
-    const BlockState errorState = line.startsMessage ? ErrorStart : ErrorContinuation;
-    end->block().setUserState(line.isError ? errorState : StatusBlock);
-    ++blocksShown;
-}
-
-/// Fills the view again, after a change of the filter or of how lines are shown.
-void LogPane::showAgain()
-{
-    clearView();
-    linesProcessed = 0;
-    followsEnd = true;
-    showSome();
-}
-
-/// Forgets all messages except the incoming ones.
-void LogPane::forgetLines()
-{
-    if (lines.empty()) {
-        return;
-    }
-    lines.clear();
-    lineCharacters = 0;
-    linesProcessed = 0;
-    clearView();
-}
-
-void LogPane::clearView()
-{
-    view->clear();
-    blocksShown = 0;
-}
-
-bool LogPane::isShown(const Line &line) const
-{
-    return line.isError || !errorsOnly;
+    return errorsOnly->isChecked() && block.userState() == StatusLine;
 }
 
 void LogPane::setErrorsOnly(bool newErrorsOnly)
 {
-    errorsOnly = newErrorsOnly;
-    errorsOnlyButton->setChecked(errorsOnly);
-    showAgain();
-}
-
-void LogPane::findNext()
-{
-    find({});
-}
-
-void LogPane::findPrevious()
-{
-    find(QTextDocument::FindBackward);
-}
-
-void LogPane::find(QTextDocument::FindFlags direction)
-{
-    const QString wanted = searchLine->text();
-    QString state;
-    if (!wanted.isEmpty()) {
-        QTextCursor match = view->document()->find(wanted, view->textCursor(), direction);
-        if (match.isNull()) {
-            QTextCursor from(view->document());
-            from.movePosition(direction ? QTextCursor::End : QTextCursor::Start);
-            match = view->document()->find(wanted, from, direction);
-            state = direction ? tr("Continued from the end") : tr("Continued from the start");
-        }
-        if (match.isNull()) {
-            state = tr("Not found");
-        } else {
-            select(match);
-        }
+    errorsOnly->setChecked(newErrorsOnly);
+    QTextDocument *document = view->document();
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        block.setVisible(!isHidden(block));
+        block.setLineCount(block.isVisible() ? 1 : 0);
     }
-    searchState->setText(state);
-    searchState->setVisible(!state.isEmpty());
+    document->markContentsDirty(0, document->characterCount());
+    followsEnd = true;
+    followTimer.start();
+}
+
+void LogPane::search(QTextDocument::FindFlags direction)
+{
+    find(QRegularExpression(QRegularExpression::escape(searchLine->text())), direction);
 }
 
 void LogPane::showNextError()
 {
-    const QTextBlock current = view->textCursor().block();
-    const bool isCurrentSelected = view->textCursor().hasSelection();
-    QTextBlock block = isCurrentSelected ? current.next() : current;
-    for (int visited = 0; visited < view->document()->blockCount(); ++visited) {
-        if (!block.isValid()) {
-            block = view->document()->firstBlock();
-        }
-        if (block.userState() == ErrorStart) {
-            QTextCursor error(block);
-            error.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-            select(error);
-            searchState->hide();
-            return;
-        }
-        block = block.next();
-    }
-    searchState->setText(tr("No errors"));
-    searchState->show();
+    find(QRegularExpression(QStringLiteral("^[0-9:.]+ ✖ .*")), {});
 }
 
-void LogPane::select(const QTextCursor &cursor)
+/// Selects the next match that is visible.
+void LogPane::find(const QRegularExpression &wanted, QTextDocument::FindFlags direction)
 {
-    // Set before the view scrolls, or it would scroll back to the end.
-    followsEnd = isAtEnd(cursor);
-    view->setTextCursor(cursor);
-    view->ensureCursorVisible();
+    searchState->clear();
+    if (wanted.pattern().isEmpty()) {
+        return;
+    }
+    QTextCursor from = view->textCursor();
+    const QString continued
+        = direction ? tr("Continued from the end") : tr("Continued from the start");
+    for (const QString &state : {QString(), continued}) {
+        QTextCursor match = from;
+        do {
+            match = view->document()->find(wanted, match, direction);
+        } while (!match.isNull() && !match.block().isVisible());
+        if (!match.isNull()) {
+            view->setTextCursor(match);
+            searchState->setText(state);
+            return;
+        }
+        from.movePosition(direction ? QTextCursor::End : QTextCursor::Start);
+    }
+    searchState->setText(tr("Not found"));
 }
 
 QString LogPane::text()
 {
-    while (!incoming.empty()) {
-        splitNextMessage();
-    }
-    trim();
-    QStringList all;
-    for (const Line &line : lines) {
-        all << line.text;
-    }
-    return all.join(QLatin1Char('\n'));
+    showLines(maxLines);
+    return view->toPlainText();
 }
 
 void LogPane::copy()
 {
-    const QString selected = view->textCursor().selection().toPlainText();
-    QApplication::clipboard()->setText(selected.isEmpty() ? view->toPlainText() : selected);
+    if (view->textCursor().hasSelection()) {
+        view->copy();
+        return;
+    }
+    const QTextCursor before = view->textCursor();
+    view->selectAll();
+    view->copy();
+    view->setTextCursor(before);
 }
 
 void LogPane::clear()
 {
-    incoming.clear();
-    incomingCharacters = 0;
-    forgetLines();
+    pending.clear();
+    view->clear();
     droppedNotice->hide();
-    searchState->hide();
+    searchState->clear();
 }
 
 void LogPane::save()
@@ -470,14 +365,14 @@ void LogPane::save()
     if (fileName.isEmpty()) {
         return;
     }
-    QString content = text() + QLatin1Char('\n');
+    QString content = text();
     if (!droppedNotice->isHidden()) {
         content.prepend(droppedNotice->text() + QLatin1Char('\n'));
     }
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0 || !file.commit()) {
+    const QString problem = writeFile(fileName, content.toUtf8());
+    if (!problem.isEmpty()) {
         showWarning(this, tr("Save the log"),
-                    tr("%1 could not be written: %2").arg(fileName, file.errorString()));
+                    tr("%1 could not be written: %2").arg(fileName, problem));
     }
 }
 
@@ -485,34 +380,6 @@ void LogPane::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
-        showAgain();
-    } else if (event->type() == QEvent::FontChange) {
-        updateFont();
-    }
-}
-
-void LogPane::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    // Delayed until the layout has resized the view.
-    followTimer.start();
-}
-
-void LogPane::updateFont()
-{
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (!QFontInfo(fixed).fixedPitch()) {
-        // Some platforms have none.
-        fixed.setFamily(QStringLiteral("monospace"));
-        fixed.setStyleHint(QFont::Monospace);
-    }
-    fixed.setPointSizeF(QFontInfo(font()).pointSizeF());
-    view->setFont(fixed);
-    const QList<QToolButton *> buttons = findChildren<QToolButton *>();
-    for (QToolButton *button : buttons) {
-        // Excludes the actions inside the search field.
-        if (button->parentWidget() != searchLine) {
-            button->setIconSize(iconSizeFor(this));
-        }
+        highlighter->rehighlight();
     }
 }
