@@ -5,6 +5,8 @@
 #include "spokentext.h"
 #include "windowtest.h"
 
+#include <KRecentFilesMenu>
+
 /// The window as a whole: its parts, their names, its size, and what it opens and saves.
 class TestWindow : public WindowTest
 {
@@ -36,8 +38,8 @@ private slots:
         for (const char *name : {"target", "buildState", "status"}) {
             auto label = window->findChild<QLabel *>(name);
             QVERIFY2(label->isVisible(), name);
-            QVERIFY2(!label->text().isEmpty(), name);
-            QCOMPARE(spokenText(label), label->text());
+            QVERIFY2(!text(name).isEmpty(), name);
+            QCOMPARE(spokenText(label), text(name));
         }
         QVERIFY(text("buildState").contains("Nothing was built."));
         QVERIFY(action("Build")->isEnabled());
@@ -87,14 +89,14 @@ private slots:
 
     void saveAndRestore()
     {
-        const QString file = folder->filePath("d1.loomwright");
+        const QString file = folder->filePath("<b>&1.loomwright");
         drop(window.data(), {broken()});
         QVERIFY(window->isWindowModified());
         chooseNextFile(file);
         QTest::keyClick(window.data(), Qt::Key_S, Qt::ControlModifier);
         QVERIFY(QFileInfo::exists(file));
         QVERIFY(!window->isWindowModified());
-        QVERIFY(window->windowTitle().startsWith("d1.loomwright"));
+        QVERIFY(window->windowTitle().startsWith("<b>&1.loomwright"));
         setValue("Host FW", "/x");
         QTRY_VERIFY(window->isWindowModified());
         activateWindow();
@@ -106,10 +108,15 @@ private slots:
         window->restoreLastProject();
         QCOMPARE(value("Host FW"), QString("/x"));
         QVERIFY(value("Legacy XML Data File").endsWith("veldmark-d1.xml"));
-        QVERIFY(window->windowTitle().startsWith("d1.loomwright"));
+        QVERIFY(window->windowTitle().startsWith("<b>&1.loomwright"));
         QVERIFY(!window->isWindowModified());
         QVERIFY(!action("Undo")->isEnabled());
-        QCOMPARE(QSettings().value("recentFiles").toStringList().mid(0, 1), QStringList{file});
+        auto recent = window->findChild<KRecentFilesMenu *>();
+        QCOMPARE(recent->recentFiles().value(0), QUrl::fromLocalFile(file));
+        for (int shown = 0; shown < 2; ++shown) {
+            emit recent->aboutToShow();
+            QVERIFY(recent->actions().first()->text().startsWith("<b>&&1.loomwright"));
+        }
     }
 
     void unsavedChanges_data()
@@ -140,7 +147,7 @@ private slots:
         const QString file = folder->filePath("c.txt");
         chooseNextFile(file);
         action("Save configuration")->trigger();
-        QVERIFY(text("notice").contains("\"Legacy XML Data File\" is not part"));
+        QVERIFY(notice().contains("\"Legacy XML Data File\" is not part"));
         const QString dataFile = value("Legacy XML Data File");
         drop(window.data(), {file});
         QCOMPARE(value("Legacy XML Data File"), dataFile);
@@ -148,7 +155,7 @@ private slots:
 
         chooseNextFile("/nope/c.txt");
         action("Save configuration")->trigger();
-        QVERIFY(text("notice").contains("could not be written"));
+        QVERIFY(notice().contains("could not be written"));
     }
 
     void verdictsAreThoseOfTheCurrentFile()

@@ -7,8 +7,6 @@
 #include "host/window/failurecolor.h"
 #include "host/window/icons.h"
 #include "host/window/logpane.h"
-#include "host/window/openfolder.h"
-#include "host/window/recentfiles.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"
@@ -347,37 +345,6 @@ private slots:
         QVERIFY(iconSizeFor(&widget).width() > small.width());
     }
 
-    void recentFiles()
-    {
-        const QString directory = folder.filePath("sub&dir");
-        QVERIFY(QDir().mkpath(directory));
-        const QString project = writeFile(directory + "/p.loomwright", "{}");
-        const QString longPath = "/" + QString("long/").repeated(100) + "<b>end.bin";
-        RecentFiles menu;
-        QVERIFY(!menu.isEnabled());
-        for (int i = 0; i < 12; ++i) {
-            menu.add(QString("/%1.bin").arg(i));
-        }
-        for (const QString &file : {project, longPath, directory, longPath}) {
-            menu.add(file);
-        }
-        menu.remove("/11.bin");
-        RecentFiles restored;
-        emit restored.aboutToShow();
-        const QList<QAction *> actions = restored.actions();
-        QVERIFY(actions.at(0)->text().endsWith("<b>end.bin"));
-        QVERIFY(restored.sizeHint().width() < restored.fontMetrics().averageCharWidth() * 90);
-        QCOMPARE(QTextDocumentFragment::fromHtml(actions.at(0)->toolTip()).toPlainText(), longPath);
-        QVERIFY(actions.at(1)->text().contains("sub&&dir"));
-        QVERIFY(actions.at(3)->text().endsWith("/10.bin"));
-        QSignalSpy chosen(&restored, &RecentFiles::chosen);
-        actions.at(2)->trigger();
-        QCOMPARE(chosen.first().first().toString(), project);
-        actions.last()->trigger();
-        QVERIFY(!restored.isEnabled());
-        QVERIFY(!RecentFiles().isEnabled());
-    }
-
     void arguments_data()
     {
         columns<QStringList, QStringList>("given", "own");
@@ -437,6 +404,7 @@ private slots:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("PATH", mark + ':' + qgetenv("PATH"));
         environment.insert("XDG_CONFIG_HOME", folder.path());
+        environment.insert("XDG_DATA_HOME", folder.path());
         environment.insert("SECOND_TARGET_BUILDS", "1");
         environment.insert(processMark, mark);
         QProcess process;
@@ -452,15 +420,6 @@ private slots:
         QCOMPARE(processesOf(mark), QStringList());
         QCOMPARE(readFile(image), QByteArray("old"));
         QVERIFY(readFile(folder.filePath("Loomwright/loomwright-gui.conf")).contains("[layout]"));
-    }
-
-    void openFolder()
-    {
-        QCOMPARE(::openFolder("/nope"), QString("The folder /nope does not exist."));
-        if (QGuiApplication::platformName() != "offscreen") {
-            QSKIP("A desktop may have a program that opens folders.");
-        }
-        QVERIFY(::openFolder(folder.path()).startsWith("No program was found"));
     }
 
 private:

@@ -13,6 +13,9 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <KMessageWidget>
+#include <KSqueezedTextLabel>
+
 /// Sends what a drag with @p files sends to @p target when they are dropped at @p position.
 inline void drop(QWidget *target, const QStringList &files, const QPoint &position = {5, 5})
 {
@@ -140,7 +143,14 @@ public:
     }
     QString text(const QString &label) const
     {
-        return window->findChild<QLabel *>(label)->text().remove(QChar(0x200b));
+        auto elided = window->findChild<KSqueezedTextLabel *>(label);
+        return elided ? elided->fullText() : window->findChild<QLabel *>(label)->text();
+    }
+    /// What the notice shows to the user.
+    QString notice() const
+    {
+        const QString html = window->findChild<KMessageWidget *>("notice")->text();
+        return QTextDocumentFragment::fromHtml(html).toPlainText();
     }
     QAction *action(const QString &text) const
     {

@@ -4,17 +4,17 @@
 #include "host/window/buildpane.h"
 
 #include "host/core/imagesession.h"
-#include "host/window/elidedlabel.h"
-#include "host/window/openfolder.h"
 #include "host/window/problemmodel.h"
-#include "host/window/wrappinglabel.h"
 
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QUrl>
 
 namespace {
 
@@ -32,8 +32,8 @@ QString seconds(qint64 milliseconds)
 BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
-    , text(new WrappingLabel(this))
-    , age(new ElidedLabel(this))
+    , text(new QLabel(this))
+    , age(new QLabel(this))
     , progress(new QProgressBar(this))
     , stopButton(new QPushButton(tr("S&top"), this))
     , folderButton(new QPushButton(tr("Open fol&der"), this))
@@ -48,8 +48,15 @@ BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     layout->addWidget(folderButton);
 
     text->setObjectName(QStringLiteral("buildState"));
+    text->setTextFormat(Qt::PlainText);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     age->setObjectName(QStringLiteral("buildAge"));
     age->setText(tr("The values or files have changed since."));
+    for (QLabel *label : {text, age}) {
+        label->setWordWrap(true);
+        // A long word, such as a hash, must not widen the window.
+        label->setMinimumWidth(1);
+    }
     progress->setObjectName(QStringLiteral("buildProgress"));
     progress->setAccessibleName(tr("Progress of the build"));
     progress->setTextVisible(false);
@@ -59,10 +66,10 @@ BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
 
     connect(stopButton, &QPushButton::clicked, session, &ImageSession::stopBuild);
     connect(folderButton, &QPushButton::clicked, this, [this] {
-        const QString image = session->lastBuild().result().imageFile;
-        const QString problem = openFolder(QFileInfo(image).absolutePath());
-        if (!problem.isEmpty()) {
-            emit failed(problem);
+        const QFileInfo image(session->lastBuild().result().imageFile);
+        if (!QDesktopServices::openUrl(QUrl::fromLocalFile(image.path()))) {
+            emit failed(tr("The folder %1 could not be opened.")
+                            .arg(QDir::toNativeSeparators(image.path())));
         }
     });
     elapsedTimer.setInterval(elapsedIntervalMs);

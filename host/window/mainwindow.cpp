@@ -12,15 +12,12 @@
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/droppedfiles.h"
-#include "host/window/elidedlabel.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/logpane.h"
 #include "host/window/messages.h"
-#include "host/window/noticebar.h"
 #include "host/window/problempage.h"
 #include "host/window/problempane.h"
 #include "host/window/projectfiles.h"
-#include "host/window/recentfiles.h"
 #include "host/window/settings.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/undohistory.h"
@@ -39,12 +36,35 @@
 #include <QRubberBand>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QVBoxLayout>
+
+#include <KMessageWidget>
+#include <KRecentFilesMenu>
+#include <KSqueezedTextLabel>
 
 namespace {
 
 const int problemPageIndex = 0;
 const int workPageIndex = 1;
+const int maxNoticeLines = 4;
+
+/// Creates a label that elides what does not fit.
+KSqueezedTextLabel *createElidedLabel(const QString &name)
+{
+    auto label = new KSqueezedTextLabel;
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextElideMode(Qt::ElideRight);
+    return label;
+}
+
+/// Screen readers read all of @p text.
+void showElided(KSqueezedTextLabel *label, const QString &text)
+{
+    label->setText(text);
+    label->setAccessibleName(text);
+}
 
 } // namespace
 
@@ -77,19 +97,23 @@ MainWindow::~MainWindow()
 
 void MainWindow::createPanes()
 {
-    targetLabel = new ElidedLabel(this);
-    targetLabel->setObjectName(QStringLiteral("target"));
+    targetLabel = createElidedLabel(QStringLiteral("target"));
     QFont bold = targetLabel->font();
     bold.setBold(true);
     targetLabel->setFont(bold);
-    noticeBar = new NoticeBar(this);
+    notice = new KMessageWidget(this);
+    notice->setObjectName(QStringLiteral("notice"));
+    notice->setWordWrap(true);
+    // A long word, such as a path, must not widen the window.
+    notice->setMinimumWidth(1);
+    notice->hide();
     ingredientPane = new IngredientPane(&session, this);
     buildPane = new BuildPane(&session, this);
 
     auto work = new QWidget(this);
     auto layout = new QVBoxLayout(work);
     layout->addWidget(targetLabel);
-    layout->addWidget(noticeBar);
+    layout->addWidget(notice);
     layout->addWidget(ingredientPane, 1);
     layout->addWidget(buildPane);
 
@@ -99,8 +123,7 @@ void MainWindow::createPanes()
     pages->insertWidget(workPageIndex, work);
     setCentralWidget(pages);
 
-    statusLabel = new ElidedLabel(this);
-    statusLabel->setObjectName(QStringLiteral("status"));
+    statusLabel = createElidedLabel(QStringLiteral("status"));
     statusBar()->addWidget(statusLabel, 1);
 }
 
@@ -120,7 +143,7 @@ void MainWindow::connectSession()
             QApplication::restoreOverrideCursor();
         }
     });
-    connect(&session, &ImageSession::noticed, noticeBar, &NoticeBar::showText);
+    connect(&session, &ImageSession::noticed, this, &MainWindow::showNotice);
     connect(&session, &ImageSession::changed, this, &MainWindow::showState);
     connect(&session, &ImageSession::changed, docks, [this] { docks->update(session); });
     connect(&session, &ImageSession::projectChanged, this, &MainWindow::showTitle);
@@ -130,7 +153,7 @@ void MainWindow::connectSession()
             &IngredientPane::showIngredient);
     connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
     connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
-    connect(buildPane, &BuildPane::failed, noticeBar, &NoticeBar::showText);
+    connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
 }
 
 void MainWindow::connectActions()
@@ -161,8 +184,8 @@ void MainWindow::connectActions()
     connectTo(actions->copyCommand, this, &MainWindow::copyCommand);
     connect(actions->quit, &QAction::triggered, this, &QWidget::close);
     connect(actions->about, &QAction::triggered, this, &MainWindow::showAbout);
-    connect(actions->recentFiles, &RecentFiles::chosen, this,
-            [this](const QString &file) { open({file}); });
+    connect(actions->recentFiles, &KRecentFilesMenu::urlTriggered, this,
+            [this](const QUrl &url) { open({url.toLocalFile()}); });
     connect(history, &QUndoStack::indexChanged, this, [this] { actions->update(session); });
 }
 
@@ -185,7 +208,8 @@ void MainWindow::showPlugin()
     problemPage->setProblem(session.pluginProblem());
     docks->setPlugin(session.plugin());
     if (loaded) {
-        targetLabel->setText(
+        showElided(
+            targetLabel,
             tr("%1, version %2")
                 .arg(session.plugin()->getTargetName(), session.plugin()->getPluginVersion()));
     }
@@ -194,7 +218,7 @@ void MainWindow::showPlugin()
 
 void MainWindow::showState()
 {
-    statusLabel->setText(statusText(session));
+    showElided(statusLabel, statusText(session));
     ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
     actions->update(session);
     showTitle();
@@ -270,8 +294,7 @@ void MainWindow::writeManifest()
     auto writer = new ManifestWriter(this);
     connect(writer, &ManifestWriter::finished, this, [this, writer, file](const QString &problem) {
         writer->deleteLater();
-        noticeBar->showText(problem.isEmpty() ? tr("The manifest was written to %1.").arg(file)
-                                              : problem);
+        showNotice(problem.isEmpty() ? tr("The manifest was written to %1.").arg(file) : problem);
     });
     writer->start(session.lastBuild(), session.plugin()->getPluginVersion(), file);
 }
@@ -280,7 +303,7 @@ void MainWindow::copyCommand()
 {
     QApplication::clipboard()->setText(
         terminalCommand(session.ingredients(), session.pluginFile()));
-    noticeBar->showText(tr("The command is on the clipboard."));
+    showNotice(tr("The command is on the clipboard."));
 }
 
 void MainWindow::showAbout()
@@ -289,6 +312,17 @@ void MainWindow::showAbout()
         this, tr("About %1").arg(QApplication::applicationDisplayName()),
         tr("%1 %2\n\nA reference host for target plug-ins of the Tamblin Workbench.")
             .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()));
+}
+
+/// Shows @p text literally until the user closes it; of very many lines, only the first.
+void MainWindow::showNotice(const QString &text)
+{
+    QStringList lines = text.split(QLatin1Char('\n'));
+    if (lines.count() > maxNoticeLines) {
+        lines = lines.mid(0, maxNoticeLines) << tr("… the log has more.");
+    }
+    notice->setText(Qt::convertFromPlainText(lines.join(QLatin1Char('\n'))));
+    notice->show();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)

@@ -8,9 +8,9 @@
 #include <QMainWindow>
 
 class BuildPane;
-class ElidedLabel;
 class IngredientPane;
-class NoticeBar;
+class KMessageWidget;
+class KSqueezedTextLabel;
 class ProblemPage;
 class ProjectFiles;
 class QRubberBand;
@@ -58,6 +58,7 @@ private:
     void writeManifest();
     void copyCommand();
     void showAbout();
+    void showNotice(const QString &text);
 
     ImageSession session;
     UndoHistory *history;
@@ -67,9 +68,9 @@ private:
 
     QStackedWidget *pages = nullptr;
     ProblemPage *problemPage = nullptr;
-    ElidedLabel *targetLabel = nullptr;
-    ElidedLabel *statusLabel = nullptr;
-    NoticeBar *noticeBar = nullptr;
+    KSqueezedTextLabel *targetLabel = nullptr;
+    KSqueezedTextLabel *statusLabel = nullptr;
+    KMessageWidget *notice = nullptr;
     IngredientPane *ingredientPane = nullptr;
     BuildPane *buildPane = nullptr;
     QRubberBand *dropFrame;

@@ -6,7 +6,6 @@
 #include "host/core/files.h"
 #include "host/core/imagesession.h"
 #include "host/core/inputkind.h"
-#include "host/window/recentfiles.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -14,6 +13,7 @@
 #include <QMessageBox>
 #include <QSettings>
 
+#include <KRecentFilesMenu>
 #include <algorithm>
 
 namespace {
@@ -35,7 +35,8 @@ QString configurationFilter()
 
 } // namespace
 
-ProjectFiles::ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *parent)
+ProjectFiles::ProjectFiles(ImageSession *imageSession, KRecentFilesMenu *recentFiles,
+                           QWidget *parent)
     : QObject(parent)
     , session(imageSession)
     , recent(recentFiles)
@@ -45,7 +46,7 @@ ProjectFiles::ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles,
     connect(session, &ImageSession::projectChanged, this, [this] {
         QSettings().setValue(lastProjectKey(), session->projectFile());
         if (!session->projectFile().isEmpty()) {
-            recent->add(session->projectFile());
+            recent->addUrl(QUrl::fromLocalFile(session->projectFile()));
         }
     });
 }
@@ -59,7 +60,7 @@ void ProjectFiles::open(const QStringList &paths)
         return;
     }
     for (const QString &path : paths) {
-        recent->add(absolutePath(path));
+        recent->addUrl(QUrl::fromLocalFile(absolutePath(path)));
     }
     session->open(paths);
 }
@@ -126,7 +127,7 @@ void ProjectFiles::saveConfigurationAs()
         window, tr("Save the configuration"),
         QDir(startFolder()).filePath(QStringLiteral("config.txt")), configurationFilter());
     if (!file.isEmpty() && session->saveConfiguration(file)) {
-        recent->add(file);
+        recent->addUrl(QUrl::fromLocalFile(file));
     }
 }
 

@@ -6,8 +6,8 @@
 #include <QObject>
 
 class ImageSession;
+class KRecentFilesMenu;
 class QWidget;
-class RecentFiles;
 
 /// Opens and saves projects, folders, files and configurations, with the necessary dialogs.
 class ProjectFiles : public QObject
@@ -16,7 +16,7 @@ class ProjectFiles : public QObject
 
 public:
     /// @p imageSession and @p recentFiles must outlive this object; dialogs belong to @p parent.
-    ProjectFiles(ImageSession *imageSession, RecentFiles *recentFiles, QWidget *parent);
+    ProjectFiles(ImageSession *imageSession, KRecentFilesMenu *recentFiles, QWidget *parent);
 
     /// Opens folders, files, configurations or a project.
     void open(const QStringList &paths);
@@ -37,7 +37,7 @@ private:
     QString startFolder() const;
 
     ImageSession *session;
-    RecentFiles *recent;
+    KRecentFilesMenu *recent;
     QWidget *window;
     /// Read at start-up, since opening a project changes the setting.
     QString lastProject;

@@ -5,7 +5,6 @@
 
 #include "host/core/imagesession.h"
 #include "host/window/icons.h"
-#include "host/window/recentfiles.h"
 #include "host/window/undohistory.h"
 
 #include <QAction>
@@ -13,6 +12,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
+
+#include <KRecentFilesMenu>
 
 WindowActions::WindowActions(QMainWindow *mainWindow, UndoHistory *undoHistory)
     : QObject(mainWindow)
@@ -42,7 +43,8 @@ void WindowActions::createFileMenu()
     QMenu *menu = window->menuBar()->addMenu(tr("&File"));
     openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), "folder-open");
     addFiles = add(menu, tr("&Add files…"), tr("Ctrl+I"), "list-add");
-    recentFiles = new RecentFiles(window);
+    recentFiles = new KRecentFilesMenu(tr("&Recent"), window);
+    connect(recentFiles, &QMenu::aboutToShow, this, &WindowActions::escapeRecentFiles);
     menu->addMenu(recentFiles);
     menu->addSeparator();
     openProject = add(menu, tr("&Open project…"), tr("Ctrl+O"), "document-open");
@@ -58,6 +60,17 @@ void WindowActions::createFileMenu()
     menu->addSeparator();
     quit = add(menu, tr("&Quit"), tr("Ctrl+Q"), "application-exit");
     quit->setMenuRole(QAction::QuitRole);
+}
+
+/// In the text of an action, an ampersand marks a mnemonic.
+void WindowActions::escapeRecentFiles()
+{
+    const QList<QAction *> files = recentFiles->actions();
+    for (QAction *file : files) {
+        // It may have been shown before.
+        QString text = file->text().replace(QLatin1String("&&"), QLatin1String("&"));
+        file->setText(text.replace(QLatin1Char('&'), QLatin1String("&&")));
+    }
 }
 
 void WindowActions::createEditMenu()

@@ -6,11 +6,11 @@
 #include <QObject>
 
 class ImageSession;
+class KRecentFilesMenu;
 class QAction;
 class QMainWindow;
 class QMenu;
 class QToolBar;
-class RecentFiles;
 class UndoHistory;
 
 /// The actions of the window, with their menus and the toolbar, and when each is enabled.
@@ -49,11 +49,12 @@ public:
     QAction *writeManifest;
     QAction *copyCommand;
     QAction *about;
-    RecentFiles *recentFiles;
+    KRecentFilesMenu *recentFiles;
 
 private:
     QAction *add(QMenu *menu, const QString &text, const QString &shortcut, const char *icon);
     void createFileMenu();
+    void escapeRecentFiles();
     void createEditMenu();
     void createImageMenu();
     void createToolBar();
