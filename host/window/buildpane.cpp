@@ -4,7 +4,7 @@
 #include "host/window/buildpane.h"
 
 #include "host/core/imagesession.h"
-#include "host/window/problemmodel.h"
+#include "host/window/problemtext.h"
 
 #include <QDesktopServices>
 #include <QDir>

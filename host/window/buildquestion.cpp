@@ -3,7 +3,7 @@
 
 #include "host/window/buildquestion.h"
 
-#include "host/window/problemmodel.h"
+#include "host/window/problemtext.h"
 
 #include <QCoreApplication>
 #include <QDir>

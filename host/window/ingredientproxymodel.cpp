@@ -6,7 +6,7 @@
 #include "host/core/filestate.h"
 #include "host/core/imagesession.h"
 #include "host/window/marks.h"
-#include "host/window/problemmodel.h"
+#include "host/window/problemtext.h"
 #include "model/filepath.h"
 
 #include <QDir>

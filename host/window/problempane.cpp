@@ -3,11 +3,18 @@
 
 #include "host/window/problempane.h"
 
-#include "host/window/problemmodel.h"
+#include "host/window/ingredientproxymodel.h"
+#include "host/window/marks.h"
+#include "host/window/problemtext.h"
 
+#include <QDir>
 #include <QHeaderView>
+#include <QTextDocument>
 
 namespace {
+
+/// Each row also holds the ingredient's key, which is not shown.
+enum Column { NameColumn, TextColumn, RequiredColumn, ActualColumn, FileColumn, KeyColumn };
 
 /// The width from which the file column is shown; below it, the problem needs the space.
 const int minCharactersForFile = 200;
@@ -15,12 +22,11 @@ const int minCharactersForFile = 200;
 } // namespace
 
 ProblemPane::ProblemPane(QWidget *parent)
-    : QTreeView(parent)
-    , model(new ProblemModel(this))
+    : QTreeWidget(parent)
 {
     setObjectName(QStringLiteral("problemList"));
     setAccessibleName(tr("Problems"));
-    setModel(model);
+    setHeaderLabels({tr("Ingredient"), tr("Problem"), tr("Required"), tr("Found"), tr("File")});
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
@@ -30,45 +36,63 @@ ProblemPane::ProblemPane(QWidget *parent)
     setTextElideMode(Qt::ElideRight);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setSectionResizeMode(ProblemModel::TextColumn, QHeaderView::Stretch);
-    header()->setSectionResizeMode(ProblemModel::FileColumn, QHeaderView::Stretch);
-    // activated() covers the keyboard.
-    connect(this, &QTreeView::clicked, this, &ProblemPane::choose);
-    connect(this, &QTreeView::activated, this, &ProblemPane::choose);
+    header()->setSectionResizeMode(TextColumn, QHeaderView::Stretch);
+    header()->setSectionResizeMode(FileColumn, QHeaderView::Stretch);
+    // itemActivated() covers the keyboard.
+    connect(this, &QTreeWidget::itemClicked, this, &ProblemPane::choose);
+    connect(this, &QTreeWidget::itemActivated, this, &ProblemPane::choose);
 }
 
 void ProblemPane::resizeEvent(QResizeEvent *event)
 {
-    QTreeView::resizeEvent(event);
+    QTreeWidget::resizeEvent(event);
     // A click leads to the row, which shows the file.
     const int characters = width() / fontMetrics().averageCharWidth();
-    setColumnHidden(ProblemModel::FileColumn, characters < minCharactersForFile);
+    setColumnHidden(FileColumn, characters < minCharactersForFile);
 }
 
-void ProblemPane::choose(const QModelIndex &index)
+void ProblemPane::choose(const QTreeWidgetItem *item)
 {
-    const Problem problem = model->problemAt(index);
-    emit ingredientChosen(problem.ingredient, problem.key);
+    emit ingredientChosen(item->text(NameColumn), item->text(KeyColumn));
 }
 
 void ProblemPane::showNext()
 {
-    const int count = model->rowCount();
-    if (count > 0) {
-        const int next = (currentIndex().row() + 1) % count;
-        setCurrentIndex(model->index(next, 0));
-        choose(currentIndex());
+    if (topLevelItemCount() > 0) {
+        const int next = currentIndex().row() + 1;
+        setCurrentItem(topLevelItem(next % topLevelItemCount()));
+        choose(currentItem());
     }
 }
 
-void ProblemPane::setProblems(QVector<Problem> problems)
+void ProblemPane::setProblems(const QVector<Problem> &problems)
 {
-    model->setProblems(std::move(problems));
+    QVector<QStringList> newRows;
+    for (const Problem &problem : problems) {
+        newRows << QStringList{problem.ingredient,
+                               problem.text,
+                               requiredText(problem),
+                               actualText(problem),
+                               QDir::toNativeSeparators(problem.file),
+                               problem.key};
+    }
+    if (newRows == rows) {
+        return;
+    }
+    rows = newRows;
+    clear();
+    for (const QStringList &row : qAsConst(rows)) {
+        auto item = new QTreeWidgetItem(this, row);
+        item->setIcon(NameColumn, markIcon(RowState::Problem));
+        for (int column = 0; column < columnCount(); ++column) {
+            item->setToolTip(column, Qt::convertFromPlainText(row.at(column)));
+        }
+    }
 }
 
 /// A few lines, since the tree above it is more important.
 QSize ProblemPane::sizeHint() const
 {
     const int lineHeight = fontMetrics().height() * 3 / 2;
-    return {QTreeView::sizeHint().width(), lineHeight * 6};
+    return {QTreeWidget::sizeHint().width(), lineHeight * 6};
 }

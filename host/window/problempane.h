@@ -5,20 +5,19 @@
 
 #include "host/core/problem.h"
 
-#include <QTreeView>
+#include <QTreeWidget>
 #include <QVector>
 
-class ProblemModel;
-
 /// The list of problems of the image.
-class ProblemPane : public QTreeView
+class ProblemPane : public QTreeWidget
 {
     Q_OBJECT
 
 public:
     explicit ProblemPane(QWidget *parent = nullptr);
 
-    void setProblems(QVector<Problem> problems);
+    /// Shows @p problems; does nothing if they are unchanged, so that the selection stays.
+    void setProblems(const QVector<Problem> &problems);
 
     /// Selects the next problem, wrapping around at the end, and emits ingredientChosen().
     void showNext();
@@ -33,7 +32,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void choose(const QModelIndex &index);
+    void choose(const QTreeWidgetItem *item);
 
-    ProblemModel *model;
+    /// The text of every column of every row.
+    QVector<QStringList> rows;
 };

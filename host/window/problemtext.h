@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+struct Problem;
+
+/// A size in the user's locale, with the unit.
+QString bytesText(qint64 size);
+/// What @p problem requires; may be empty.
+QString requiredText(const Problem &problem);
+/// What is there instead; may be empty.
+QString actualText(const Problem &problem);
+/// @p problem in one line, without the ingredient and the file.
+QString problemLine(const Problem &problem);
