@@ -118,9 +118,9 @@ void IngredientPane::hideColumns()
             column, !session->plugin()->getIngredientManager()->ingredientColumnIsVisible(column));
     }
     const int characters = width() / fontMetrics().averageCharWidth();
-    tree->setColumnHidden(sourceColumns + IngredientProxyModel::SizeColumn,
+    tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::SizeColumn),
                           characters < minCharactersForSize);
-    tree->setColumnHidden(sourceColumns + IngredientProxyModel::ModifiedColumn,
+    tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::ModifiedColumn),
                           characters < minCharactersForDate);
 }
 

@@ -41,62 +41,11 @@ QString stateText(RowState state)
 } // namespace
 
 IngredientProxyModel::IngredientProxyModel(ImageSession *imageSession, QObject *parent)
-    : QIdentityProxyModel(parent)
+    : KExtraColumnsProxyModel(parent)
     , session(imageSession)
 {
-}
-
-int IngredientProxyModel::sourceColumnCount() const
-{
-    return sourceModel() ? sourceModel()->columnCount() : 0;
-}
-
-bool IngredientProxyModel::isExtra(const QModelIndex &index) const
-{
-    return index.isValid() && index.column() >= sourceColumnCount();
-}
-
-int IngredientProxyModel::rowCount(const QModelIndex &parent) const
-{
-    return isExtra(parent) ? 0 : QIdentityProxyModel::rowCount(parent);
-}
-
-int IngredientProxyModel::columnCount(const QModelIndex &parent) const
-{
-    const int count = isExtra(parent) ? 0 : QIdentityProxyModel::columnCount(parent);
-    return count == 0 ? 0 : count + ExtraColumnCount;
-}
-
-bool IngredientProxyModel::hasChildren(const QModelIndex &parent) const
-{
-    return !isExtra(parent) && QIdentityProxyModel::hasChildren(parent);
-}
-
-QModelIndex IngredientProxyModel::index(int row, int column, const QModelIndex &parent) const
-{
-    if (!hasIndex(row, column, parent)) {
-        return {};
-    }
-    const QModelIndex name = QIdentityProxyModel::index(row, 0, parent);
-    return column < sourceColumnCount() ? QIdentityProxyModel::index(row, column, parent)
-                                        : createIndex(row, column, name.internalPointer());
-}
-
-QModelIndex IngredientProxyModel::parent(const QModelIndex &child) const
-{
-    return isExtra(child)
-        ? QIdentityProxyModel::parent(createIndex(child.row(), 0, child.internalPointer()))
-        : QIdentityProxyModel::parent(child);
-}
-
-QModelIndex IngredientProxyModel::sibling(int row, int column, const QModelIndex &index) const
-{
-    return this->index(row, column, parent(index));
-}
-
-QModelIndex IngredientProxyModel::mapToSource(const QModelIndex &index) const
-{
-    return isExtra(index) ? QModelIndex() : QIdentityProxyModel::mapToSource(index);
+    appendColumn(tr("Size"));
+    appendColumn(tr("Modified"));
 }
 
 QModelIndex IngredientProxyModel::buddy(const QModelIndex &index) const
@@ -105,26 +54,6 @@ QModelIndex IngredientProxyModel::buddy(const QModelIndex &index) const
     return ingredient.valueIndex.isValid()
         ? sibling(index.row(), ingredient.valueIndex.column(), index)
         : index;
-}
-
-Qt::ItemFlags IngredientProxyModel::flags(const QModelIndex &index) const
-{
-    return isExtra(index) ? Qt::ItemIsSelectable | Qt::ItemIsEnabled
-                          : QIdentityProxyModel::flags(index);
-}
-
-QVariant IngredientProxyModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    const int extra = section - sourceColumnCount();
-    if (orientation != Qt::Horizontal || extra < 0) {
-        return QIdentityProxyModel::headerData(section, orientation, role);
-    }
-    if (role == Qt::DisplayRole) {
-        return extra == SizeColumn ? tr("Size") : tr("Modified");
-    }
-    // Aligned to the right like the sizes, it would touch the title of the next column.
-    return role == Qt::TextAlignmentRole && extra == SizeColumn ? QVariant(int(Qt::AlignCenter))
-                                                                : QVariant();
 }
 
 IngredientProxyModel::RowKey IngredientProxyModel::rowKey(const QModelIndex &index) const
@@ -146,13 +75,13 @@ QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
     default:
         break;
     }
-    if (isExtra(index)) {
-        return extraData(index, row, role);
+    if (extraColumnForProxyColumn(index.column()) >= 0) {
+        return KExtraColumnsProxyModel::data(index, role);
     }
     if (index.column() == 0 && row.ingredient.valueIndex.isValid()) {
         return nameData(index, row, role);
     }
-    QVariant value = QIdentityProxyModel::data(index, Qt::DisplayRole);
+    QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
     switch (role) {
     case Qt::DisplayRole:
         return kindOf(value) == ValueKind::File ? QDir::toNativeSeparators(textOf(value))
@@ -161,7 +90,7 @@ QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return value;
     default:
-        return QIdentityProxyModel::data(index, role);
+        return KExtraColumnsProxyModel::data(index, role);
     }
 }
 
@@ -173,19 +102,21 @@ QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row
     if (role == Qt::AccessibleTextRole && row.state != RowState::Plain) {
         return QStringLiteral("%1, %2").arg(row.ingredient.name, stateText(row.state));
     }
-    return QIdentityProxyModel::data(index, role);
+    return KExtraColumnsProxyModel::data(index, role);
 }
 
-QVariant IngredientProxyModel::extraData(const QModelIndex &index, const Row &row, int role) const
+QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int row, int extraColumn,
+                                               int role) const
 {
-    const bool isSize = index.column() - sourceColumnCount() == SizeColumn;
-    if (role == Qt::TextAlignmentRole && isSize) {
+    if (role == Qt::TextAlignmentRole && extraColumn == SizeColumn) {
         return int(Qt::AlignRight | Qt::AlignVCenter);
     }
-    if (role != Qt::DisplayRole || row.size < 0) {
+    const Row file = rows.value({parent.row(), row});
+    if (role != Qt::DisplayRole || file.size < 0) {
         return {};
     }
-    return isSize ? bytesText(row.size) : QLocale().toString(row.modified, QLocale::ShortFormat);
+    return extraColumn == SizeColumn ? bytesText(file.size)
+                                     : QLocale().toString(file.modified, QLocale::ShortFormat);
 }
 
 /// Passes the value to the session, which also replaces the model if the value is a data file.

@@ -7,9 +7,10 @@
 
 #include <QDateTime>
 #include <QHash>
-#include <QIdentityProxyModel>
 #include <QPair>
 #include <QStringList>
+
+#include <KExtraColumnsProxyModel>
 
 class ImageSession;
 
@@ -25,7 +26,7 @@ enum class RowState {
 /// Presents the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark
 /// for the state of each row, and two additional columns with the size and date of the file. The
 /// edit role returns the values themselves; edited values are passed to the session.
-class IngredientProxyModel : public QIdentityProxyModel
+class IngredientProxyModel : public KExtraColumnsProxyModel
 {
     Q_OBJECT
 
@@ -36,21 +37,14 @@ public:
     };
 
     /// The columns after those of the source.
-    enum ExtraColumn { SizeColumn, ModifiedColumn, ExtraColumnCount };
+    enum ExtraColumn { SizeColumn, ModifiedColumn };
 
     explicit IngredientProxyModel(ImageSession *imageSession, QObject *parent = nullptr);
 
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    Qt::ItemFlags flags(const QModelIndex &index) const override;
-    int rowCount(const QModelIndex &parent = {}) const override;
-    int columnCount(const QModelIndex &parent = {}) const override;
-    bool hasChildren(const QModelIndex &parent = {}) const override;
-    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
-    QModelIndex parent(const QModelIndex &child) const override;
-    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
-    QModelIndex mapToSource(const QModelIndex &index) const override;
+    QVariant extraColumnData(const QModelIndex &parent, int row, int extraColumn,
+                             int role) const override;
     /// The value cell of the row, so that editing works from every cell of it.
     QModelIndex buddy(const QModelIndex &index) const override;
 
@@ -74,9 +68,6 @@ private:
 
     Row rowOf(const Ingredient &ingredient) const;
     RowKey rowKey(const QModelIndex &index) const;
-    int sourceColumnCount() const;
-    bool isExtra(const QModelIndex &index) const;
-    QVariant extraData(const QModelIndex &index, const Row &row, int role) const;
     QVariant nameData(const QModelIndex &index, const Row &row, int role) const;
     QString toolTipOf(const Row &row) const;
 
