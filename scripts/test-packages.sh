@@ -113,7 +113,7 @@ done
 long_options() {
     grep -oE '(^|[ ,])--[a-z][-a-z]*' | tr -d ' ,' | sort -u
 }
-XDG_RUNTIME_DIR=$work "$root/usr/bin/loomwright-gui" -platform offscreen --help | long_options > "$work/help"
+XDG_RUNTIME_DIR=$work "$root/usr/bin/loomwright-gui" --help | long_options > "$work/help"
 zcat "$root/usr/share/man/man1/loomwright-gui.1.gz" | sed 's/\\f[BIR]//g; s/\\//g' | long_options \
     > "$work/page"
 diff "$work/help" "$work/page" || fail "loomwright-gui(1) and --help name different options"

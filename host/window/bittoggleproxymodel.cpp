@@ -29,7 +29,7 @@ QVariant BitToggleProxyModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::CheckStateRole:
         return isSet ? Qt::Checked : Qt::Unchecked;
-    case Qt::AccessibleTextRole:
+    case Qt::DisplayRole:
         return isSet ? tr("on") : tr("off");
     default:
         return {};

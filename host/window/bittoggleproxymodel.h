@@ -5,7 +5,8 @@
 
 #include <QIdentityProxyModel>
 
-/// Shows bit cells of a data view as check boxes and leaves all other cells unchanged.
+/// Shows bit cells of a data view as check boxes with a text, since the outline of an empty box is
+/// invisible on a dark background with some styles, and leaves all other cells unchanged.
 class BitToggleProxyModel : public QIdentityProxyModel
 {
     Q_OBJECT

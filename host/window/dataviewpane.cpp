@@ -3,7 +3,6 @@
 
 #include "host/window/dataviewpane.h"
 
-#include "host/window/bitdelegate.h"
 #include "host/window/bittoggleproxymodel.h"
 #include "plugin/idataview.h"
 #include "plugin/iingredientmanager.h"
@@ -80,7 +79,6 @@ QWidget *DataViewPane::createTable(QAbstractItemModel *model, const QString &nam
     auto shown = new BitToggleProxyModel(table);
     shown->setSourceModel(model);
     table->setModel(shown);
-    table->setItemDelegate(new BitDelegate(table));
     table->setObjectName(QStringLiteral("dataView"));
     table->setAccessibleName(name);
     table->setTabKeyNavigation(false);

@@ -3,22 +3,26 @@
 
 #include "host/core/pluginlocator.h"
 #include "host/core/signalwatch.h"
-#include "host/window/arguments.h"
 #include "host/window/icons.h"
 #include "host/window/mainwindow.h"
 #include "host/window/settings.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QSessionManager>
 
 #include <csignal>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
 const int usageError = 2;
-const char programName[] = "loomwright-gui";
+
+/// What Qt gets of the command line: it would remove each option that it knows, documented or not,
+/// with one dash or two. Both must exist as long as the application.
+char programName[] = "loomwright-gui";
+char *qtArguments[] = {programName, nullptr};
+int qtArgumentCount = 1;
 
 QStringList argumentsOf(int count, char **values)
 {
@@ -28,33 +32,6 @@ QStringList argumentsOf(int count, char **values)
     }
     return arguments;
 }
-
-/// The arguments in the form that Qt needs: writable, and valid as long as the application exists.
-class ArgumentVector
-{
-public:
-    explicit ArgumentVector(const QStringList &arguments)
-        : count(arguments.count())
-    {
-        for (const QString &argument : arguments) {
-            texts.push_back(argument.toLocal8Bit());
-        }
-        for (QByteArray &text : texts) {
-            pointers.push_back(text.data());
-        }
-        pointers.push_back(nullptr);
-    }
-
-    int count;
-    char **values()
-    {
-        return pointers.data();
-    }
-
-private:
-    std::vector<QByteArray> texts;
-    std::vector<char *> pointers;
-};
 
 struct CommandLine {
     QString pluginFile;
@@ -66,8 +43,7 @@ struct CommandLine {
 /// The parser gets the program's name from the application; this one needs no display.
 QString helpText(const QCommandLineParser &parser)
 {
-    ArgumentVector arguments({QLatin1String(programName)});
-    const QCoreApplication application(arguments.count, arguments.values());
+    const QCoreApplication application(qtArgumentCount, qtArguments);
     return parser.helpText();
 }
 
@@ -79,8 +55,7 @@ CommandLine parse(const QStringList &arguments)
         "the image with the stitcher.\n\n"
         "The plug-in is the one that --plugin names, else that of the environment variable\n"
         "LOOMWRIGHT_PLUGIN, else that of the settings, else the one in the program's directory or\n"
-        "in the install directory.\n\n"
-        "Qt's own options, such as -platform and -style, are accepted too, with one dash."));
+        "in the install directory."));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Print this help."));
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
@@ -120,17 +95,23 @@ QString chosenPlugin(const CommandLine &commandLine)
 }
 
 /// Runs the program; @p endSignal is set to the signal that ended it.
-int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *endSignal)
+int runWindow(const CommandLine &commandLine, int *endSignal)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(qtArguments->count, qtArguments->values());
+    QApplication application(qtArgumentCount, qtArguments);
     QApplication::setOrganizationName(QStringLiteral("Loomwright"));
     QApplication::setApplicationName(QLatin1String(programName));
     QApplication::setApplicationDisplayName(QStringLiteral("Loomwright"));
     QApplication::setApplicationVersion(QStringLiteral(LOOMWRIGHT_VERSION));
     QApplication::setDesktopFileName(QLatin1String(programName));
     QApplication::setWindowIcon(applicationIcon());
+
+    // Qt's own command has an option that is not ours.
+    QObject::connect(&application, &QGuiApplication::saveStateRequest,
+                     [](QSessionManager &session) {
+                         session.setRestartCommand({QCoreApplication::applicationFilePath()});
+                     });
 
     MainWindow window;
     SignalWatch signalWatch;
@@ -155,8 +136,7 @@ int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments, int *
 
 int main(int argc, char **argv)
 {
-    const Arguments arguments = splitArguments(argumentsOf(argc, argv));
-    const CommandLine commandLine = parse(arguments.own);
+    const CommandLine commandLine = parse(argumentsOf(argc, argv));
     if (!commandLine.problem.isEmpty()) {
         std::fprintf(stderr, "%s: %s Try --help.\n", programName, qPrintable(commandLine.problem));
         return usageError;
@@ -165,9 +145,8 @@ int main(int argc, char **argv)
         std::fputs(qPrintable(commandLine.information), stdout);
         return 0;
     }
-    ArgumentVector qtArguments(arguments.forQt);
     int endSignal = 0;
-    const int status = runWindow(commandLine, &qtArguments, &endSignal);
+    const int status = runWindow(commandLine, &endSignal);
     if (endSignal != 0) {
         // The parent process must see the signal.
         std::signal(endSignal, SIG_DFL);
