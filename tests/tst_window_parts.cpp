@@ -14,7 +14,6 @@
 #include "row.h"
 #include "spokentext.h"
 
-#include <QSignalSpy>
 #include <QtTest>
 #include <QtWidgets>
 
@@ -206,14 +205,13 @@ private slots:
         PluginSession second;
         QVERIFY(second.load({SECOND_TARGET}));
         DataViewPane pane;
-        QSignalSpy changed(&pane, &DataViewPane::viewsChanged);
         pane.setPlugin(second.plugin());
-        QCOMPARE(changed.last().first().toInt(), 2);
+        QCOMPARE(pane.count(), 2);
         QCOMPARE(pane.findChildren<QTableView *>().count(), 1);
         QVERIFY(spokenText(pane.widget(1)->findChild<QLabel *>()).contains("no data"));
 
         pane.setPlugin(nullptr);
-        QCOMPARE(changed.last().first().toInt(), 0);
+        QCOMPARE(pane.count(), 0);
     }
 
     void bitsOfADataView()

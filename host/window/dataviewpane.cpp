@@ -46,7 +46,6 @@ void DataViewPane::refreshViews()
             setCurrentIndex(count() - 1);
         }
     }
-    emit viewsChanged(count());
 }
 
 QWidget *DataViewPane::createPage(IDataView *view)

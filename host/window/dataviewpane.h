@@ -22,10 +22,6 @@ public:
     /// Gets the data views again: the plug-in deletes the old ones when it loads a data file.
     void refreshViews();
 
-signals:
-    /// The views were replaced; there are @p count now.
-    void viewsChanged(int count);
-
 private:
     QWidget *createPage(IDataView *view);
     QWidget *createTable(QAbstractItemModel *model, const QString &name);

@@ -55,7 +55,21 @@ QString writeFile(const QString &fileName, const QByteArray &content)
     return isWritten ? QString() : file.errorString();
 }
 
-/// Copies only what it shows: a selection may contain lines that the filter hides.
+/// The text between two positions of @p document without lines that the filter hides.
+QString visibleText(const QTextDocument &document, int start, int end)
+{
+    QStringList lines;
+    for (QTextBlock block = document.findBlock(start); block.isValid() && block.position() <= end;
+         block = block.next()) {
+        if (block.isVisible()) {
+            const int from = qMax(0, start - block.position());
+            lines << block.text().mid(from, end - block.position() - from);
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+/// Copies only what it shows.
 class LogView : public QPlainTextEdit
 {
 public:
@@ -64,18 +78,9 @@ public:
 protected:
     QMimeData *createMimeDataFromSelection() const override
     {
-        const int start = textCursor().selectionStart();
-        const int end = textCursor().selectionEnd();
-        QStringList lines;
-        for (QTextBlock block = document()->findBlock(start);
-             block.isValid() && block.position() <= end; block = block.next()) {
-            if (block.isVisible()) {
-                const int from = qMax(0, start - block.position());
-                lines << block.text().mid(from, end - block.position() - from);
-            }
-        }
+        const QTextCursor cursor = textCursor();
         auto copied = new QMimeData;
-        copied->setText(lines.join(QLatin1Char('\n')));
+        copied->setText(visibleText(*document(), cursor.selectionStart(), cursor.selectionEnd()));
         return copied;
     }
 };
@@ -341,12 +346,10 @@ void LogPane::copy()
 {
     if (view->textCursor().hasSelection()) {
         view->copy();
-        return;
+    } else {
+        QApplication::clipboard()->setText(
+            visibleText(*view->document(), 0, view->document()->characterCount()));
     }
-    const QTextCursor before = view->textCursor();
-    view->selectAll();
-    view->copy();
-    view->setTextCursor(before);
 }
 
 void LogPane::clear()
