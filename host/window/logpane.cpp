@@ -117,6 +117,7 @@ LogPane::LogPane(QWidget *parent)
     droppedNotice->setWordWrap(true);
     droppedNotice->hide();
     auto layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(createBar());
     layout->addWidget(droppedNotice);
     layout->addWidget(view);

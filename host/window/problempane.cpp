@@ -67,7 +67,7 @@ void ProblemPane::showNext()
 
 void ProblemPane::setProblems(const QVector<Problem> &problems)
 {
-    QVector<QStringList> newRows;
+    QList<QStringList> newRows;
     for (const Problem &problem : problems) {
         newRows << QStringList{problem.ingredient,
                                problem.text,

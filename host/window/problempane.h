@@ -35,5 +35,5 @@ private:
     void choose(const QTreeWidgetItem *item);
 
     /// The text of every column of every row.
-    QVector<QStringList> rows;
+    QList<QStringList> rows;
 };
