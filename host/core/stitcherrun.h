@@ -3,16 +3,31 @@
 
 #pragma once
 
+#include "host/runner/runnerprotocol.h"
+
+#include <QMap>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
 
+/// What a run of the stitcher needs.
+struct StitcherRequest {
+    QString stitcher;         ///< Absolute path.
+    QString stagingDirectory; ///< Absolute path of the directory it writes to; may be empty.
+    QString workDirectory;    ///< Absolute path; the value of TMPDIR.
+    int timeoutMs = 0;        ///< How long the stitcher may run, in milliseconds; 0 for forever.
+    bool isKept = false;      ///< Whether both directories stay when the host is killed.
+};
+
 /// One run of the stitcher under the runner, from the host's side.
 ///
-/// The plug-in finds the runner first in the search path and starts it instead of the stitcher. The
-/// runner reports how the stitcher ends through a socket, which no other process inherits.
+/// The plug-in finds the runner first in PATH and starts it instead of the stitcher. The runner
+/// starts the stitcher when permit() says so, and reports how it ends through a socket, which no
+/// other process inherits. If the host dies before finish(), the runner terminates the stitcher and
+/// removes the directories of the request.
 class StitcherRun : public QObject
 {
     Q_OBJECT
@@ -24,55 +39,65 @@ public:
     ~StitcherRun() override;
 
     /// Calls @p begin, during which the plug-in must start its stitcher: PATH, TMPDIR and the
-    /// runner's variables are set meanwhile. ended() follows even when nothing was started, but
+    /// runner's variables are set meanwhile. The signals follow even when nothing was started, but
     /// never before this call returns. Call it once.
-    /// @param stitcher absolute path of the stitcher
-    /// @param workDirectory the value for TMPDIR
     /// @param begin makes the plug-in start its stitcher
-    /// @param lock a file descriptor that the runner keeps open as well until it ends; -1 for none
-    /// @return an empty text, or why nothing could be started, in which case ended() does not
-    /// follow
-    QString start(const QString &stitcher, const QString &workDirectory,
-                  const std::function<void()> &begin, int lock = -1);
-    /// Terminates the stitcher and everything it has started; ended() follows.
+    /// @return an empty text, or why nothing could be started, in which case no signal follows
+    QString start(const StitcherRequest &request, const std::function<void()> &begin);
+    /// Lets the runner start the stitcher. Call it once.
+    void permit();
+    /// Terminates the stitcher and everything it has started; stitcherEnded() follows.
     void stop();
+    /// Lets the runner exit, which removes nothing; ended() follows. If the stitcher is running, it is
+    /// terminated.
+    void finish();
 
+    /// The arguments with which the plug-in has started the runner, without its name; empty before
+    /// started() and after ended().
+    QStringList commandLine() const;
     /// Whether the plug-in has started the runner.
     bool hasStarted() const;
     /// The error number if the runner could not start the stitcher; else 0.
     int startError() const;
     /// The stitcher's exit status; -1 when it did not exit by itself or the status is unknown.
     int exitStatus() const;
-    /// The signal that ended the stitcher; 0 when none did.
+    /// The signal that killed the stitcher; 0 when none did.
     int signalNumber() const;
     /// Whether processes were still running some time after the stitcher had ended by itself. They
     /// have been terminated.
     bool hasLeftProcesses() const;
+    /// Whether the stitcher ran too long and has been terminated.
+    bool hasTimedOut() const;
     /// Whether stop() or a signal to the runner has terminated the stitcher.
     bool wasStopped() const;
-    /// Whether the runner has ended as it should; it was killed otherwise.
+    /// The error number if files in the staging directory may not be on disk after exit status 0;
+    /// else 0.
+    int syncError() const;
+    /// Whether no process of the stitcher is left. If it is false after stitcherEnded(), the runner
+    /// was killed or never started.
     bool hasFinished() const;
     /// Whether the runner is still running.
     bool isRunning() const;
 
 signals:
-    /// All processes of the stitcher have ended, and the plug-in has relayed its output.
+    /// The runner runs; the stitcher does not yet.
+    void started();
+    /// No process of the stitcher is left, or the runner was killed or never started. Emitted once.
+    void stitcherEnded();
+    /// The runner has ended, and the plug-in has relayed all output. Emitted once, after
+    /// stitcherEnded().
     void ended();
 
 private:
     void readStatus();
+    void send(HostCommand command);
+    void disconnectRunner();
     void settle();
     void afterReadyEvents(void (StitcherRun::*next)());
     bool isReaped() const;
 
     int socket = -1;
     std::unique_ptr<QSocketNotifier> notifier;
-    int runnerProcess = 0;
-    int startErrorNumber = 0;
-    int stitcherExitStatus = -1;
-    int stitcherSignal = 0;
-    bool hasLeftover = false;
-    bool isStopped = false;
-    bool isFinished = false;
+    QMap<int, int> reports; ///< Values by RunnerStatus::Kind.
     int settleRounds = 0;
 };
