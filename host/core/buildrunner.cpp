@@ -149,12 +149,14 @@ void BuildRunner::noteStates(const FileStates &knownStates)
 void BuildRunner::execute()
 {
     run = std::make_unique<StitcherRun>();
+    connect(run.get(), &StitcherRun::stitcherEnded, run.get(), &StitcherRun::finish);
     connect(run.get(), &StitcherRun::ended, this, &BuildRunner::finishStitcher);
     isStarting = true;
     const QString problem = run->start(
-        result.stitcher, work->path(), [this] { session->executionManager()->beginExecution(); },
-        image->lockDescriptor());
+        {result.stitcher, {}, work->path(), 0, !work->autoRemove()},
+        [this] { session->executionManager()->beginExecution(); });
     isStarting = false;
+    run->permit();
     result.configuration = contentOf(work->filePath(QLatin1String(configurationFile)));
     if (!problem.isEmpty()) {
         concludeSoon(problem);

@@ -51,12 +51,14 @@ CommandPreview previewCommand(PluginSession *session, const QString &stitcher)
     }
     StitcherRun run;
     QEventLoop loop;
+    QObject::connect(&run, &StitcherRun::stitcherEnded, &run, &StitcherRun::finish);
     QObject::connect(&run, &StitcherRun::ended, &loop, &QEventLoop::quit);
-    preview.problem = run.start(recorder, work.path(),
+    preview.problem = run.start({recorder, {}, work.path()},
                                 [session] { session->executionManager()->beginExecution(); });
     if (!preview.problem.isEmpty()) {
         return preview;
     }
+    run.permit();
     loop.exec();
     preview.configuration = contentOf(work.filePath(QStringLiteral("config.txt")));
     const QByteArray arguments = contentOf(recorder + QLatin1String(".arguments"));

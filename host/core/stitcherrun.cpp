@@ -4,7 +4,6 @@
 #include "host/core/stitcherrun.h"
 
 #include "host/core/stitcherlocator.h"
-#include "host/runner/runnerstatus.h"
 
 #include <QFile>
 #include <QTimer>
@@ -79,6 +78,17 @@ bool waitForMessage(int socket)
     return ready > 0;
 }
 
+std::string toMessage(const StitcherRequest &request)
+{
+    RunnerRequest message;
+    message.stitcher = QFile::encodeName(request.stitcher).toStdString();
+    message.stagingDirectory = QFile::encodeName(request.stagingDirectory).toStdString();
+    message.workDirectory = QFile::encodeName(request.workDirectory).toStdString();
+    message.timeoutMs = request.timeoutMs;
+    message.isKept = request.isKept;
+    return message.serialize();
+}
+
 } // namespace
 
 StitcherRun::StitcherRun(QObject *parent)
@@ -88,27 +98,33 @@ StitcherRun::StitcherRun(QObject *parent)
 
 StitcherRun::~StitcherRun()
 {
-    if (socket < 0) {
-        return;
-    }
     notifier.reset();
-    stop();
+    send(hasFinished() ? HostCommand::Finish : HostCommand::Stop);
     RunnerStatus status = {};
-    while (waitForMessage(socket) && recv(socket, &status, sizeof status, 0) > 0) { }
+    while (socket >= 0 && waitForMessage(socket)
+           && recv(socket, &status, sizeof status, 0) == sizeof status) {
+        if (status.kind == RunnerStatus::Finished) {
+            finish();
+        }
+    }
     close(socket);
 }
 
-QString StitcherRun::start(const QString &stitcher, const QString &workDirectory,
-                           const std::function<void()> &begin, int lock)
+QString StitcherRun::start(const StitcherRequest &request, const std::function<void()> &begin)
 {
     const QString directory = runnerDirectory();
     if (directory.isEmpty()) {
         return tr("The program that supervises the stitcher is missing: the installation is "
                   "incomplete.");
     }
+    const std::string message = toMessage(request);
     int ends[2] = {-1, -1};
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
-        return tr("The stitcher cannot be supervised: %1.").arg(qt_error_string(errno));
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0
+        || ::send(ends[0], message.data(), message.size(), MSG_DONTWAIT) < 0) {
+        const QString problem = qt_error_string(errno);
+        close(ends[0]);
+        close(ends[1]);
+        return tr("The stitcher cannot be supervised: %1.").arg(problem);
     }
     socket = ends[0];
     fcntl(socket, F_SETFL, O_NONBLOCK);
@@ -116,21 +132,13 @@ QString StitcherRun::start(const QString &stitcher, const QString &workDirectory
     stopIgnoringChildren();
     {
         EnvironmentChange environment;
-        const QByteArray searchPath = qgetenv("PATH");
-        environment.set(RunnerProtocol::searchPathVariable, searchPath);
-        environment.set("PATH", QFile::encodeName(directory) + ':' + searchPath);
-        environment.set("TMPDIR", QFile::encodeName(workDirectory));
-        environment.set(RunnerProtocol::stitcherVariable, QFile::encodeName(stitcher));
-        environment.set(RunnerProtocol::statusVariable, QByteArray::number(ends[1]));
+        const QByteArray path = qgetenv("PATH");
+        environment.set(RunnerProtocol::pathVariable, path);
+        environment.set("PATH", QFile::encodeName(directory) + ':' + path);
+        environment.set("TMPDIR", QFile::encodeName(request.workDirectory));
+        environment.set(RunnerProtocol::socketVariable, QByteArray::number(ends[1]));
         fcntl(ends[1], F_SETFD, 0); // The runner inherits it.
-        if (lock >= 0) {
-            environment.set(RunnerProtocol::lockVariable, QByteArray::number(lock));
-            fcntl(lock, F_SETFD, 0);
-        }
         begin();
-        if (lock >= 0) {
-            fcntl(lock, F_SETFD, FD_CLOEXEC);
-        }
     }
     close(ends[1]);
 
@@ -139,13 +147,28 @@ QString StitcherRun::start(const QString &stitcher, const QString &workDirectory
     return {};
 }
 
-void StitcherRun::stop()
+void StitcherRun::permit()
 {
-    if (socket >= 0) {
-        shutdown(socket, SHUT_WR);
-    }
+    send(HostCommand::Start);
 }
 
+void StitcherRun::stop()
+{
+    send(HostCommand::Stop);
+}
+
+void StitcherRun::finish()
+{
+    send(HostCommand::Finish);
+}
+
+/// Ignores errors: the end of the connection shows that the runner has gone.
+void StitcherRun::send(HostCommand command)
+{
+    ::send(socket, &command, sizeof command, MSG_NOSIGNAL);
+}
+
+/// Emits signals last: their receivers may delete this object.
 void StitcherRun::readStatus()
 {
     RunnerStatus status = {};
@@ -154,35 +177,24 @@ void StitcherRun::readStatus()
         return;
     }
     if (size != sizeof status) {
-        notifier->setEnabled(false);
-        close(std::exchange(socket, -1));
-        afterReadyEvents(&StitcherRun::settle);
+        disconnectRunner();
         return;
     }
-    switch (status.kind) {
-    case RunnerStatus::Started:
-        runnerProcess = status.value;
-        break;
-    case RunnerStatus::StartFailed:
-        startErrorNumber = status.value;
-        break;
-    case RunnerStatus::Exited:
-        stitcherExitStatus = status.value;
-        break;
-    case RunnerStatus::Signaled:
-        stitcherSignal = status.value;
-        break;
-    case RunnerStatus::LeftBehind:
-        hasLeftover = true;
-        break;
-    case RunnerStatus::Stopped:
-        isStopped = true;
-        break;
-    case RunnerStatus::Finished:
-        isFinished = true;
-        break;
-    default:
-        break;
+    reports.insert(status.kind, status.value);
+    if (status.kind == RunnerStatus::Started) {
+        emit started();
+    } else if (status.kind == RunnerStatus::Finished) {
+        emit stitcherEnded();
+    }
+}
+
+void StitcherRun::disconnectRunner()
+{
+    notifier->setEnabled(false);
+    close(std::exchange(socket, -1));
+    afterReadyEvents(&StitcherRun::settle);
+    if (!hasFinished()) {
+        emit stitcherEnded();
     }
 }
 
@@ -206,47 +218,75 @@ void StitcherRun::afterReadyEvents(void (StitcherRun::*next)())
 /// Whether the plug-in has waited for the runner; all output has arrived before that.
 bool StitcherRun::isReaped() const
 {
-    if (runnerProcess == 0) {
-        return true;
-    }
     siginfo_t info = {};
-    return waitid(P_PID, static_cast<id_t>(runnerProcess), &info, WEXITED | WNOHANG | WNOWAIT) == -1
-        && errno == ECHILD;
+    return !hasStarted()
+        || (waitid(P_PID, runnerProcess(), &info, WEXITED | WNOHANG | WNOWAIT) == -1
+            && errno == ECHILD);
+}
+
+id_t StitcherRun::runnerProcess() const
+{
+    return static_cast<id_t>(reports.value(RunnerStatus::Started));
+}
+
+QStringList StitcherRun::commandLine() const
+{
+    QFile file(QStringLiteral("/proc/%1/cmdline").arg(runnerProcess()));
+    if (!hasStarted() || !file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QList<QByteArray> texts = file.readAll().split('\0'); // Each one is followed by a NUL byte.
+    texts.removeLast();
+    QStringList arguments;
+    for (const QByteArray &text : texts.mid(1)) {
+        arguments.append(QFile::decodeName(text));
+    }
+    return arguments;
 }
 
 bool StitcherRun::hasStarted() const
 {
-    return runnerProcess != 0;
+    return reports.contains(RunnerStatus::Started);
 }
 
 int StitcherRun::startError() const
 {
-    return startErrorNumber;
+    return reports.value(RunnerStatus::StartFailed);
 }
 
 int StitcherRun::exitStatus() const
 {
-    return stitcherExitStatus;
+    return reports.value(RunnerStatus::Exited, -1);
 }
 
 int StitcherRun::signalNumber() const
 {
-    return stitcherSignal;
+    return reports.value(RunnerStatus::Signaled);
 }
 
 bool StitcherRun::hasLeftProcesses() const
 {
-    return hasLeftover;
+    return reports.contains(RunnerStatus::LeftBehind);
+}
+
+bool StitcherRun::hasTimedOut() const
+{
+    return reports.contains(RunnerStatus::TimedOut);
 }
 
 bool StitcherRun::wasStopped() const
 {
-    return isStopped;
+    return reports.contains(RunnerStatus::Stopped);
+}
+
+int StitcherRun::syncError() const
+{
+    return reports.value(RunnerStatus::SyncFailed);
 }
 
 bool StitcherRun::hasFinished() const
 {
-    return isFinished;
+    return reports.contains(RunnerStatus::Finished);
 }
 
 bool StitcherRun::isRunning() const

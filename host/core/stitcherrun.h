@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <sys/types.h>
 
 /// What a run of the stitcher needs.
 struct StitcherRequest {
@@ -95,6 +96,7 @@ private:
     void settle();
     void afterReadyEvents(void (StitcherRun::*next)());
     bool isReaped() const;
+    id_t runnerProcess() const;
 
     int socket = -1;
     std::unique_ptr<QSocketNotifier> notifier;

@@ -3,11 +3,30 @@
 
 #include "host/runner/processtree.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
+#include <sys/wait.h>
 #include <system_error>
+#include <unistd.h>
+#include <vector>
 
+namespace {
+
+using std::chrono::milliseconds;
+
+/// How long descendants may take to end after SIGTERM.
+constexpr milliseconds gracePeriod(2000);
+/// Time between two rounds of SIGKILL, unless a child ends earlier. One round may not be enough: a
+/// process may start while the list of children is read.
+constexpr milliseconds killInterval(50);
+
+/// The current children of @p process. One that starts or ends meanwhile may be missing.
 std::vector<pid_t> childrenOf(pid_t process)
 {
     std::vector<pid_t> children;
@@ -23,6 +42,7 @@ std::vector<pid_t> childrenOf(pid_t process)
     return children;
 }
 
+/// The children of @p process, their children and so on.
 std::vector<pid_t> descendantsOf(pid_t process)
 {
     std::vector<pid_t> descendants = childrenOf(process);
@@ -31,4 +51,69 @@ std::vector<pid_t> descendantsOf(pid_t process)
         descendants.insert(descendants.end(), children.begin(), children.end());
     }
     return descendants;
+}
+
+/// Returns when a child has ended, or at @p end.
+void waitForChild(Clock::time_point end)
+{
+    constexpr int thousand = 1000;
+    const int timeMs = millisecondsUntil(end);
+    const timespec time = {timeMs / thousand, long(timeMs % thousand) * thousand * thousand};
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGCHLD);
+    sigtimedwait(&signals, nullptr, &time);
+}
+
+} // namespace
+
+int millisecondsUntil(Clock::time_point end)
+{
+    const auto time = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
+    return int(std::clamp<decltype(time)>(time, 0, INT_MAX));
+}
+
+ProcessTree::ProcessTree(pid_t process)
+    : child(process)
+{
+}
+
+bool ProcessTree::reap()
+{
+    int status = 0;
+    pid_t process = 0;
+    while ((process = waitpid(-1, &status, WNOHANG)) > 0) {
+        if (process == child) {
+            childStatus = status;
+        }
+    }
+    return process == 0 || errno != ECHILD;
+}
+
+std::optional<int> ProcessTree::status() const
+{
+    return childStatus;
+}
+
+void ProcessTree::terminate()
+{
+    const auto killTime = Clock::now() + gracePeriod;
+    std::set<pid_t> asked;
+    while (reap() && Clock::now() < killTime) {
+        // Again whenever a child has ended: its own children may have moved while the list was read.
+        for (const pid_t process : descendantsOf(getpid())) {
+            if (asked.insert(process).second) {
+                kill(process, SIGTERM);
+            }
+        }
+        waitForChild(killTime);
+    }
+    while (reap()) {
+        // Only the children: their process IDs cannot have been reused. Grandchildren become children
+        // in the next round.
+        for (const pid_t process : childrenOf(getpid())) {
+            kill(process, SIGKILL);
+        }
+        waitForChild(Clock::now() + killInterval);
+    }
 }

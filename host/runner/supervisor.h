@@ -3,48 +3,49 @@
 
 #pragma once
 
-#include "host/runner/runnerstatus.h"
+#include "host/runner/hostconnection.h"
+#include "host/runner/processtree.h"
 
-#include <csignal>
-#include <sys/types.h>
+#include <functional>
 
-/// Runs the stitcher and leaves none of its processes behind.
+/// The exit status that shells use for a program that could not be started.
+constexpr int startFailedStatus = 127;
+
+/// Runs the stitcher as the host asks for, and leaves none of its processes behind.
 ///
-/// As a child subreaper, this process becomes the parent of every descendant whose own parent ends,
-/// however it was started. So all of them have ended exactly when there is no child left to wait
-/// for. If this process itself is killed by SIGKILL, the kernel kills the stitcher as well, but not
-/// the processes that the stitcher has started.
+/// When this process is killed, the kernel kills the stitcher as well. The processes that the stitcher
+/// has started become children of this one's parent.
 class Supervisor
 {
 public:
-    /// @param hostSocket the runner's end of the socket to the host; this object takes ownership
-    explicit Supervisor(int hostSocket);
+    /// This process must be a child subreaper that has called blockSignals(). All descriptors must be
+    /// closed on exec.
+    /// @param signalSource a signalfd for the blocked signals
+    /// @param stopSource a pipe whose other end is closed when the stitcher has to be terminated
+    Supervisor(const RunnerRequest &hostRequest, const HostConnection &connection, int signalSource,
+               int stopSource);
 
-    /// Runs the stitcher @p file, then terminates the processes that it has left behind.
-    /// @param arguments null-terminated; the first one is replaced by @p file
-    /// @return the status as waitpid() returns it
-    int run(const char *file, char **arguments);
+    /// Waits until the host lets the stitcher start, runs it, and waits for the host's last command.
+    /// @param arguments for the stitcher, null-terminated; the first one is replaced
+    /// @return how the runner has to end: a status as waitpid() returns it
+    int run(char **arguments);
 
 private:
-    bool prepare();
-    [[noreturn]] void becomeStitcher(const char *file, char **arguments) const;
-    void waitForEnd();
-    bool waitForEvent(int timeoutMs);
-    void terminateAll();
-    bool reap();
-    bool isHostGone() const;
+    enum class Event { None, Start, Stop, Finish, HostGone, TimedOut, LeftBehind };
+
+    void startStitcher(char **arguments);
+    [[noreturn]] void becomeStitcher(char **arguments, pid_t supervisor) const;
+    Event waitForEnd();
+    Event waitWhile(const std::function<bool()> &isRunning, Clock::time_point end, Event late);
+    Event nextEvent(int timeoutMs);
+    Event nextCommand() const;
     bool takeSignals() const;
-    void report(RunnerStatus::Kind kind, int value) const;
-    void reportEnd() const;
+    void reportEnd(Event end) const;
+    int statusAfter(Event end) const;
 
-    int host;
-    int signalDescriptor = -1;
-    pid_t runner;
-    pid_t stitcher = -1;
-    int stitcherStatus = 0;
-    bool hasEnded = false;
+    RunnerRequest request;
+    HostConnection host;
+    int signals;
+    int stopPipe;
+    ProcessTree processes{-1};
 };
-
-/// Ends this process as @p status says: with the same exit status, or by the same signal but
-/// without a core dump.
-[[noreturn]] void endLike(int status);
