@@ -152,9 +152,8 @@ void BuildRunner::execute()
     connect(run.get(), &StitcherRun::stitcherEnded, run.get(), &StitcherRun::finish);
     connect(run.get(), &StitcherRun::ended, this, &BuildRunner::finishStitcher);
     isStarting = true;
-    const QString problem = run->start(
-        {result.stitcher, {}, work->path(), 0, !work->autoRemove()},
-        [this] { session->executionManager()->beginExecution(); });
+    const QString problem = run->start({result.stitcher, {}, work->path(), 0, !work->autoRemove()},
+                                       [this] { session->executionManager()->beginExecution(); });
     isStarting = false;
     run->permit();
     result.configuration = contentOf(work->filePath(QLatin1String(configurationFile)));

@@ -173,7 +173,9 @@ void StitcherRun::readStatus()
 {
     RunnerStatus status = {};
     const ssize_t size = recv(socket, &status, sizeof status, 0);
-    if (size < 0 && (errno == EINTR || errno == EAGAIN)) {
+    // A runner that is killed before it reads a command resets the connection once; what it has sent
+    // before can still be read.
+    if (size < 0 && (errno == EINTR || errno == EAGAIN || errno == ECONNRESET)) {
         return;
     }
     if (size != sizeof status) {
