@@ -341,21 +341,28 @@ private slots:
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("output");
         const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
-        // More than is kept in memory.
-        const QByteArray much = "seq 3000000; printf image > $image; touch done";
+        const QByteArray much = "seq 3000000; printf image > $image";
+        const QByteArray endless = "touch started; exec yes";
         const QString build = "\"$1\" build --no-check -o i.bin";
-        const QString whenDone = " | (while [ ! -e done ]; do sleep 0.02; done; grep -x '[0-9]*' "
-                                 "| cmp - <(seq 3000000) && echo same)";
+        const QString slowly
+            = " | (sleep 0.3; grep -x '[0-9]*' | cmp - <(seq 3000000) && echo same)";
+        const QString whenStarted = "while [ ! -e started ]; do sleep 0.02; done; ";
+        const QString terminate = "sleep 0.3; kill -TERM $!; wait $!; echo $?; kill %1; wait";
         row("dots", dots, build, "^ab\nImage ");
         row("quiet", dots, build + " -q", "^Image ");
-        row("slow reader", much, build + whenDone, "^same\n$");
+        row("slow reader", much, build + slowly, "^same\n$");
         row("non-blocking", much,
-            "perl -MFcntl -e 'fcntl(STDOUT, F_SETFL, O_NONBLOCK); exec @ARGV' " + build + whenDone,
+            "perl -MFcntl -e 'fcntl(STDOUT, F_SETFL, O_NONBLOCK); exec @ARGV' " + build + slowly,
             "^same\n$");
         row("too slow", QByteArray("trap '' TERM; sleep 1000 & wait; sleep 1000"),
             build + " --timeout 0.3 2>&1; echo $?", "did not end within 0.3 s.*\n1\n$");
-        row("reader that leaves", QByteArray("yes"),
-            build + " | head -c 2 > head; echo ${PIPESTATUS[0]}", "^141\n$");
+        row("stalled reader", endless,
+            "mkfifo pipe; sleep 1000 < pipe & " + build + " > pipe & " + whenStarted + terminate,
+            "^143\n$");
+        row("stalled standard input", dots,
+            "mkfifo pipe; sleep 1000 > pipe & \"$1\" -c - config < pipe & " + terminate, "^143\n$");
+        row("reader that leaves", endless, build + " | head -c 2 > head; echo ${PIPESTATUS[0]}",
+            "^141\n$");
         row("no reader, ignored", dots,
             "trap '' PIPE; (" + build + "; echo $? > status) | true; cat status", "^1\n$");
         row("closed", dots, build + " >&-; echo $?", "^1\n$");
@@ -373,10 +380,8 @@ private slots:
             "TMPDIR is set to /no/where, which does not exist.\n1\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
-            "trap '' HUP; " + build
-                + " & while [ ! -e started ]; do sleep 0.02; done; kill -HUP $!; touch go; wait "
-                  "$!; "
-                  "echo $?",
+            "trap '' HUP; " + build + " & " + whenStarted
+                + "kill -HUP $!; touch go; wait $!; echo $?",
             "^ab\nImage .*\n0\n$");
     }
     void output()

@@ -5,56 +5,86 @@
 
 #include <QSocketNotifier>
 
+#include <atomic>
+#include <cerrno>
 #include <csignal>
+#include <poll.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 namespace {
 
-int handlerDescriptor = -1;
-volatile std::sig_atomic_t lastSignal = 0;
+// A signal handler may access them: they are free of locks, and the descriptor never changes again.
+std::atomic<int> firstSignal(0);
+static_assert(std::atomic<int>::is_always_lock_free);
+int eventDescriptor = -1;
 
 extern "C" void noteSignal(int number)
 {
-    lastSignal = number;
-    const eventfd_t value = 1;
-    // A failure cannot be handled inside a signal handler.
-    [[maybe_unused]] const auto written = write(handlerDescriptor, &value, sizeof value);
+    const int errorBefore = errno;
+    int none = 0;
+    if (firstSignal.compare_exchange_strong(none, number)) {
+        // Never read, so that every poll() and every event loop sees it from now on.
+        eventfd_write(eventDescriptor, 1);
+    }
+    errno = errorBefore;
 }
 
 } // namespace
 
-SignalWatch::SignalWatch(QObject *parent)
-    : QObject(parent)
-    , eventDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+SignalWatch::SignalWatch()
 {
-    handlerDescriptor = eventDescriptor;
-    auto notifier = new QSocketNotifier(eventDescriptor, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [this] {
-        eventfd_t count = 0;
-        if (eventfd_read(eventDescriptor, &count) == 0) {
-            emit received(lastSignal);
-        }
-    });
+    eventDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        if (isIgnored(number)) {
-            continue;
+        if (!isIgnored(number)) {
+            // Without SA_RESTART: a blocked system call returns.
+            struct sigaction action = {};
+            action.sa_handler = noteSignal;
+            sigaction(number, &action, nullptr);
         }
-        watchedSignals.append(number);
-        struct sigaction action = {};
-        action.sa_handler = noteSignal;
-        action.sa_flags = SA_RESTART;
-        sigaction(number, &action, nullptr);
     }
 }
 
-SignalWatch::~SignalWatch()
+int SignalWatch::received() const
 {
-    for (const int number : qAsConst(watchedSignals)) {
-        std::signal(number, SIG_DFL);
+    return firstSignal;
+}
+
+bool SignalWatch::hasReceived() const
+{
+    return received() != 0;
+}
+
+void SignalWatch::note(int signalNumber) const
+{
+    noteSignal(signalNumber);
+}
+
+bool SignalWatch::waitFor(int descriptor, short events) const
+{
+    pollfd sources[] = {{descriptor, events, 0}, {eventDescriptor, POLLIN, 0}};
+    while (!hasReceived()) {
+        if (poll(sources, 2, -1) > 0 && sources[0].revents != 0) {
+            return true;
+        }
     }
-    handlerDescriptor = -1;
-    close(eventDescriptor);
+    return false;
+}
+
+void SignalWatch::whenReceived(QObject *receiver, const std::function<void()> &action) const
+{
+    auto notifier = new QSocketNotifier(eventDescriptor, QSocketNotifier::Read, receiver);
+    QObject::connect(notifier, &QSocketNotifier::activated, receiver, [notifier, action] {
+        notifier->setEnabled(false);
+        action();
+    });
+}
+
+void SignalWatch::endLikeReceived() const
+{
+    if (hasReceived()) {
+        std::signal(received(), SIG_DFL);
+        std::raise(received());
+    }
 }
 
 bool SignalWatch::isIgnored(int signalNumber)

@@ -3,30 +3,38 @@
 
 #pragma once
 
-#include <QObject>
-#include <QVector>
+#include <functional>
 
-/// Turns the signals that end a program (INT, TERM, HUP, QUIT) into a Qt signal while it lives; there
-/// is one at a time. Further signals are reported as well and do not end the program: `timeout` and a
-/// closed terminal send two, and the image must be restored in any case. A signal that is ignored, as
-/// under nohup, stays ignored.
-class SignalWatch : public QObject
+class QObject;
+
+/// Notes the first of the signals that end a program (INT, TERM, HUP, QUIT), instead of ending it: the
+/// program looks at received() between its phases, cleans up and calls endLikeReceived(). Further
+/// signals change nothing; `timeout` and a closed terminal send two. A signal that is ignored at the
+/// start, as under nohup, stays ignored.
+///
+/// There is one, from the start of main() to the end of the process.
+class SignalWatch
 {
-    Q_OBJECT
-
 public:
-    /// Watches the signals that are not ignored.
-    explicit SignalWatch(QObject *parent = nullptr);
-    ~SignalWatch() override;
+    SignalWatch();
+    SignalWatch(const SignalWatch &) = delete;
+    SignalWatch &operator=(const SignalWatch &) = delete;
 
-    /// Whether the program was started with @p signalNumber ignored.
+    /// The first signal; 0 when none has arrived.
+    int received() const;
+    bool hasReceived() const;
+    /// Notes @p signalNumber as if it had arrived.
+    void note(int signalNumber) const;
+    /// Waits until @p descriptor is ready for @p events, those of poll(), or until a signal arrives.
+    /// @return false when a signal has arrived
+    bool waitFor(int descriptor, short events) const;
+    /// Has the event loop call @p action once when a signal arrives or has arrived already, unless @p
+    /// receiver is deleted before. There must not be two receivers at a time.
+    void whenReceived(QObject *receiver, const std::function<void()> &action) const;
+    /// Ends the program by the signal that has arrived; returns when none has. The parent process must
+    /// see the signal: a shell's loop would continue otherwise.
+    void endLikeReceived() const;
+
+    /// Whether @p signalNumber is ignored.
     static bool isIgnored(int signalNumber);
-
-signals:
-    /// @p signalNumber has arrived.
-    void received(int signalNumber);
-
-private:
-    int eventDescriptor;
-    QVector<int> watchedSignals;
 };

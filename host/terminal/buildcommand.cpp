@@ -10,12 +10,12 @@
 #include "host/core/manifest.h"
 #include "host/core/manifestwriter.h"
 #include "host/core/pluginsession.h"
+#include "host/core/signalwatch.h"
 #include "host/core/stitcherlocator.h"
 #include "host/core/terminalcommand.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/exitstatus.h"
-#include "host/terminal/interruptwatch.h"
 #include "host/terminal/report.h"
 #include "plugin/iloomwrightplugin.h"
 
@@ -71,10 +71,6 @@ QString manifestProblem(const CommandContext &context, const QString &stitcher)
 
 int showPreview(CommandContext &context, const QString &stitcher)
 {
-    // A signal must not end the program before the temporary directories are removed.
-    InterruptWatch interrupts(context.report.queue());
-    QObject::connect(&interrupts, &InterruptWatch::interrupted, &interrupts,
-                     [&context](int signalNumber) { context.report.setEndSignal(signalNumber); });
     const CommandPreview preview = previewCommand(context.session, stitcher);
     if (!preview.problem.isEmpty()) {
         return fail(context, preview.problem);
@@ -91,10 +87,11 @@ int showPreview(CommandContext &context, const QString &stitcher)
     return Success;
 }
 
-QString interruptReason(int signalNumber)
+QString interruptReason(const CommandContext &context)
 {
-    return signalNumber == SIGPIPE ? QStringLiteral("The output was closed by its reader.")
-                                   : QStringLiteral("It was interrupted.");
+    return context.signalWatch.received() == SIGPIPE
+        ? QStringLiteral("The output was closed by its reader.")
+        : QStringLiteral("It was interrupted.");
 }
 
 BuildResult runStitcher(CommandContext &context, const QString &stitcher)
@@ -111,11 +108,7 @@ BuildResult runStitcher(CommandContext &context, const QString &stitcher)
         report.showProgress(
             QStringLiteral("Hashing the image: %1%").arg(total > 0 ? done * 100 / total : 100));
     });
-    InterruptWatch interrupts(report.queue());
-    QObject::connect(&interrupts, &InterruptWatch::interrupted, &runner, [&](int signalNumber) {
-        report.setEndSignal(signalNumber);
-        runner.stop(interruptReason(signalNumber));
-    });
+    context.signalWatch.whenReceived(&runner, [&] { runner.stop(interruptReason(context)); });
     BuildOptions options;
     options.stitcher = stitcher;
     options.timeoutMs = context.commandLine.timeoutMs;
@@ -201,7 +194,7 @@ int buildImage(CommandContext &context)
 {
     const CommandLine &commandLine = context.commandLine;
     noteStates(context, inputFilesOf(context.job->ingredients()));
-    if (isBlocked(context)) {
+    if (isBlocked(context) || context.isInterrupted()) {
         return Failed;
     }
     const StitcherLocation stitcher = locateStitcher(commandLine.stitcherFile);
@@ -218,7 +211,12 @@ int buildImage(CommandContext &context)
     if (hasManifest && !hashForManifest(context, stitcher.file, &hashes)) {
         return Failed;
     }
+    if (context.isInterrupted()) {
+        return Failed;
+    }
     const BuildResult result = runStitcher(context, stitcher.file);
     const int status = showResult(context, result);
-    return status == Success && hasManifest ? writeManifest(context, result, hashes) : status;
+    return status == Success && hasManifest && !context.isInterrupted()
+        ? writeManifest(context, result, hashes)
+        : status;
 }

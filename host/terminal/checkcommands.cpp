@@ -99,7 +99,7 @@ bool validate(CommandContext &context, const QString &file)
 {
     QString path = file;
     if (file == QLatin1String(standardInputName)) {
-        const QString problem = copyStandardInput(&path);
+        const QString problem = copyStandardInput(context, &path);
         if (!problem.isEmpty()) {
             context.report.addFailure(problem);
             return false;
@@ -155,6 +155,9 @@ int validateFiles(CommandContext &context)
 
     std::vector<Record> rows;
     for (const QString &file : context.commandLine.arguments) {
+        if (context.isInterrupted()) {
+            return Failed;
+        }
         // The plug-in verifies the sections of earlier files again, so each file gets a new root
         // object.
         if (!context.session->reload()) {

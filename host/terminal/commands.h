@@ -16,16 +16,21 @@ class ImageJob;
 class PluginSession;
 class QFile;
 class Report;
+class SignalWatch;
 
 /// The context of a command. Commands that need no plug-in get no session and no job.
 struct CommandContext {
     const CommandLine &commandLine;
     Report &report;
+    const SignalWatch &signalWatch;
     PluginSession *session = nullptr;
     ImageJob *job = nullptr;
     bool areProblemsNoted = false;
     /// Of the input files, from before they were checked or hashed.
     FileStates inputStates = {};
+
+    /// Whether a signal has arrived: what has not begun must not begin any more.
+    bool isInterrupted() const;
 };
 
 /// The functions of the command table; each returns the program's exit status.
@@ -77,4 +82,4 @@ QString descriptorPath(const QFile &file);
 /// and read more than once.
 /// @param path set to the path of the copy
 /// @return an empty text, or why it could not be read
-QString copyStandardInput(QString *path);
+QString copyStandardInput(const CommandContext &context, QString *path);

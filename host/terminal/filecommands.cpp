@@ -39,6 +39,9 @@ bool isRefused(CommandContext &context, const QString &conclusion)
 /// Whether the command may write its output file; shows why not.
 bool mayWrite(CommandContext &context)
 {
+    if (context.isInterrupted()) {
+        return false;
+    }
     const QString file = context.commandLine.outputFile;
     const QString problem = file.isEmpty() ? QString() : context.job->overwriteProblem(file);
     if (!problem.isEmpty()) {

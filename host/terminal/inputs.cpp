@@ -6,21 +6,24 @@
 #include "host/core/manifest.h"
 #include "host/core/pluginsession.h"
 #include "host/core/projectfile.h"
+#include "host/core/signalwatch.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/commandtable.h"
 #include "host/terminal/exitstatus.h"
-#include "host/terminal/interruptwatch.h"
 
 #include <QEventLoop>
 #include <QFile>
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
+#include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 namespace {
+
+const int copyBufferSize = 1 << 16;
 
 void refuse(CommandContext &context, const QString &text)
 {
@@ -76,7 +79,7 @@ void loadConfig(CommandContext &context, const QString &file)
         return;
     }
     QString copy;
-    const QString problem = copyStandardInput(&copy);
+    const QString problem = copyStandardInput(context, &copy);
     if (!problem.isEmpty()) {
         refuse(context, problem);
         return;
@@ -142,17 +145,21 @@ bool setInputs(CommandContext &context, Project *project)
     if (!commandLine.projectFile.isEmpty()) {
         loadProject(context, project);
     }
-    if (!commandLine.configInput.isEmpty()) {
+    if (!commandLine.configInput.isEmpty() && !context.isInterrupted()) {
         loadConfig(context, commandLine.configInput);
     }
-    if (!commandLine.directory.isEmpty()) {
+    if (!commandLine.directory.isEmpty() && !context.isInterrupted()) {
         job.fillFromDirectory(commandLine.directory);
     }
     for (const QString &file : commandLine.files) {
-        job.addFile(file);
+        if (!context.isInterrupted()) {
+            job.addFile(file);
+        }
     }
     for (const auto &setting : commandLine.settings) {
-        job.setValue(setting.first, setting.second);
+        if (!context.isInterrupted()) {
+            job.setValue(setting.first, setting.second);
+        }
     }
     if (!commandLine.imageFile.isEmpty()) {
         job.setImage(commandLine.imageFile);
@@ -160,10 +167,35 @@ bool setInputs(CommandContext &context, Project *project)
     if (commandLine.command->function == buildImage && !commandLine.outputFile.isEmpty()) {
         job.setImage(commandLine.outputFile);
     }
-    return dataFileCount < 2 || dropReplacedDataFiles(context);
+    return dataFileCount < 2 || context.isInterrupted() || dropReplacedDataFiles(context);
+}
+
+/// Appends everything that is read from @p descriptor to @p file. Returns an error number; 0 on
+/// success.
+int copyContent(const SignalWatch &signalWatch, int descriptor, QFile *file)
+{
+    QByteArray buffer(copyBufferSize, Qt::Uninitialized);
+    while (signalWatch.waitFor(descriptor, POLLIN)) {
+        const ssize_t count = read(descriptor, buffer.data(), size_t(buffer.size()));
+        if (count == 0) {
+            return 0;
+        }
+        if (count < 0 && errno != EINTR && errno != EAGAIN) {
+            return errno;
+        }
+        if (count > 0 && file->write(buffer.constData(), count) != count) {
+            return ENOSPC;
+        }
+    }
+    return EINTR;
 }
 
 } // namespace
+
+bool CommandContext::isInterrupted() const
+{
+    return signalWatch.hasReceived();
+}
 
 bool applyInputs(CommandContext &context)
 {
@@ -252,16 +284,14 @@ bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash
         finished = true;
         loop.quit();
     });
-    InterruptWatch interrupts(context.report.queue());
-    QObject::connect(&interrupts, &InterruptWatch::interrupted, &loop, [&](int signalNumber) {
-        context.report.setEndSignal(signalNumber);
+    context.signalWatch.whenReceived(&loop, [&] {
         hasher.cancel();
         loop.quit();
     });
     hasher.start(files);
     loop.exec();
     context.report.showProgress(QString());
-    return finished;
+    return finished && !context.isInterrupted();
 }
 
 bool openMemoryFile(QFile *file)
@@ -276,19 +306,17 @@ QString descriptorPath(const QFile &file)
     return QStringLiteral("/proc/self/fd/%1").arg(file.handle());
 }
 
-QString copyStandardInput(QString *path)
+QString copyStandardInput(const CommandContext &context, QString *path)
 {
-    QFile input;
     QFile copy;
-    if (!input.open(stdin, QIODevice::ReadOnly) || !openMemoryFile(&copy)) {
+    if (!openMemoryFile(&copy)) {
         return QStringLiteral("Standard input cannot be read: %1.").arg(qt_error_string());
     }
-    const QByteArray content = input.readAll();
-    if (input.error() != QFileDevice::NoError) {
-        return QStringLiteral("Standard input cannot be read: %1.").arg(input.errorString());
+    const int error = copyContent(context.signalWatch, STDIN_FILENO, &copy);
+    if (error != 0) {
+        return QStringLiteral("Standard input cannot be read: %1.").arg(qt_error_string(error));
     }
-    if (copy.write(content) != content.size() || !copy.flush()
-        || dup2(copy.handle(), STDIN_FILENO) < 0) {
+    if (!copy.flush() || dup2(copy.handle(), STDIN_FILENO) < 0) {
         return QStringLiteral("Standard input cannot be stored: %1.").arg(copy.errorString());
     }
     *path = QStringLiteral("/dev/stdin");

@@ -4,6 +4,7 @@
 #include "host/core/imagejob.h"
 #include "host/core/pluginlocator.h"
 #include "host/core/pluginsession.h"
+#include "host/core/signalwatch.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/commandtable.h"
@@ -16,7 +17,6 @@
 #include <QDir>
 #include <QLoggingCategory>
 
-#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
@@ -166,17 +166,20 @@ int runWithPlugin(CommandContext &context)
     ImageJob job(&session);
     context.session = &session;
     context.job = &job;
+    if (context.isInterrupted()) {
+        return Failed;
+    }
     if (!applyInputs(context)) {
         report.addFailure(session.problem());
         return PluginProblem;
     }
     const int status
-        = report.endSignal() == 0 ? commandLine.command->function(context) : int(Failed);
+        = context.isInterrupted() ? int(Failed) : commandLine.command->function(context);
     noteProblems(context);
     return status;
 }
 
-int runCommand(const CommandLine &commandLine, Report *report)
+int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, Report *report)
 {
     report->set("command",
                 commandLine.command ? QLatin1String(commandLine.command->name) : QLatin1String());
@@ -198,7 +201,10 @@ int runCommand(const CommandLine &commandLine, Report *report)
     if (writesToOutput) {
         report->keepOutputClean();
     }
-    CommandContext context{commandLine, *report};
+    CommandContext context{commandLine, *report, signalWatch};
+    if (context.isInterrupted()) {
+        return Failed;
+    }
     return commandLine.command->needs == CommandNeeds::Plugin
         ? runWithPlugin(context)
         : commandLine.command->function(context);
@@ -223,8 +229,7 @@ QString informationFor(const CommandLine &commandLine)
     return helpWanted || helpCommand ? helpText() : QString();
 }
 
-/// Runs the program; @p endSignal is set to the signal by which it must end, if any.
-int runProgram(int argumentCount, char **arguments, int *endSignal)
+int runProgram(int argumentCount, char **arguments, const SignalWatch &signalWatch)
 {
     // Hides Qt's warnings about its environment, which do not belong among the plug-in's messages;
     // QT_LOGGING_RULES shows them again.
@@ -235,7 +240,7 @@ int runProgram(int argumentCount, char **arguments, int *endSignal)
     }
     const QString information = informationFor(commandLine);
     Report report(information.isEmpty() ? commandLine.format : Report::Format::Text,
-                  commandLine.verbosity);
+                  commandLine.verbosity, signalWatch);
     int status = Success;
     if (!information.isEmpty()) {
         report.print(information);
@@ -244,11 +249,9 @@ int runProgram(int argumentCount, char **arguments, int *endSignal)
         char *qtArguments[] = {arguments[0], nullptr};
         const std::unique_ptr<QApplication> application
             = createApplication(&qtArgumentCount, qtArguments);
-        status = runCommand(commandLine, &report);
+        status = runCommand(commandLine, signalWatch, &report);
     }
-    status = report.finish(status);
-    *endSignal = report.endSignal();
-    return status;
+    return report.finish(status);
 }
 
 } // namespace
@@ -256,12 +259,8 @@ int runProgram(int argumentCount, char **arguments, int *endSignal)
 int main(int argc, char **argv)
 {
     occupyStandardDescriptors();
-    int endSignal = 0;
-    const int status = runProgram(argc, argv, &endSignal);
-    if (endSignal != 0) {
-        // A shell must see the signal, or its loops would continue.
-        std::signal(endSignal, SIG_DFL);
-        std::raise(endSignal);
-    }
+    const SignalWatch signalWatch;
+    const int status = runProgram(argc, argv, signalWatch);
+    signalWatch.endLikeReceived();
     return status;
 }

@@ -3,20 +3,18 @@
 
 #include "host/terminal/report.h"
 
+#include "host/core/signalwatch.h"
 #include "host/terminal/exitstatus.h"
 #include "host/terminal/safetext.h"
 
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <csignal>
 #include <unistd.h>
 
 namespace {
 
 const int schemaVersion = 1;
-/// How long a program that ends by a signal waits for its output to be read.
-const int lastWordsMs = 1000;
 
 /// Aligns fields that are added one after the other, such as those of a build.
 const int minTitleWidth = 8;
@@ -100,7 +98,7 @@ QJsonObject toJson(const Problem &problem)
 
 } // namespace
 
-Report::Report(Format outputFormat, Verbosity outputVerbosity)
+Report::Report(Format outputFormat, Verbosity outputVerbosity, const SignalWatch &watch)
     : format(outputFormat)
     , verbosity(outputVerbosity)
     , output{STDOUT_FILENO, isatty(STDOUT_FILENO) == 1, true}
@@ -108,6 +106,8 @@ Report::Report(Format outputFormat, Verbosity outputVerbosity)
     , hasColour(output.isTerminal && qEnvironmentVariableIsEmpty("NO_COLOR")
                 && qgetenv("TERM") != "dumb")
     , isStatusOnError(outputFormat == Format::Json)
+    , signalWatch(watch)
+    , writer(watch)
 {
 }
 
@@ -358,21 +358,6 @@ void Report::write(Stream *stream, const QByteArray &bytes)
     writer.write(stream->descriptor, bytes);
 }
 
-const OutputQueue &Report::queue() const
-{
-    return writer;
-}
-
-void Report::setEndSignal(int signalNumber)
-{
-    endSignalNumber = signalNumber;
-}
-
-int Report::endSignal() const
-{
-    return endSignalNumber;
-}
-
 int Report::finish(int exitStatus)
 {
     showProgress(QString());
@@ -388,16 +373,11 @@ int Report::finish(int exitStatus)
         set("messages", messages);
         writeLine(&output, QString::fromUtf8(QJsonDocument(document).toJson()));
     }
-    writer.drain(endSignalNumber == 0 ? -1 : lastWordsMs);
-    if (writer.isReaderGone() && endSignalNumber == 0) {
-        struct sigaction action = {};
-        sigaction(SIGPIPE, nullptr, &action);
-        endSignalNumber = action.sa_handler == SIG_IGN ? 0 : SIGPIPE;
+    if (!writer.hasFailed(output.descriptor)) {
+        return exitStatus;
     }
-    if (writer.hasFailed(output.descriptor) && endSignalNumber == 0) {
+    if (!signalWatch.hasReceived()) {
         writeLine(&errors, QStringLiteral("loomwright: standard output could not be written."));
-        writer.drain(-1);
-        return exitStatus == Success ? Failed : exitStatus;
     }
-    return exitStatus;
+    return exitStatus == Success ? Failed : exitStatus;
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/core/problem.h"
-#include "host/terminal/outputqueue.h"
+#include "host/terminal/output.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -40,7 +40,8 @@ public:
         Stitcher    ///< The stitcher's output, passed on in chunks: status is hidden by --quiet.
     };
 
-    Report(Format outputFormat, Verbosity outputVerbosity);
+    /// @param watch must outlive this object
+    Report(Format outputFormat, Verbosity outputVerbosity, const SignalWatch &watch);
 
     /// Sends the plug-in's status to standard error, because standard output holds a configuration.
     void keepOutputClean();
@@ -81,16 +82,8 @@ public:
     QString good(const QString &text) const;
     QString bad(const QString &text) const;
 
-    /// The queue of all output, to find out whether a reader has closed its end.
-    const OutputQueue &queue() const;
-    /// Records that the program ends because of a signal; output that cannot be written soon is
-    /// discarded.
-    void setEndSignal(int signalNumber);
-    /// The signal by which the program must end; 0 for none.
-    int endSignal() const;
-
-    /// Ends the report: prints the JSON document, waits until everything is written, and returns @p
-    /// exitStatus, or ExitStatus::Failed when writing to standard output failed.
+    /// Ends the report: prints the JSON document, and returns @p exitStatus, or ExitStatus::Failed when
+    /// writing to standard output failed.
     int finish(int exitStatus);
 
 private:
@@ -116,8 +109,8 @@ private:
     bool hasColour;
     bool isStatusOnError;
     bool isProgressShown = false;
-    int endSignalNumber = 0;
-    OutputQueue writer;
+    const SignalWatch &signalWatch;
+    Output writer;
     QJsonArray messages;
     QJsonArray problems;
     QJsonArray failures;

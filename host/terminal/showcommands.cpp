@@ -113,6 +113,9 @@ int listTargets(CommandContext &context)
     QStringList names;
     int status = Success;
     for (const QString &file : installedPlugins(chosenFile)) {
+        if (context.isInterrupted()) {
+            return Failed;
+        }
         PluginSession session;
         if (!session.load({file})) {
             context.report.addFailure(session.problem());

@@ -11,7 +11,6 @@
 #include <QCommandLineParser>
 #include <QSessionManager>
 
-#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -94,8 +93,8 @@ QString chosenPlugin(const CommandLine &commandLine)
     return chosenForThisRun ? commandLine.pluginFile : readSettings().pluginFile;
 }
 
-/// Runs the program; @p endSignal is set to the signal that ended it.
-int runWindow(const CommandLine &commandLine, int *endSignal)
+int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments,
+              const SignalWatch &signalWatch)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -114,14 +113,11 @@ int runWindow(const CommandLine &commandLine, int *endSignal)
                      });
 
     MainWindow window;
-    SignalWatch signalWatch;
-    QObject::connect(&signalWatch, &SignalWatch::received, &window,
-                     [&window, endSignal](int number) {
-                         *endSignal = number;
-                         // Does not ask, since there may be no user to answer.
-                         window.saveLayout();
-                         QCoreApplication::quit();
-                     });
+    signalWatch.whenReceived(&window, [&window] {
+        // Does not ask, since there may be no user to answer.
+        window.saveLayout();
+        QCoreApplication::quit();
+    });
     window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));
     if (commandLine.files.isEmpty()) {
         window.restoreLastProject();
@@ -129,14 +125,17 @@ int runWindow(const CommandLine &commandLine, int *endSignal)
         window.open(commandLine.files);
     }
     window.show();
-    return QApplication::exec();
+    // A nested event loop, such as that of a message box, may have noticed a signal.
+    return signalWatch.hasReceived() ? 0 : QApplication::exec();
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const CommandLine commandLine = parse(argumentsOf(argc, argv));
+    const SignalWatch signalWatch;
+    const Arguments arguments = splitArguments(argumentsOf(argc, argv));
+    const CommandLine commandLine = parse(arguments.own);
     if (!commandLine.problem.isEmpty()) {
         std::fprintf(stderr, "%s: %s Try --help.\n", programName, qPrintable(commandLine.problem));
         return usageError;
@@ -145,12 +144,8 @@ int main(int argc, char **argv)
         std::fputs(qPrintable(commandLine.information), stdout);
         return 0;
     }
-    int endSignal = 0;
-    const int status = runWindow(commandLine, &endSignal);
-    if (endSignal != 0) {
-        // The parent process must see the signal.
-        std::signal(endSignal, SIG_DFL);
-        std::raise(endSignal);
-    }
+    ArgumentVector qtArguments(arguments.forQt);
+    const int status = runWindow(commandLine, &qtArguments, signalWatch);
+    signalWatch.endLikeReceived();
     return status;
 }
