@@ -426,6 +426,37 @@ private slots:
         QVERIFY(QDir(host.folder->path()).entryList({"loomwright-*", "i.bin*"}).isEmpty());
     }
 
+    /// A signal is not lost between two phases of a command.
+    void interruptAtAnyTime_data()
+    {
+        QTest::addColumn<int>("number");
+        row("INT", SIGINT);
+        row("TERM", SIGTERM);
+    }
+    void interruptAtAnyTime()
+    {
+        QFETCH(int, number);
+        writeStitcher(host.folder->path(), "exec sleep 1000");
+        const QString image = host.path("i.bin");
+        writeFile(image, "older");
+        for (int delayMs = 1; delayMs < 60; delayMs += 2) {
+            QProcess program;
+            program.setProcessEnvironment(host.environment);
+            program.start(HOST_PROGRAM,
+                          {"-q", "-d", host.samples.filePath("good"), "build", "-o", image,
+                           "--manifest", host.path("manifest")});
+            QVERIFY(program.waitForStarted());
+            QTest::qSleep(delayMs);
+            ::kill(pid_t(program.processId()), number);
+            QVERIFY2(program.waitForFinished(), qPrintable(QString::number(delayMs)));
+            QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+            QCOMPARE(program.exitCode(), number);
+            QCOMPARE(readFile(image), QByteArray("older"));
+        }
+        QVERIFY(!QFile::exists(host.path("manifest")));
+        QCOMPARE(processesOf(mark), QStringList());
+    }
+
 private:
     HostProgram host;
     QByteArray mark;
