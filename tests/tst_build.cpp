@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/buildrunner.h"
-#include "host/core/filehasher.h"
-#include "host/core/ingredients.h"
-#include "host/core/pluginsession.h"
-#include "host/core/stitcherlocator.h"
-#include "plugin/iingredientmanager.h"
+#include "host/core/build.h"
+#include "host/core/plugin.h"
+#include "host/core/stitcher.h"
+#include "host/core/values.h"
+#include "privileges.h"
 #include "processes.h"
 #include "row.h"
 
@@ -15,12 +14,15 @@
 #include <QtWidgets>
 
 #include <csignal>
+#include <random>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 namespace {
 
 const QByteArray deaf = "trap '' HUP INT TERM; ";
+const QByteArray half = "printf half > \"$image\"; ";
+const QByteArray writeNew = "printf new > \"$image\"; ";
 
 } // namespace
 
@@ -31,313 +33,343 @@ class TestBuild : public QObject
 private slots:
     void initTestCase()
     {
-        connect(session.statusManager(), &StatusManager::statusMessage, this,
+        connect(&plugin, &Plugin::statusMessage, this,
                 [this](const QString &message) { outputSize += message.size(); });
-        QVERIFY(session.load({PLUGIN_LIBRARY}));
+        QVERIFY(plugin.load({PLUGIN_LIBRARY}));
+        values.reset(new Values(&plugin));
     }
     void init()
     {
         folder.reset(new QTemporaryDir(temporaryPath + "/build-XXXXXX"));
-        image = folder->filePath("i.bin");
+        QVERIFY(QDir(folder->path()).mkdir("place") && QDir(folder->path()).mkdir("tmp"));
+        image = folder->filePath("place/i.bin");
         input = writeFile(folder->filePath("input.bin"), "input");
-        QVERIFY(QDir(folder->path()).mkdir("tmp"));
         qputenv("TMPDIR", QFile::encodeName(folder->filePath("tmp")));
         qputenv(processMark, mark());
-        QCOMPARE(set("ImageName", image), QString());
-        QCOMPARE(set("Host FW", input), QString());
+        QVERIFY(values->setValue("ImageName", image));
+        QVERIFY(values->setValue("Host FW", input));
     }
     void cleanup()
     {
-        runner.reset();
+        build.reset();
         QTRY_COMPARE(processesOf(mark()), QStringList());
-        QCOMPARE(QDir(folder->filePath("tmp")).entryList({"loomwright-*"}), QStringList());
-        QVERIFY(!QFile::exists(image + ".loomwright-lock"));
-        QVERIFY(!QFile::exists(image + ".loomwright-backup"));
+        QTRY_COMPARE(leftovers(), QStringList());
     }
 
     void stitchers_data()
     {
-        QTest::addColumn<QByteArray>("script");
-        QTest::addColumn<QString>("reason");
-        QTest::addColumn<QByteArray>("partial");
-        QTest::addColumn<int>("timeoutMs");
-        const QByteArray half = "printf half > $image; ";
-        const QByteArray none;
-        row("good", QByteArray("printf new > $image"), QString(), none, 0);
-        row("reads its input", QByteArray("printf new > $image; cat"), QString(), none, 0);
-        row("fails halfway", half + "exit 1", QString("exit status 1\\..*i.bin.partial"),
-            QByteArray("half"), 0);
-        row("crashes halfway", half + "kill -SEGV $$", QString("ended by signal 11"),
-            QByteArray("half"), 0);
+        columns<QByteArray, QString>("script", "reason");
+        const QString none;
+        row("good", writeNew, none);
+        row("reads its input", writeNew + "cat", none);
+        row("writes to a temporary file",
+            QByteArray("cd \"${image%/*}\"; printf new > t; mv t i.bin"), none);
+        row("removes the older image", writeNew + "rm -f \"$final\"; ln \"$image\" \"$final\"",
+            QString("linked the older image"));
+        row("fails halfway", half + "exit 1", QString("exit status 1\\."));
+        row("crashes halfway", half + "kill -SEGV $$", QString("killed by signal 11"));
         row("hangs halfway", half + deaf + "sleep 1000 & sleep 1000",
-            QString("did not end within 0.5 s"), QByteArray("half"), 500);
+            QString("did not finish within 0.5 s"));
         row("is killed with its supervisor", half + "kill -KILL $PPID; exec sleep 1000",
-            QString("supervises the stitcher was killed"), QByteArray("half"), 0);
-        row("goes on in the background", half + "(sleep 1000; printf more >> $image) &",
-            QString("left processes running"), QByteArray("half"), 0);
+            QString("supervises the stitcher was killed"));
+        row("goes on in the background", half + "(sleep 1000; printf more >> \"$image\") &",
+            QString("left processes running"));
         row("is asked to end", half + "trap 'exit 0' TERM; kill $PPID; while :; do sleep 0.1; done",
-            QString("asked to end by a signal"), QByteArray("half"), 0);
-        row("ends before its supervisor is killed",
-            half + "runner=$PPID; (sleep 0.2; kill -KILL $runner) &",
-            QString("supervises the stitcher was killed"), QByteArray("half"), 0);
-        row("touches the image", QByteArray("touch $image"), QString("wrote nothing into"), none,
-            0);
-        row("changes its mode", QByteArray("chmod 600 $image; :"), QString("without writing"), none,
-            0);
-        row("leaves a symlink", QByteArray("ln -s /etc/passwd $image"),
-            QString("is not a regular file"), readFile("/etc/passwd"), 0);
-        row("changes an input", QByteArray("printf new > $image; echo >> $input"),
-            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"), 0);
-        row("replaces an input", QByteArray("printf new > $image; cp $input x; mv x $input"),
-            QString("input.bin \\(Host FW\\) changed"), QByteArray("new"), 0);
-        row("has no interpreter", QByteArray(), QString("interpreter is missing"), none, 0);
+            QString("stopped by a signal"));
+        row("writes nothing", QByteArray(":"), QString("without writing"));
+        row("writes an empty image", QByteArray(": > \"$image\""), QString("wrote nothing into"));
+        row("leaves a symlink", QByteArray("ln -s /etc/passwd \"$image\""),
+            QString("is not a regular file"));
+        row("changes an input", writeNew + "echo >> \"$input\"",
+            QString("input.bin \\(Host FW\\) has changed during"));
+        row("replaces an input", writeNew + "cp \"$input\" x; mv x \"$input\"",
+            QString("input.bin \\(Host FW\\) has changed during"));
+        row("changes itself", writeNew + "echo >> \"$0\"",
+            QString("stitcher .* has changed during"));
+        row("has no interpreter", QByteArray(), QString("interpreter is missing"));
     }
     void stitchers()
     {
         QFETCH(QByteArray, script);
         QFETCH(QString, reason);
-        QFETCH(QByteArray, partial);
-        QFETCH(int, timeoutMs);
         for (const QByteArray &old : {QByteArray(), QByteArray("old")}) {
-            QFile::remove(image + ".partial");
             QFile::remove(image);
             if (!old.isEmpty()) {
                 writeFile(image, old);
             }
             const QByteArray before = qgetenv("PATH") + qgetenv("TMPDIR");
             BuildOptions options = stitcher(script);
-            options.timeoutMs = timeoutMs;
-            const BuildResult result = build(options);
+            options.timeoutMs = reason.contains("0.5") ? 500 : 0;
+            const BuildResult result = run(options);
             QCOMPARE(qgetenv("PATH") + qgetenv("TMPDIR"), before);
             QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
                      qPrintable(result.reason));
             QCOMPARE(result.isSuccess, reason.isEmpty());
-            QCOMPARE(readFile(image), result.isSuccess ? QByteArray("new") : old);
-            QCOMPARE(result.partialFile, partial.isEmpty() ? QString() : image + ".partial");
-            QCOMPARE(readFile(image + ".partial"), partial);
+            if (!reason.contains("linked")) {
+                QCOMPARE(readFile(image), result.isSuccess ? QByteArray("new") : old);
+            }
+            QCOMPARE(values->image(), image);
             QTRY_COMPARE(processesOf(mark()), QStringList());
+            QTRY_COMPARE(leftovers(), QStringList());
         }
     }
 
     void result()
     {
-        const BuildResult result = build(stitcher("cat $4 > $image"));
+        const BuildResult result = run(stitcher("cat \"$4\" > \"$image\"; umask > u"));
         QCOMPARE(result.reason, QString());
         QCOMPARE(result.exitStatus, 0);
-        QCOMPARE(result.imageFile, image);
-        QVERIFY(result.configuration.contains("ImageName = " + QFile::encodeName(image)));
-        QCOMPARE(readFile(image), result.configuration);
-        QCOMPARE(result.imageSize, qint64(result.configuration.size()));
-        QCOMPARE(result.sha256,
-                 QCryptographicHash::hash(readFile(image), QCryptographicHash::Sha256).toHex());
-        QCOMPARE(build(stitcher("exit 9")).exitStatus, 9);
-        QCOMPARE(build(stitcher("kill -KILL $$")).signalNumber, SIGKILL);
+        QCOMPARE(result.image.file, image);
+        // What the world is told has the user's path.
+        QVERIFY(result.configuration.contains("ImageName = " + QFile::encodeName(image) + '\n'));
+        QVERIFY(!result.configuration.contains(".loomwright-"));
+        QVERIFY(readFile(image).contains("/.loomwright-"));
+        QCOMPARE(result.image.state.size, QFileInfo(image).size());
+        QCOMPARE(result.image.sha256, hashOf(image));
+        QCOMPARE(result.inputs.first().sha256, hashOf(input));
+        QCOMPARE(result.stitcher.sha256, hashOf(folder->filePath("tamblin-stitcher")));
+        QCOMPARE(result.manifest.build->imageSha256, hashOf(image));
+        QVERIFY(FileState::of(image) == result.image.state);
+        QCOMPARE(run(stitcher("exit 9")).exitStatus, 9);
+        QCOMPARE(run(stitcher("kill -KILL $$")).signalNumber, SIGKILL);
     }
 
     void inputChangedAfterTheChecks()
     {
-        BuildOptions options = stitcher("printf new > $image");
-        options.knownStates.insert(input, FileState::of(input));
+        values->check();
+        BuildOptions options = stitcher(writeNew);
+        options.known = values->inputRecords();
         writeFile(input, "other");
-        QVERIFY(build(options).reason.contains("input.bin (Host FW) has changed"));
+        QVERIFY(run(options).reason.contains("input.bin (Host FW) has changed since"));
+        QVERIFY(!QFile::exists(image));
     }
 
-    void interference_data()
+    void otherFiles_data()
     {
-        columns<QByteArray, QString, QByteArray>("script", "reason", "left");
-        const QByteArray fail = "; exit 1";
-        const QByteArray write = "; printf new > $image";
-        const QByteArray none;
-        const QByteArray old = "old";
-        const QByteArray fresh = "new";
-        row("backup removed", "rm $backup" + fail, QString("backup was removed"), none);
-        row("backup emptied", ": > $backup" + fail, QString("backup was changed"), none);
-        row("backup replaced", "printf evil > x; mv x $backup" + fail,
-            QString("backup was changed"), none);
-        row("backup made a directory", "rm $backup; mkdir $backup" + write,
-            QString("backup was changed"), fresh);
-        row("backup put back", QByteArray("mv $backup $image"), QString("put the older image back"),
-            old);
-        row("backup linked back", QByteArray("ln -f $backup $image"),
-            QString("put the older image back"), old);
-        row("image linked", "ln -f $image $image.partial" + fail, QString("exit status 1"), old);
-        row("lock removed", "rm $image.loomwright-lock" + write, QString("lock was removed"),
-            fresh);
-        row("directory replaced", "mv $place x; mkdir $place" + write,
-            QString("no longer the directory"), fresh);
+        columns<QByteArray, QString>("script", "reason");
+        row("published", QByteArray("printf log > i.log"), QString());
+        row("replaces an older one", QByteArray("printf log > i.log; echo old > \"$place/i.log\""),
+            QString());
+        row("replaces a symlink",
+            QByteArray("printf log > i.log; ln -s \"$input\" \"$place/i.log\""), QString());
+        row("named like an input", QByteArray("printf evil > in.bin"),
+            QString("in.bin, which is in use"));
+        row("a symlink", QByteArray("ln -s /etc/passwd i.log"), QString("not a regular file"));
+        row("a directory", QByteArray("mkdir i.log"), QString("not a regular file"));
+        row("its place is taken",
+            QByteArray("printf log > i.log; mkdir \"$place/i.log\" \"$place/i.log/x\""),
+            QString("i.log cannot be replaced: .*The complete image is "));
+        row("the image's place is taken", QByteArray("mkdir \"$final\""),
+            QString("i.bin cannot be replaced: .*The complete image is "));
+        row("the directory is gone", QByteArray("mv \"$place\" \"$place.moved\""),
+            QString("without writing"));
     }
-    void interference()
+    void otherFiles()
     {
         QFETCH(QByteArray, script);
         QFETCH(QString, reason);
-        QDir(folder->path()).mkdir("place");
-        image = folder->filePath("place/i.bin");
-        QCOMPARE(set("ImageName", image), QString());
-        writeFile(image, "old");
-        const BuildResult result = build(
-            stitcher("backup=$image.loomwright-backup place=${image%/i.bin}; printf half > $image; "
-                     + script));
-        QVERIFY(!result.isSuccess);
-        QVERIFY2(result.reason.contains(reason), qPrintable(result.reason));
-        QTEST(readFile(image), "left");
-        QVERIFY(QDir(folder->filePath("place")).removeRecursively());
+        QCOMPARE(link(QFile::encodeName(input).constData(),
+                      QFile::encodeName(folder->filePath("place/in.bin")).constData()),
+                 0);
+        const BuildResult result = run(stitcher(writeNew + "cd \"${image%/*}\"; " + script));
+        QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
+                 qPrintable(result.reason));
+        QCOMPARE(result.isSuccess, reason.isEmpty());
+        QCOMPARE(readFile(folder->filePath("place/i.log")),
+                 reason.isEmpty() ? QByteArray("log") : QByteArray());
+        QCOMPARE(readFile(input), QByteArray("input"));
+        const QString kept = result.reason.section("The complete image is ", 1)
+                                 .chopped(result.reason.contains("The complete image is ") ? 1 : 0);
+        if (!kept.isEmpty()) {
+            QCOMPARE(readFile(kept), QByteArray("new"));
+            QVERIFY(QDir(QFileInfo(kept).path()).removeRecursively());
+        }
+        QDir(folder->filePath("place.moved")).removeRecursively();
     }
 
     void imageChangesWhileItIsHashed()
     {
-        start(stitcher("truncate -s 256M $image"));
-        connect(runner.data(), &BuildRunner::hashing, this,
-                [this] { QVERIFY(QFile::resize(image, 100)); });
-        QVERIFY(waitForResult().reason.contains("changed while it was hashed"));
+        start(stitcher("truncate -s 256M \"$image\""));
+        connect(build.data(), &Build::hashing, this, [this] {
+            const QString stage = leftovers().value(0);
+            QFile::resize(folder->filePath("place/" + stage + "/i.bin"), 100);
+        });
+        QVERIFY(waitForResult().reason.contains("It changed while it was read"));
+        QVERIFY(!QFile::exists(image));
     }
 
     void outputIsCompleteAtTheEnd()
     {
         outputSize = 0;
-        QVERIFY(build(stitcher("printf new > $image; yes words | head -c 3000000")).isSuccess);
+        QVERIFY(run(stitcher(writeNew + "yes words | head -c 3000000")).isSuccess);
         QVERIFY(outputSize >= 3000000);
     }
 
-    void refusedImages_data()
+    /// Whoever looks at the image's path sees the older image or the new one.
+    void twoStates()
     {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QString>("reason");
+        writeFile(image, QByteArray(1000, 'o'));
+        const QByteArray fresh(100000, 'n');
+        QSet<QByteArray> seen;
+        start(stitcher("yes n | tr -d '\\n' | head -c 100000 > \"$image\""));
+        QVERIFY(QTest::qWaitFor([&] {
+            seen.insert(readFile(image));
+            return hasResult;
+        }));
+        seen.insert(readFile(image));
+        QVERIFY2(lastResult.isSuccess, qPrintable(lastResult.reason));
+        QCOMPARE(seen, QSet<QByteArray>({QByteArray(1000, 'o'), fresh}));
+    }
+
+    void rejectedImages_data()
+    {
+        columns<QByteArray, QString>("command", "reason");
         row("directory", QByteArray("mkdir i.bin"), QString("is not a regular file"));
         row("symlink", QByteArray("ln -s input.bin i.bin"), QString("is not a regular file"));
         row("FIFO", QByteArray("mkfifo i.bin"), QString("is not a regular file"));
-        row("no directory", QByteArray("rm -r ../place"), QString("directory .* does not exist"));
-        row("directory as backup", QByteArray("mkdir i.bin.loomwright-backup"),
-            QString("backup is not a regular file"));
-        row("symlink as backup", QByteArray("ln -s input.bin i.bin.loomwright-backup"),
-            QString("backup is not a regular file"));
-        row("FIFO as lock", QByteArray("mkfifo i.bin.loomwright-lock"),
-            QString("is not a lock file"));
-        row("stitcher", QByteArray("ln -s ../tamblin-stitcher i.bin"),
-            QString("has the name of the image"));
+        row("no directory", QByteArray("rm -r ../place"),
+            QString("cannot be written: No such file"));
+        row("directory that cannot be written", QByteArray("chmod 555 ."),
+            QString("place cannot be written: Permission denied"));
+        row("stitcher", QByteArray("ln ../tamblin-stitcher i.bin"), QString("are the same file"));
     }
-    void refusedImages()
+    void rejectedImages()
     {
         QFETCH(QByteArray, command);
         QFETCH(QString, reason);
+        const BuildOptions options = stitcher(writeNew);
         const QString place = folder->filePath("place");
-        QVERIFY(QDir().mkdir(place));
         writeFile(place + "/input.bin", "input");
         QCOMPARE(QProcess::execute("sh", {"-c", "cd " + quoted(place) + "; " + command}), 0);
         const QStringList before = QDir(place).entryList(QDir::AllEntries | QDir::System);
-        QCOMPARE(set("ImageName", place + "/i.bin"), QString());
-        const BuildResult result = build(stitcher("printf new > $image"));
+        const WithoutPrivileges user;
+        const BuildResult result = run(options);
         QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
                  qPrintable(result.reason));
         QCOMPARE(QDir(place).entryList(QDir::AllEntries | QDir::System), before);
         QCOMPARE(readFile(place + "/input.bin"), QByteArray(before.isEmpty() ? "" : "input"));
     }
 
-    void strangeConfigurationFile()
+    void workIsKept()
     {
-        const QByteArray fifo = QFile::encodeName(folder->filePath("tmp/config.txt"));
-        QCOMPARE(mkfifo(fifo.constData(), 0600), 0);
-        QVERIFY(build(stitcher("printf new > $image")).isSuccess);
-        QVERIFY(QFile::remove(folder->filePath("tmp/config.txt")));
-    }
-
-    void workDirectoryIsKept()
-    {
-        BuildOptions options = stitcher("pwd > $image; mktemp -u >> $image");
+        BuildOptions options = stitcher("pwd > \"$image\"; mktemp -u >> \"$image\"; exit 1");
         options.keepWork = true;
-        const BuildResult result = build(options);
-        QVERIFY2(result.isSuccess, qPrintable(result.reason));
+        const BuildResult result = run(options);
+        QCOMPARE(result.exitStatus, 1);
         QVERIFY(result.workDirectory.startsWith(folder->filePath("tmp/")));
         const QByteArray path = QFile::encodeName(result.workDirectory);
-        QVERIFY(readFile(image).startsWith(path + '\n' + path + '/'));
-        QCOMPARE(readFile(result.workDirectory + "/config.txt"), result.configuration);
-        struct stat state = {};
-        QCOMPARE(stat(path.constData(), &state), 0);
-        QCOMPARE(state.st_mode & 07777, mode_t(0700));
-        QVERIFY(QDir(result.workDirectory).removeRecursively());
+        QVERIFY(readFile(result.keptDirectory + "/i.bin").startsWith(path + '\n' + path + '/'));
+        QVERIFY(QFile::exists(result.workDirectory + "/config.txt"));
+        for (const QString &directory : {result.workDirectory, result.keptDirectory}) {
+            struct stat state = {};
+            QCOMPARE(stat(QFile::encodeName(directory).constData(), &state), 0);
+            QCOMPARE(state.st_mode & 07777, mode_t(0700));
+            QVERIFY(QDir(directory).removeRecursively());
+        }
     }
 
+    /// Each is whole, and the last one wins.
     void twoBuilds()
     {
-        const BuildOptions options = stitcher("while ! [ -e $go ]; do sleep 0.01; done; "
-                                              "cp config.txt $(sed -n 's/^ImageName = //p' $4)");
+        stitcher("while ! [ -e \"$go\" ]; do sleep 0.01; done; printf first > \"$image\"");
         QProcess other;
-        startHost(&other, folder->filePath("other.bin"));
-        start(options);
-        BuildRunner second(&session);
-        QSignalSpy ended(&second, &BuildRunner::finished);
-        second.start(options);
-        QCOMPARE(ended.count(), 0);
-        QVERIFY(ended.wait());
-        const QString reason = ended.first().first().value<BuildResult>().reason;
-        QVERIFY2(reason.contains(" is being built by another process"), qPrintable(reason));
-        // Removing the lock file does not help; the running build notices it.
-        const QString lock = image + ".loomwright-lock";
-        QVERIFY(QFile::rename(lock, folder->filePath("lock")));
-        BuildRunner third(&session);
-        QSignalSpy thirdEnded(&third, &BuildRunner::finished);
-        third.start(options);
-        QVERIFY(thirdEnded.wait());
-        QVERIFY(thirdEnded.first().first().value<BuildResult>().reason.contains("is being built"));
-        QVERIFY(QFile::rename(folder->filePath("lock"), lock));
+        startHost(&other);
+        QTRY_COMPARE(leftovers().count(), 2);
+        QVERIFY(run(stitcher(writeNew)).isSuccess);
+        QCOMPARE(readFile(image), QByteArray("new"));
         writeFile(folder->filePath("go"), {});
-        QVERIFY(waitForResult().isSuccess);
         QTRY_COMPARE(other.state(), QProcess::NotRunning);
-        QVERIFY(readFile(image).contains("\nImageName = " + QFile::encodeName(image) + '\n'));
-        QVERIFY(readFile(folder->filePath("other.bin")).contains("/other.bin\n"));
+        QCOMPARE(other.exitCode(), 1); // Its stitcher was replaced by that of the second build.
+        QCOMPARE(readFile(image), QByteArray("new"));
     }
 
-    void hostIsKilled_data()
+    /// KILL at any moment to any of the processes leaves the older image or the new one, and the
+    /// next build works.
+    void killed_data()
     {
-        QTest::addColumn<QByteArray>("older");
-        row("older image", QByteArray("old"));
-        row("no older image", QByteArray());
+        columns<QString>("victims");
+        row("host", "loomwright");
+        row("runner and stitcher", "tamblin-stitche");
+        row("all", "loomwright tamblin-stitche");
     }
-    void hostIsKilled()
+    void killed()
     {
-        QFETCH(QByteArray, older);
-        if (!older.isEmpty()) {
-            writeFile(image, older);
+        QFETCH(QString, victims);
+        const QByteArray script = half + "sleep 0.02; printf ' and more' >> \"$image\"";
+        const QSet<QByteArray> whole{"old", "half and more"};
+        std::minstd_rand random(1);
+        for (int round = 0; round < killRounds(); ++round) {
+            writeFile(image, "old");
+            stitcher(script);
+            QProcess host;
+            startHost(&host);
+            QVERIFY(host.waitForStarted());
+            QTest::qWait(int(random() % 120));
+            for (const QString &process : processesOf(mark())) {
+                if (victims.contains(process.section(' ', 1))) {
+                    ::kill(process.section(' ', 0, 0).toInt(), SIGKILL);
+                }
+            }
+            QTRY_COMPARE(host.state(), QProcess::NotRunning);
+            QTRY_COMPARE(processesOf(mark()), QStringList());
+            QVERIFY2(whole.contains(readFile(image)), readFile(image).constData());
+            if (victims == "loomwright") {
+                QTRY_VERIFY(leftovers().count() <= 1); // Killed before the runner was started.
+            }
+            for (const QString &directory : leftovers()) {
+                QVERIFY(QDir(folder->filePath("place/" + directory)).removeRecursively());
+            }
+            QDir(folder->filePath("tmp")).removeRecursively();
+            QVERIFY(QDir(folder->path()).mkdir("tmp"));
         }
-        stitcher("printf half > $image; " + deaf + "sleep 1000 & sleep 1000");
-        QProcess host;
-        startHost(&host, image);
-        QTRY_COMPARE(readFile(image), QByteArray("half"));
-        host.kill();
-        QVERIFY(host.waitForFinished());
-        // The stitcher ignores SIGTERM, and may write for some time.
-        QVERIFY(build(stitcher("printf new > $image")).reason.contains("is being built"));
-        QTRY_COMPARE(processesOf(mark()), QStringList());
-
-        // What it left is not overwritten by what the next build leaves.
-        QCOMPARE(build(stitcher("printf more > $image; exit 1")).exitStatus, 1);
-        QCOMPARE(readFile(image), older);
-        QCOMPARE(readFile(image + ".partial"), QByteArray("half"));
-        QCOMPARE(readFile(image + ".partial.2"), QByteArray("more"));
-        QVERIFY(QDir(folder->filePath("tmp")).removeRecursively());
+        QVERIFY(run(stitcher(writeNew)).isSuccess);
     }
 
     void deletedMeanwhile()
     {
         writeFile(image, "old");
-        start(stitcher("printf half > $image; sleep 1000 & sleep 1000"));
-        QTRY_COMPARE(readFile(image), QByteArray("half"));
-        runner.reset();
+        start(stitcher("touch \"$go\"; " + half + "sleep 1000 & sleep 1000"));
+        QTRY_VERIFY(QFile::exists(folder->filePath("go")));
+        build.reset();
         QCOMPARE(processesOf(mark()), QStringList());
         QCOMPARE(readFile(image), QByteArray("old"));
-        QCOMPARE(readFile(image + ".partial"), QByteArray("half"));
         siginfo_t info = {}; // The next build needs a plug-in that has taken note of the end.
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
     }
 
-    void aFifoIsNotHashed()
+    void manifestOfAReplacedImage()
     {
+        const BuildResult result = run(stitcher(writeNew));
+        const QString file = folder->filePath("m.json");
+        QCOMPARE(writeManifest(result, file), QString());
+        QVERIFY(QFile::remove(file));
+        writeFile(image, "other");
+        QVERIFY(writeManifest(result, file).contains("was replaced or changed"));
+        QVERIFY(!QFile::exists(file));
+        // Two builds that name each other's image as their manifest.
+        QVERIFY(writeManifest(run(stitcher(writeNew)), image).contains("was replaced or changed"));
+    }
+
+    void unhashable_data()
+    {
+        columns<QString, QString>("file", "error");
+        row("FIFO", "fifo", "It is not a regular file");
+        row("missing", "nope", "It does not exist");
+        row("changed", "input.bin", "It has changed");
+    }
+    void unhashable()
+    {
+        QFETCH(QString, file);
         QCOMPARE(mkfifo(QFile::encodeName(folder->filePath("fifo")).constData(), 0600), 0);
+        const FileRecord record = recordOf(folder->filePath(file));
+        writeFile(input, "other");
         FileHasher hasher;
         QString error;
         connect(&hasher, &FileHasher::finished, this,
-                [&error](const QList<FileHash> &hashes) { error = hashes.first().error; });
-        hasher.start({folder->filePath("fifo")});
-        QTRY_COMPARE(error, QString("It is not a regular file"));
+                [&error](const QList<FileRecord> &records) { error = records.first().error; });
+        hasher.start({record});
+        QTRY_VERIFY(!error.isEmpty());
+        QTEST(error, "error");
     }
 
     void locate_data()
@@ -349,8 +381,8 @@ private slots:
         const QString name = "/tamblin-stitcher";
         row("in the search path", "", "/nope:DIR/plain:DIR/good", "DIR/good" + name, "");
         row("relative", "../good" + name, "", "DIR/good" + name, "");
-        row("none", "", "/nope", "", "There is no tamblin-stitcher in the search path.");
-        row("runner alone", "", runnerDirectory(), "", "There is no tamblin-stitcher in the");
+        row("none", "", "/nope", "", "There is no tamblin-stitcher in PATH.");
+        row("runner alone", "", runnerDirectory(), "", "There is no tamblin-stitcher in PATH.");
         row("runner", runnerDirectory() + name, "", "", "is not the stitcher");
         row("missing", "DIR/nope", "", "", "does not exist");
         row("directory", "DIR", "", "", "is a directory");
@@ -385,18 +417,34 @@ private:
         return QFile::encodeName(folder->path());
     }
 
-    QString set(const QString &name, const QString &value)
+    /// More rounds on request, for a longer run by hand.
+    static int killRounds()
     {
-        return setIngredientValue(session.ingredientManager()->getIngredients(), name, value);
+        return qEnvironmentVariable("LOOMWRIGHT_KILL_ROUNDS", "12").toInt();
     }
 
-    /// A stitcher that knows the names of the image and of an input; without a script, one with an
-    /// interpreter that is not there.
+    /// The directories that builds have left.
+    QStringList leftovers() const
+    {
+        return QDir(folder->filePath("place"))
+                   .entryList({".loomwright-*"}, QDir::Dirs | QDir::Hidden)
+            + QDir(folder->filePath("tmp")).entryList({"loomwright-*"});
+    }
+
+    static QByteArray hashOf(const QString &file)
+    {
+        return QCryptographicHash::hash(readFile(file), QCryptographicHash::Sha256).toHex();
+    }
+
+    /// A stitcher that knows the names of the files; without a script, one with an interpreter that
+    /// is not there.
     BuildOptions stitcher(const QByteArray &script)
     {
         writeStitcher(folder->path(),
-                      "image=" + quoted(image) + " input=" + quoted(input)
-                          + " go=" + quoted(folder->filePath("go")) + '\n' + script);
+                      "image=$(sed -n 's/^ImageName = //p' \"$4\") final=" + quoted(image)
+                          + " place=" + quoted(folder->filePath("place"))
+                          + " input=" + quoted(input) + " go=" + quoted(folder->filePath("go"))
+                          + '\n' + script);
         BuildOptions options;
         options.stitcher = folder->filePath("tamblin-stitcher");
         if (script.isEmpty()) {
@@ -408,12 +456,12 @@ private:
     void start(const BuildOptions &options)
     {
         hasResult = false;
-        runner.reset(new BuildRunner(&session));
-        connect(runner.data(), &BuildRunner::finished, this, [this](const BuildResult &result) {
+        build.reset(new Build(&plugin, values.data(), options));
+        connect(build.data(), &Build::finished, this, [this](const BuildResult &result) {
             hasResult = true;
             lastResult = result;
         });
-        runner->start(options);
+        build->start();
     }
 
     BuildResult waitForResult()
@@ -421,24 +469,25 @@ private:
         return QTest::qWaitFor([this] { return hasResult; }, 20000) ? lastResult : BuildResult();
     }
 
-    BuildResult build(const BuildOptions &options)
+    BuildResult run(const BuildOptions &options)
     {
         start(options);
         return hasResult ? BuildResult() : waitForResult();
     }
 
-    void startHost(QProcess *host, const QString &imageFile)
+    void startHost(QProcess *host)
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.insert("PATH", folder->path() + ':' + environment.value("PATH"));
         host->setProcessEnvironment(environment);
-        host->start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", imageFile});
+        host->start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", image});
     }
 
     const QString temporaryPath = QDir::tempPath();
-    PluginSession session;
+    Plugin plugin;
+    QScopedPointer<Values> values;
     QScopedPointer<QTemporaryDir> folder;
-    QScopedPointer<BuildRunner> runner;
+    QScopedPointer<Build> build;
     QString image;
     QString input;
     BuildResult lastResult;

@@ -141,16 +141,6 @@ private slots:
         QVERIFY(QDir(folder->path()).entryList({"core*"}).isEmpty());
     }
 
-    void ignoredHangUp()
-    {
-        const auto before = std::signal(SIGHUP, SIG_IGN);
-        start("#!/bin/sh\nkill -HUP $PPID $$; sleep 0.2; exit 5");
-        std::signal(SIGHUP, before);
-        waitForEnd();
-        QCOMPARE(messages.value(1).kind, int(RunnerStatus::Exited));
-        QCOMPARE(messages.value(1).value, 5);
-    }
-
     void nobodyIsLeft_data()
     {
         columns<QByteArray, Stimulus, int, int, int>("script", "stimulus", "signalNumber", "report",

@@ -31,14 +31,14 @@ private slots:
         QTest::addColumn<QString>("errors");
         const QString none = "^$";
         const QString wrong = "Try --help";
-        row("help", "--help", 0, "Commands:\n  info .*Exit status:\n  0  success", none);
+        row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
         row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("the same", "build --help", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
         row("version", "--version", 0, "^loomwright \\d+\\.\\d+\\.\\d+\n$", none);
-        row("no command", "", 2, none, wrong + ".*Commands:\n  info");
+        row("no command", "", 2, none, wrong + ".*Commands:\n  check");
         row("mistyped command", "bild", 2, none,
             "Unknown command \"bild\". Did you mean \"build\"\\? " + wrong + ".*Commands:");
         row("unknown option", "--frob info", 2, none, "\"--frob\".*" + wrong);
@@ -51,7 +51,8 @@ private slots:
         row("inputs elsewhere", "-d GOOD targets", 2, none, "targets does not take --directory");
         row("twice", "-d a -d b info", 2, none, wrong);
         row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
-        row("standard input twice", "-c - validate -", 2, none, "only once");
+        row("standard input twice", "validate - -", 2, none, "only once");
+        row("inputs without effect", "-c c.txt validate d.xml", 2, none, "does not take --config");
         row("quiet and verbose", "-q -v info", 2, none, "cannot be combined");
         row("info", "info", 0, "^Target .*Veldmark D1 Phone.*Data views +none\n$", none);
         row("data views", "-d GOOD info", 0, "Data views +GPIO Settings\n$", none);
@@ -71,16 +72,17 @@ private slots:
         row("check, verbose", "-v -d GOOD --image i.bin check", 0,
             "Status bridge.*\npass .*14 checks: 14 passed, 0 failed\n$", none);
         row("check of the broken one", "-d BROKEN --image i.bin check", 1,
-            "FAIL +Presigned Controller FW +File size is incorrect .*has 95000 bytes, must have "
-            "95232 bytes.*\nFAIL +Presigned Secure Annex +File path is empty\n.*"
-            "FAIL +Legacy XML Data File +ERROR: Offset.*and 2 more.*"
-            "FAIL +Host FW +Multiple candidates found; HostFW_\\S+.bin is used "
-            ".*/HostFW_1.4.2.bin\n"
-            "14 checks: 12 passed, 2 failed; 2 other problems\n$",
+            "FAIL +Host FW +2 candidates found; HostFW_\\S+.bin is used .*/HostFW_1.4.2.bin.*\n"
+            "FAIL +Legacy XML Data File +ERROR: Offset.*\nFAIL +Legacy XML Data File +ERROR: "
+            "Size.*\n"
+            "FAIL +Presigned Controller FW +File size is incorrect \\(required: 95232 bytes, "
+            "actual: "
+            "95000 bytes\\) .*\nFAIL +Presigned Secure Annex +File path is empty\n"
+            "5 errors; 14 checks: 12 passed, 2 failed\n$",
             "Duplicate Ingredient found! Host FW Boot.*Offset mismatch!.*Size mismatch!");
         row("a later value settles two candidates",
             "-d BROKEN --image i.bin -s HostFW=x -f BROKEN/firmware/host/HostFW_1.4.2.bin check", 1,
-            "^(?!.*candidates)", "has the name or key \"HostFW\"");
+            "^(?!.*candidates).*has the name or key \"HostFW\"", "Duplicate");
         row("a later data file replaces one with errors",
             "-q -d GOOD -f BROKEN/platform/veldmark-d1.xml -f GOOD/platform/veldmark-d1.xml "
             "--image i.bin check",
@@ -92,7 +94,9 @@ private slots:
             "GOOD/platform/veldmark-d1.xml GOOD/../deep.xml",
             1, "^[^\n]*: not valid\n[^\n]*: valid\n[^\n]*: not valid\n$",
             "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n"
-            "ERROR: XML Document content could not be set!\n$");
+            "ERROR: XML Document content could not be set!\nloomwright: \\S*deep.xml: line 1, "
+            "column "
+            "\\d+: Premature end of document.\n$");
         row("config alone on standard output", "-v -d GOOD config", 0,
             "^'This file was generated.*HostFW_1.4.2.bin\n.*Anchor",
             "Status bridge registered.*\"Legacy XML Data File\" is not part of a configuration");
@@ -102,7 +106,7 @@ private slots:
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
             "name or key \"HostFW\".*No configuration is written: see the errors above");
         row("no such directory", "-d nowhere ingredients", 1, "Host FW",
-            "No ingredients were found\n.*nowhere was refused: there is no such directory");
+            "nowhere was rejected: there is no such directory");
         row("relative paths", "-q -f HostFW_1.bin ingredients", 0,
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",
@@ -147,8 +151,6 @@ private slots:
         row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
         row("manifest is the stitcher",
             "-d drop --image i.bin build --no-check --manifest tamblin-stitcher");
-        row("manifest is named like the lock",
-            "-d drop --image i.bin build --no-check --manifest i.bin.loomwright-lock");
         row("manifest is the image", "-d drop --image i.bin build --no-check --manifest i.bin");
     }
     void overwriting()
@@ -162,8 +164,7 @@ private slots:
         QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
         const Run run = host.start("-q " + arguments);
         QCOMPARE(run.status, 1);
-        QVERIFY2(matches(run.output + run.errors,
-                         "same file|one of the inputs|is the image or a file that"),
+        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs|is the image"),
                  qPrintable(run.output + run.errors));
         QCOMPARE(readFile(input), QByteArray("precious"));
         QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));
@@ -217,7 +218,7 @@ private slots:
         QFile::link(PLUGIN_LIBRARY, host.path("first.so"));
         host.environment.insert("LOOMWRIGHT_PLUGIN", host.path("first.so"));
         writeFile(host.path("kernel"), "kernel");
-        writeStitcher(host.folder->path(), "printf '%s\n' \"$@\" > \"$3\"");
+        writeStitcher(host.folder->path(), "printf '%s\n' \"$1\" \"$2\" > \"$3\"");
 
         const QString targets = host.start("targets").output;
         QVERIFY(matches(targets, "\nSecond +0.1 ") && matches(targets, "\nVeldmark"));
@@ -237,7 +238,7 @@ private slots:
 
         QCOMPARE(host.start(values + "--image i.bin project -o p.json").status, 0);
         QCOMPARE(host.start("--target Second -q -p p.json build").errors, QString());
-        QCOMPARE(readFile(host.path("i.bin")), "large\nbig\n" + host.path("i.bin").toUtf8() + "\n");
+        QCOMPARE(readFile(host.path("i.bin")), "large\nbig\n");
         QVERIFY(host.start("-p p.json info").errors.contains("is for the target \"Second\""));
     }
 
@@ -278,15 +279,14 @@ private slots:
             QCOMPARE(run.status, 1);
             QCOMPARE(document["exitStatus"].toInt(), 1);
             QCOMPARE(document["command"].toString(), QString(command));
-            QVERIFY(document["problems"].toArray().count() >= 4);
+            QVERIFY(document["problems"].toArray().count() >= 3);
             const QString error = "Legacy XML Data file failed validation checks";
             QVERIFY(run.errors.contains(error));
             QVERIFY(document["messages"].toArray().contains(
                 QJsonObject{{"channel", "error"}, {"text", error}}));
         }
         writeFile(host.path("bare.xml"), "<a/>");
-        for (const char *command :
-             {"config -o nowhere/c", "validate no.xml", "validate bare.xml"}) {
+        for (const char *command : {"validate no.xml", "validate bare.xml"}) {
             const Run run = host.start("--json " + QString(command));
             QCOMPARE(run.status, 1);
             QCOMPARE(run.json().value("problems")[0]["kind"].toString(), QString("message"));
@@ -355,10 +355,17 @@ private slots:
             "perl -MFcntl -e 'fcntl(STDOUT, F_SETFL, O_NONBLOCK); exec @ARGV' " + build + slowly,
             "^same\n$");
         row("too slow", QByteArray("trap '' TERM; sleep 1000 & wait; sleep 1000"),
-            build + " --timeout 0.3 2>&1; echo $?", "did not end within 0.3 s.*\n1\n$");
+            build + " --timeout 0.3 2>&1; echo $?",
+            "^(?!.*crashed).*did not finish within 0.3 s.*\n1\n$");
         row("stalled reader", endless,
             "mkfifo pipe; sleep 1000 < pipe & " + build + " > pipe & " + whenStarted + terminate,
             "^143\n$");
+        row("stalled reader and time-out",
+            QByteArray("trap 'touch ended; exit 1' TERM; yes & while :; do wait; done"),
+            "mkfifo pipe; sleep 1000 < pipe & reader=$!; " + build
+                + " --timeout 0.3 > pipe & "
+                  "while [ ! -e ended ]; do sleep 0.02; done; kill $reader; wait $!; echo $?",
+            "^141\n$");
         row("stalled standard input", dots,
             "mkfifo pipe; sleep 1000 > pipe & \"$1\" -c - config < pipe & " + terminate, "^143\n$");
         row("reader that leaves", endless, build + " | head -c 2 > head; echo ${PIPESTATUS[0]}",
@@ -370,8 +377,8 @@ private slots:
             "could not be written.*\n1\n$");
         row("progress on a terminal", QByteArray("printf '1%%\\r2%%\\033'; exit 1"),
             "script -qec \"'$1' build --no-check -o i.bin\" /dev/null",
-            "^loomwright: warning: Problems ignored because of --no-check: "
-            "13.*\r\n1%\r2%\\\\u001b\r\n"
+            "^loomwright: warning: Errors ignored because of --no-check: "
+            "9.*\r\n1%\r2%\\\\u001b\r\n"
             "loomwright: The build failed");
         row("deleted current directory", dots,
             "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",

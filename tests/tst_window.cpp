@@ -32,17 +32,15 @@ private slots:
     void labelsAreRead()
     {
         drop(window.data(), {sample()});
-        qputenv("PATH", "/nope");
         setImage();
         action("Build")->trigger();
+        QTRY_VERIFY(action("Build")->isEnabled());
         for (const char *name : {"target", "buildState", "status"}) {
             auto label = window->findChild<QLabel *>(name);
             QVERIFY2(label->isVisible(), name);
             QVERIFY2(!text(name).isEmpty(), name);
             QCOMPARE(spokenText(label), text(name));
         }
-        QVERIFY(text("buildState").contains("Nothing was built."));
-        QVERIFY(action("Build")->isEnabled());
     }
 
     void fitsTheScreen()
@@ -155,7 +153,7 @@ private slots:
 
         chooseNextFile("/nope/c.txt");
         action("Save configuration")->trigger();
-        QVERIFY(notice().contains("could not be written"));
+        QVERIFY2(notice().contains("cannot be written"), qPrintable(notice()));
     }
 
     void verdictsAreThoseOfTheCurrentFile()

@@ -62,7 +62,7 @@ private slots:
         action("Build")->trigger();
         for (const char *problem :
              {"Controller FW: File size is incorrect: 95,232 bytes required, found 95,000 bytes",
-              "Presigned Secure Annex: File path is empty", "Host FW: Multiple candidates found",
+              "Presigned Secure Annex: File path is empty", "Host FW: 2 candidates found",
               "Legacy XML Data File: ERROR: Offset mismatch!", "<h1>drop/presigned"}) {
             QVERIFY2(said->contains(problem), qPrintable(*said));
         }
@@ -83,11 +83,11 @@ private slots:
 
     void stop_data()
     {
-        columns<QByteArray, QString, bool>("stitcher", "state", "hasImage");
+        columns<QByteArray, QString>("stitcher", "state");
         const QByteArray write = "while IFS=' ' read -r key equals value; do "
                                  "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
-        row("the stitcher", QByteArray("exec sleep 1000"), "is running", false);
-        row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing the image", true);
+        row("the stitcher", QByteArray("exec sleep 1000"), "is running");
+        row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing");
     }
     void stop()
     {
@@ -103,7 +103,6 @@ private slots:
         QVERIFY2(!text("buildState").contains("failed"), qPrintable(text("buildState")));
         QVERIFY(!window->findChild<LogPane *>()->text().contains("crashed"));
         QTRY_VERIFY(action("Build")->isEnabled());
-        QTEST(QFile::remove(folder->filePath("image.bin.partial")), "hasImage");
         QVERIFY(!QFile::exists(folder->filePath("image.bin")));
     }
 

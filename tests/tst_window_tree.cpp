@@ -90,7 +90,10 @@ private slots:
         // The row is shown again; the data file that has changed replaces the model afterwards.
         writeFile(own, "<platform></platform>");
         const QPointer<QAbstractItemModel> source = model()->sourceModel();
-        QVERIFY(setIngredientValue(source, "Host FW", "/x").isEmpty());
+        const Ingredient edited = *findIngredient(ingredientsOf(*source), QString("Host FW"));
+        QVariant other;
+        QCOMPARE(valueFromText("/x", edited.value, &other), QString());
+        QVERIFY(source->setData(edited.index, other));
         QTest::qWait(400);
         QVERIFY(source);
         QCOMPARE(line->text(), QString("/typed"));
@@ -237,7 +240,8 @@ private slots:
         // What is mended is gone from the list, without a command to check.
         setValue("Presigned Controller FW", sample() + "/presigned/Controller_Signed.bin");
         QTRY_COMPARE(problemRow("Presigned Controller FW"), -1);
-        QVERIFY(text("status").startsWith("8 of 9 files found, 5 problems, not built yet."));
+        QVERIFY2(text("status").startsWith("8 of 9 files found, 4 problems, not built yet."),
+                 qPrintable(text("status")));
     }
 
     void undoRedoClear()

@@ -109,7 +109,7 @@ public:
     QModelIndex valueCell(const QString &name) const
     {
         const QAbstractItemModel &source = *model()->sourceModel();
-        return model()->mapFromSource(findIngredient(source, name).valueIndex);
+        return model()->mapFromSource(findIngredient(ingredientsOf(source), name)->index);
     }
     QModelIndex nameCell(const QString &name) const
     {

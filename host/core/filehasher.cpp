@@ -4,104 +4,120 @@
 #include "host/core/filehasher.h"
 
 #include <QCryptographicHash>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
-#include <QThread>
 #include <QTimer>
+
+#include <fcntl.h>
 
 namespace {
 
-const int chunkSize = 1 << 20;
+const int sliceSize = 1 << 20;
 const int progressIntervalMs = 100;
 
+/// Opens @p file without waiting for the other end of a FIFO; -1 on failure.
+int openForReading(const QString &file)
+{
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's interface
+    return open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+}
+
 } // namespace
+
+FileRecord recordOf(const QString &file)
+{
+    return {file, FileState::of(file)};
+}
 
 FileHasher::FileHasher(QObject *parent)
     : QObject(parent)
 {
 }
 
-FileHasher::~FileHasher()
-{
-    cancel();
-}
+FileHasher::~FileHasher() = default;
 
-void FileHasher::start(const QStringList &files)
+void FileHasher::start(const QList<FileRecord> &records)
 {
-    hashes.clear();
-    for (const QString &file : files) {
-        FileHash hash;
-        hash.file = file;
-        hashes.append(hash);
+    files = records;
+    for (const FileRecord &record : qAsConst(files)) {
+        totalSize += record.sha256.isEmpty() ? record.state.size : 0;
     }
-    thread.reset(QThread::create([this] { hashAll(); }));
-    connect(thread.get(), &QThread::finished, this, &FileHasher::finish);
-    thread->start();
-    if (!thread->isRunning() && !thread->isFinished()) {
-        // The system has no more threads.
-        QTimer::singleShot(0, this, [this] {
-            hashAll();
-            finish();
-        });
-    }
-}
-
-void FileHasher::finish()
-{
-    if (!cancelled) {
-        emit finished(hashes);
-    }
+    slice.resize(sliceSize);
+    sinceProgress.start();
+    continueSoon();
 }
 
 void FileHasher::cancel()
 {
-    cancelled = true;
-    if (thread) {
-        thread->wait();
-    }
+    isCancelled = true;
 }
 
-void FileHasher::hashAll()
+void FileHasher::continueSoon()
 {
-    for (const FileHash &each : qAsConst(hashes)) {
-        totalSize += QFileInfo(each.file).size();
-    }
-    for (FileHash &each : hashes) {
-        hash(&each);
-    }
+    QTimer::singleShot(0, this, &FileHasher::hashSlice);
 }
 
-void FileHasher::hash(FileHash *target)
+void FileHasher::hashSlice()
 {
-    QFile file(target->file);
-    if (!QFileInfo(file).isFile()) {
-        target->error = QFileInfo::exists(target->file) ? tr("It is not a regular file")
-                                                        : tr("It does not exist");
+    if (isCancelled) {
         return;
     }
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        target->error = file.errorString();
+    if (!source.isOpen() && !openNext()) {
+        emit finished(files);
         return;
     }
-
-    QCryptographicHash sha256(QCryptographicHash::Sha256);
-    QByteArray chunk(chunkSize, Qt::Uninitialized);
-    QElapsedTimer sinceProgress;
-    sinceProgress.start();
-    qint64 count = 0;
-    while (!cancelled && (count = file.read(chunk.data(), chunkSize)) > 0) {
-        sha256.addData(chunk.constData(), int(count));
-        target->size += count;
-        doneSize += count;
-        if (sinceProgress.hasExpired(progressIntervalMs)) {
-            emit progress(doneSize, totalSize);
-            sinceProgress.start();
+    if (source.isOpen()) {
+        const qint64 count = source.read(slice.data(), sliceSize);
+        if (count > 0) {
+            hash->addData(slice.constData(), int(count));
+            doneSize += count;
+        } else {
+            endFile(count < 0 ? source.errorString() : QString());
         }
     }
-    if (count < 0) {
-        target->error = file.errorString();
-        return;
+    if (sinceProgress.hasExpired(progressIntervalMs)) {
+        sinceProgress.start();
+        emit progress(doneSize, totalSize);
     }
-    target->sha256 = sha256.result().toHex();
+    continueSoon();
+}
+
+/// Opens the next file that needs a hash, or notes why it cannot be hashed. False when none is left.
+bool FileHasher::openNext()
+{
+    while (position < files.count() && !files.at(position).sha256.isEmpty()) {
+        ++position;
+    }
+    if (position == files.count()) {
+        return false;
+    }
+    const FileRecord &record = files.at(position);
+    const int descriptor = openForReading(record.file);
+    if (descriptor < 0) {
+        endFile(errno == ENOENT ? QStringLiteral("It does not exist") : qt_error_string(errno));
+        return true;
+    }
+    source.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                QFileDevice::AutoCloseHandle);
+    const FileState opened = FileState::ofDescriptor(descriptor);
+    if (!opened.isRegular()) {
+        endFile(QStringLiteral("It is not a regular file"));
+    } else if (opened != record.state) {
+        endFile(QStringLiteral("It has changed"));
+    } else {
+        hash = std::make_unique<QCryptographicHash>(QCryptographicHash::Sha256);
+    }
+    return true;
+}
+
+void FileHasher::endFile(const QString &error)
+{
+    FileRecord &record = files[position];
+    record.error = error;
+    if (error.isEmpty() && FileState::ofDescriptor(source.handle()) != record.state) {
+        record.error = QStringLiteral("It changed while it was read");
+    }
+    if (record.error.isEmpty()) {
+        record.sha256 = hash->result().toHex();
+    }
+    source.close();
+    ++position;
 }

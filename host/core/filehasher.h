@@ -3,26 +3,35 @@
 
 #pragma once
 
+#include "host/core/filestate.h"
+
 #include <QByteArray>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHash>
 #include <QList>
 #include <QObject>
-#include <QStringList>
 
-#include <atomic>
 #include <memory>
 
-class QThread;
+class QCryptographicHash;
 
-/// The result of hashing one file.
-struct FileHash {
-    QString file;      ///< The path as it was given.
-    qint64 size = 0;   ///< Number of bytes read.
-    QByteArray sha256; ///< In hexadecimal; empty on an error.
-    QString error;     ///< Why there is no hash, without a full stop; empty when there is one.
+/// What is known of one file.
+struct FileRecord {
+    QString file;         ///< Absolute path.
+    FileState state = {}; ///< When it was noted.
+    /// SHA-256 of the content at that time, in hexadecimal; empty when it was not computed.
+    QByteArray sha256 = {};
+    QString error = {}; ///< Why there is no hash, without a full stop; empty when there is one.
 };
 
-/// Computes the SHA-256 of files in a thread, so that the event loop keeps running. It blocks the event
-/// loop if the system has no more threads.
+/// Records by path.
+using FileRecords = QHash<QString, FileRecord>;
+
+/// The present state of @p file, without a hash.
+FileRecord recordOf(const QString &file);
+
+/// Computes the SHA-256 of files in slices between other events, so that the event loop keeps running.
 class FileHasher : public QObject
 {
     Q_OBJECT
@@ -30,29 +39,36 @@ class FileHasher : public QObject
 public:
     /// Creates a hasher that waits for start().
     explicit FileHasher(QObject *parent = nullptr);
-    /// Cancels, and waits for the thread.
+    /// Cancels.
     ~FileHasher() override;
 
-    /// Hashes @p files. finished() follows, but never before this call returns. Call it once.
-    /// Anything but a regular file is an error, so that no FIFO or device blocks the thread.
-    void start(const QStringList &files);
+    /// Computes the hashes that are missing in @p records; finished() follows, but never before this
+    /// call returns. A file that is not in the recorded state any more, or that changes while it is
+    /// read, is an error. So is anything but a regular file: no FIFO or device blocks the program.
+    /// Call it once.
+    void start(const QList<FileRecord> &records);
     /// Stops; finished() is not emitted.
     void cancel();
 
 signals:
     /// @p done of @p total bytes of all files; emitted several times per second.
     void progress(qint64 done, qint64 total);
-    /// One entry per file, in the order of start().
-    void finished(const QList<FileHash> &hashes);
+    /// The records of start(), in their order, each with a hash or an error.
+    void finished(const QList<FileRecord> &records);
 
 private:
-    void hashAll();
-    void finish();
-    void hash(FileHash *target);
+    void continueSoon();
+    void hashSlice();
+    bool openNext();
+    void endFile(const QString &error);
 
-    std::unique_ptr<QThread> thread;
-    std::atomic<bool> cancelled{false};
-    QList<FileHash> hashes; ///< Used by the thread alone while it runs.
+    QList<FileRecord> files;
+    int position = 0;
+    QFile source;
+    std::unique_ptr<QCryptographicHash> hash;
+    QByteArray slice;
+    QElapsedTimer sinceProgress;
     qint64 doneSize = 0;
     qint64 totalSize = 0;
+    bool isCancelled = false;
 };

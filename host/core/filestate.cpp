@@ -21,7 +21,6 @@ FileState fromStat(const struct stat &raw)
     state.type = raw.st_mode & S_IFMT;
     state.device = raw.st_dev;
     state.inode = raw.st_ino;
-    state.owner = raw.st_uid;
     state.size = raw.st_size;
     state.modified = nanoseconds(raw.st_mtim);
     state.changed = nanoseconds(raw.st_ctim);
@@ -61,11 +60,6 @@ bool FileState::isSameFileAs(const FileState &other) const
     return exists && other.exists && device == other.device && inode == other.inode;
 }
 
-bool FileState::hasSameContentAs(const FileState &other) const
-{
-    return isSameFileAs(other) && size == other.size && modified == other.modified;
-}
-
 bool FileState::operator==(const FileState &other) const
 {
     return exists == other.exists && type == other.type && device == other.device
@@ -76,23 +70,4 @@ bool FileState::operator==(const FileState &other) const
 bool FileState::operator!=(const FileState &other) const
 {
     return !(*this == other);
-}
-
-FileStates statesOf(const QStringList &files)
-{
-    FileStates states;
-    for (const QString &file : files) {
-        states.insert(file, FileState::of(file));
-    }
-    return states;
-}
-
-QString changedFile(const FileStates &states)
-{
-    for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
-        if (FileState::of(state.key()) != *state) {
-            return state.key();
-        }
-    }
-    return {};
 }

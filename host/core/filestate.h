@@ -5,7 +5,6 @@
 
 #include <QHash>
 #include <QString>
-#include <QStringList>
 
 #include <sys/types.h>
 
@@ -15,7 +14,6 @@ struct FileState {
     mode_t type = 0;     ///< S_IFREG, S_IFDIR and so on.
     dev_t device = 0;    ///< Device number of the file system.
     ino_t inode = 0;     ///< Inode number.
-    uid_t owner = 0;     ///< User ID.
     qint64 size = 0;     ///< In bytes.
     qint64 modified = 0; ///< In nanoseconds.
     qint64 changed = 0;  ///< In nanoseconds.
@@ -31,9 +29,6 @@ struct FileState {
     bool isRegular() const;
     /// Whether both are the same file, whatever their paths.
     bool isSameFileAs(const FileState &other) const;
-    /// Whether both are the same file with the same size and time of modification. Another owner, other
-    /// permissions or another hard link make no difference.
-    bool hasSameContentAs(const FileState &other) const;
     /// Whether nothing was changed in between, not even the permissions.
     bool operator==(const FileState &other) const;
     /// Whether something was changed in between.
@@ -42,9 +37,3 @@ struct FileState {
 
 /// States by absolute path.
 using FileStates = QHash<QString, FileState>;
-
-/// The current states of @p files.
-FileStates statesOf(const QStringList &files);
-
-/// A file whose state differs from the one in @p states; empty when there is none.
-QString changedFile(const FileStates &states);

@@ -4,34 +4,20 @@
 #include "host/core/findings.h"
 
 #include "host/core/filestate.h"
-#include "host/core/imageguard.h"
+#include "host/core/paths.h"
+#include "host/core/stagedfile.h"
 #include "model/filepath.h"
 
-#include <QCoreApplication>
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
+#include <QXmlStreamReader>
 
 #include <algorithm>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("Findings", text);
-}
-
-bool isInput(const Ingredient &ingredient)
-{
-    return kindOf(ingredient.value) == ValueKind::File
-        && ingredient.value.value<FilePath>().isInput;
-}
-
-bool isOutput(const Ingredient &ingredient)
-{
-    return kindOf(ingredient.value) == ValueKind::File
-        && !ingredient.value.value<FilePath>().isInput;
-}
 
 bool isControlCharacter(QChar character)
 {
@@ -42,100 +28,103 @@ QString typeText(mode_t type)
 {
     switch (type) {
     case S_IFDIR:
-        return tr("a directory");
+        return QStringLiteral("a directory");
+    case S_IFLNK:
+        return QStringLiteral("a symlink");
     case S_IFIFO:
-        return tr("a FIFO");
+        return QStringLiteral("a FIFO");
     case S_IFSOCK:
-        return tr("a socket");
+        return QStringLiteral("a socket");
     default:
-        return tr("a device");
+        return QStringLiteral("a device");
     }
 }
 
-Problem findingFor(const Ingredient &ingredient, const QString &text)
+Problem findingFor(const Ingredient &ingredient, Severity severity, const QString &text)
 {
     Problem problem;
     problem.kind = ProblemKind::Finding;
+    problem.severity = severity;
     problem.text = text;
-    problem.ingredient = ingredient.name;
-    problem.key = ingredient.key;
+    problem.ingredient = ingredient.id;
     if (kindOf(ingredient.value) == ValueKind::File) {
-        problem.file = textOf(ingredient.value);
+        problem.files.append(ingredient.text());
     }
     return problem;
 }
 
-void findControlCharacters(const Ingredient &ingredient, QVector<Problem> *problems)
+void findControlCharacters(const Ingredient &ingredient, Problems *problems)
 {
-    const QString value = textOf(ingredient.value);
+    const QString value = ingredient.text();
     if (std::any_of(value.begin(), value.end(), isControlCharacter)) {
         problems->append(findingFor(
-            ingredient, tr("The value contains a control character, such as a line feed")));
-        problems->last().mustBeFixed = true;
+            ingredient, Severity::Fatal,
+            QStringLiteral("The value contains a control character, such as a line feed")));
     }
 }
 
-/// A missing file is left to the plug-in's checks.
-void findUnusableFile(const Ingredient &ingredient, QVector<Problem> *problems)
+/// A missing file, or one of the wrong size, is left to the plug-in's checks.
+void findUnusableFile(const Ingredient &ingredient, Problems *problems)
 {
-    const QString file = textOf(ingredient.value);
+    const QString file = ingredient.text();
     const FileState state = FileState::of(file);
-    if (!isInput(ingredient) || !ingredient.isVisible || file.isEmpty() || !state.exists) {
+    if (!ingredient.isInputFile() || !ingredient.isVisible || file.isEmpty() || !state.exists) {
         return;
     }
     if (!state.isRegular()) {
         const QString type = typeText(state.type);
-        problems->append(findingFor(ingredient, tr("It is %1, not a regular file").arg(type)));
+        problems->append(findingFor(ingredient, Severity::Error,
+                                    QStringLiteral("It is %1, not a regular file").arg(type)));
         problems->last().actual = type;
     } else if (!QFile(file).open(QIODevice::ReadOnly)) {
-        problems->append(findingFor(ingredient, tr("The file cannot be read")));
-    } else if (state.size == 0) {
-        problems->append(findingFor(ingredient, tr("The file is empty")));
+        problems->append(
+            findingFor(ingredient, Severity::Error, QStringLiteral("The file cannot be read")));
+    } else if (state.size == 0 && ingredient.value.value<FilePath>().exactSize <= 0) {
+        problems->append(
+            findingFor(ingredient, Severity::Error, QStringLiteral("The file is empty")));
         problems->last().actual = sizeText(0);
     }
 }
 
-void findUnusableImage(const Ingredient &output, QVector<Problem> *problems)
+void findUnusableImage(const Ingredient &output, Problems *problems)
 {
-    const FileState state = FileState::ofLink(textOf(output.value));
-    if (state.type == S_IFLNK) {
-        problems->append(findingFor(output, tr("The image is a symlink, which no build follows")));
-    } else if (state.exists && !state.isRegular()) {
-        problems->append(findingFor(output, tr("The image is %1").arg(typeText(state.type))));
+    const QString image = output.text();
+    const FileState state = FileState::ofLink(image);
+    if (state.exists && !state.isRegular()) {
+        problems->append(findingFor(
+            output, Severity::Fatal,
+            QStringLiteral("The image is %1, which no build replaces").arg(typeText(state.type))));
+        return;
+    }
+    const QString directory = QFileInfo(absolutePath(image)).path();
+    const QString reason = directoryProblem(directory);
+    if (!image.isEmpty() && QFileInfo(directory).isDir() && !reason.isEmpty()) {
+        problems->append(findingFor(
+            output, Severity::Fatal,
+            QStringLiteral("The directory %1 cannot be written: %2").arg(directory, reason)));
     }
 }
 
-void findOverwrittenInput(const QVector<Ingredient> &ingredients, const Ingredient &output,
-                          QVector<Problem> *problems)
+void findOverwrittenInput(const Ingredients &ingredients, const Ingredient &output,
+                          Problems *problems)
 {
-    const QString image = textOf(output.value);
-    const FileState imageState = FileState::of(image);
-    const Ingredient input = inputWithFile(ingredients, image);
-    if (input.valueIndex.isValid()) {
+    const auto input = inputWithFile(ingredients, output.text());
+    if (input) {
         problems->append(findingFor(
-            output, tr("The output is the same file as the input \"%1\"").arg(input.name)));
-        problems->last().mustBeFixed = true;
-    }
-    for (const Ingredient &each : ingredients) {
-        const QString file = textOf(each.value);
-        if (isInput(each) && !FileState::of(file).isSameFileAs(imageState)
-            && ImageGuard::isReserved(image, file)) {
-            problems->append(
-                findingFor(each, tr("A build would replace this file because of its name")));
-            problems->last().mustBeFixed = true;
-        }
+            output, Severity::Fatal,
+            QStringLiteral("The image is the same file as the input \"%1\"").arg(input->id.name)));
     }
 }
 
 } // namespace
 
-QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients)
+Problems findingsFor(const Ingredients &ingredients)
 {
-    QVector<Problem> problems;
+    Problems problems;
     for (const Ingredient &ingredient : ingredients) {
         findControlCharacters(ingredient, &problems);
         findUnusableFile(ingredient, &problems);
-        if (isOutput(ingredient)) {
+        if (ingredient.isOutputFile()) {
             findUnusableImage(ingredient, &problems);
             findOverwrittenInput(ingredients, ingredient, &problems);
         }
@@ -143,64 +132,61 @@ QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients)
     return problems;
 }
 
-Ingredient inputWithFile(const QVector<Ingredient> &ingredients, const QString &file)
+std::optional<Ingredient> inputWithFile(const Ingredients &ingredients, const QString &file)
 {
     const FileState state = FileState::of(file);
     const auto input
-        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &ingredient) {
-              return isInput(ingredient)
-                  && FileState::of(textOf(ingredient.value)).isSameFileAs(state);
+        = std::find_if(ingredients.begin(), ingredients.end(), [&state](const Ingredient &each) {
+              return each.isInputFile() && FileState::of(each.text()).isSameFileAs(state);
           });
-    return input == ingredients.end() ? Ingredient() : *input;
+    return input == ingredients.end() ? std::nullopt : std::make_optional(*input);
 }
 
-bool isChangedByConfiguration(const QString &value)
+QString xmlProblem(const QString &file)
 {
-    return value.contains(QLatin1Char('=')) || value != value.trimmed()
-        || QString::fromLocal8Bit(value.toLocal8Bit()) != value;
-}
-
-QStringList configurationRemarks(const QVector<Ingredient> &ingredients, const QString &file)
-{
-    QFile configuration(file);
-    if (!configuration.open(QIODevice::ReadOnly)) {
+    QFile source(file);
+    if (!QFileInfo(source).isFile() || !source.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QString text = QLatin1Char('\n') + QString::fromLocal8Bit(configuration.readAll());
-    QStringList remarks;
-    for (const Ingredient &ingredient : ingredients) {
-        const QString value = textOf(ingredient.value);
-        if (value.isEmpty()) {
-            continue;
-        }
-        if (!text.contains(QLatin1Char('\n') + ingredient.key + QLatin1String(" = "))) {
-            remarks << tr("\"%1\" is not part of a configuration.").arg(ingredient.name);
-        } else if (isChangedByConfiguration(value)) {
-            remarks << tr("\"%1\" cannot be read back from a configuration: %2")
-                           .arg(ingredient.name, value);
-        }
+    QXmlStreamReader reader(&source);
+    while (!reader.atEnd()) {
+        reader.readNext();
     }
-    return remarks;
+    return reader.hasError() ? QStringLiteral("line %1, column %2: %3")
+                                   .arg(reader.lineNumber())
+                                   .arg(reader.columnNumber())
+                                   .arg(reader.errorString())
+                             : QString();
 }
 
-QString directoryRemark(const QString &directory)
+SkippedEntries skippedEntriesOf(const QString &directory)
 {
-    const QFileInfo info(directory);
-    if (!info.exists()) {
-        return tr("there is no such directory");
+    namespace fs = std::filesystem;
+    SkippedEntries skipped;
+    std::vector<fs::path> pending{QFile::encodeName(directory).toStdString()};
+    while (!pending.empty()) {
+        const fs::path current = pending.back();
+        pending.pop_back();
+        std::error_code error;
+        fs::directory_iterator entry(current, error);
+        if (error) {
+            skipped.unreadable.append(QFile::decodeName(current.c_str()));
+            continue;
+        }
+        for (; entry != fs::directory_iterator(); entry.increment(error)) {
+            const QByteArray path = entry->path().c_str();
+            const QString name = QFile::decodeName(path);
+            if (entry->path().filename().c_str()[0] == '.') {
+                continue;
+            }
+            if (QFile::encodeName(name) != path) {
+                skipped.undecodable.append(name);
+            } else if (entry->is_symlink(error)) {
+                skipped.symlinks.append(name);
+            } else if (entry->is_directory(error)) {
+                pending.push_back(entry->path());
+            }
+        }
     }
-    if (!info.isDir()) {
-        return tr("it is not a directory");
-    }
-    if (!info.isReadable() || !info.isExecutable()) {
-        return tr("the directory cannot be read");
-    }
-    int symlinkCount = 0;
-    QDirIterator entries(directory, QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        entries.next();
-        symlinkCount += entries.fileInfo().isSymLink() ? 1 : 0;
-    }
-    return symlinkCount == 0 ? QString() : tr("its symlinks (%1) are skipped").arg(symlinkCount);
+    return skipped;
 }

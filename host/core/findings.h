@@ -4,28 +4,30 @@
 #pragma once
 
 /// @file
-/// What the host itself finds wrong with values.
+/// What the host itself finds wrong with values and files.
 
-#include "host/core/ingredients.h"
 #include "host/core/problem.h"
 
 #include <QStringList>
-#include <QVector>
 
 /// What the host finds wrong with values that pass the plug-in's checks: files that are not regular
-/// files, are empty or unreadable, control characters, and an output that is also an input.
-QVector<Problem> findingsFor(const QVector<Ingredient> &ingredients);
+/// files, are empty or unreadable, control characters, an image that is also an input or that cannot
+/// be written.
+Problems findingsFor(const Ingredients &ingredients);
 
-/// The input ingredient that refers to the same file as @p file, by device and inode; one with an
-/// invalid index when there is none.
-Ingredient inputWithFile(const QVector<Ingredient> &ingredients, const QString &file);
+/// The input ingredient that refers to the same file as @p file, by device and inode.
+std::optional<Ingredient> inputWithFile(const Ingredients &ingredients, const QString &file);
 
-/// Whether writing @p value to a stitcher configuration and reading it again would change it.
-bool isChangedByConfiguration(const QString &value);
+/// Where @p file stops being an XML document: "line 3, column 7: Premature end of document."; empty
+/// when it is one, or cannot be read.
+QString xmlProblem(const QString &file);
 
-/// What loading the configuration in @p file would not restore, one sentence per value.
-QStringList configurationRemarks(const QVector<Ingredient> &ingredients, const QString &file);
+/// What a search in a directory passes over, as it is neither a file nor a directory that can be read.
+struct SkippedEntries {
+    QStringList unreadable;  ///< Directories.
+    QStringList symlinks;    ///< To files and directories.
+    QStringList undecodable; ///< Names that the locale's encoding cannot express, as far as it can.
+};
 
-/// Why nothing may have been found in @p directory: it does not exist, or its symlinks are skipped.
-/// Empty when neither applies.
-QString directoryRemark(const QString &directory);
+/// Finds what a search in @p directory passes over. Hidden entries are not looked at.
+SkippedEntries skippedEntriesOf(const QString &directory);

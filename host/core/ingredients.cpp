@@ -3,22 +3,17 @@
 
 #include "host/core/ingredients.h"
 
-#include "host/core/files.h"
+#include "host/core/paths.h"
 #include "model/choice.h"
 #include "model/filepath.h"
 #include "model/modelcolumns.h"
 
 #include <QAbstractItemModel>
-#include <QCoreApplication>
+#include <QHash>
 
 #include <algorithm>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("Ingredients", text);
-}
 
 /// The column with the header @p header, or -1.
 int columnNamed(const QAbstractItemModel &model, const QString &header)
@@ -31,11 +26,11 @@ int columnNamed(const QAbstractItemModel &model, const QString &header)
     return -1;
 }
 
-bool setPath(QAbstractItemModel *model, const Ingredient &ingredient, const QString &path)
+template <typename Predicate>
+std::optional<Ingredient> findIf(const Ingredients &ingredients, Predicate predicate)
 {
-    FilePath file = ingredient.value.value<FilePath>();
-    file.fileName = path;
-    return model->setData(ingredient.valueIndex, QVariant::fromValue(file), Qt::EditRole);
+    const auto found = std::find_if(ingredients.begin(), ingredients.end(), predicate);
+    return found == ingredients.end() ? std::nullopt : std::make_optional(*found);
 }
 
 } // namespace
@@ -114,82 +109,97 @@ QString demandOf(const QVariant &value)
     return {};
 }
 
-QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model)
+bool IngredientId::isEmpty() const
+{
+    return name.isEmpty() && key.isEmpty();
+}
+
+bool IngredientId::operator==(const IngredientId &other) const
+{
+    return name == other.name && key == other.key;
+}
+
+bool IngredientId::operator!=(const IngredientId &other) const
+{
+    return !(*this == other);
+}
+
+uint qHash(const IngredientId &id, uint seed)
+{
+    return qHash(qMakePair(id.name, id.key), seed);
+}
+
+QString Ingredient::text() const
+{
+    return textOf(value);
+}
+
+bool Ingredient::isInputFile() const
+{
+    return kindOf(value) == ValueKind::File && value.value<FilePath>().isInput;
+}
+
+bool Ingredient::isOutputFile() const
+{
+    return kindOf(value) == ValueKind::File && !value.value<FilePath>().isInput;
+}
+
+bool Ingredient::isDataFile() const
+{
+    return kindOf(value) == ValueKind::File && value.value<FilePath>().broadcastChanges;
+}
+
+Ingredients ingredientsOf(const QAbstractItemModel &model)
 {
     const int valueColumn = columnNamed(model, QStringLiteral("Value"));
     const int keyColumn = columnNamed(model, QStringLiteral("Key"));
-    QVector<Ingredient> ingredients;
+    Ingredients ingredients;
     for (int groupRow = 0; groupRow < model.rowCount(); ++groupRow) {
         const QModelIndex group = model.index(groupRow, 0);
         for (int row = 0; row < model.rowCount(group); ++row) {
+            const QModelIndex name = model.index(row, 0, group);
             Ingredient ingredient;
+            ingredient.id.name = name.data().toString();
+            ingredient.id.key = textOf(model.index(row, keyColumn, group).data());
             ingredient.group = group.data().toString();
-            ingredient.name = model.index(row, 0, group).data().toString();
-            ingredient.key = textOf(model.index(row, keyColumn, group).data());
-            ingredient.valueIndex = model.index(row, valueColumn, group);
-            ingredient.value = ingredient.valueIndex.data();
-            ingredient.isVisible = model.index(row, 0, group).data(VisibilityRole).toString()
-                != QLatin1String("hidden");
+            ingredient.index = model.index(row, valueColumn, group);
+            ingredient.value = ingredient.index.data();
+            ingredient.isVisible = name.data(VisibilityRole).toString() != QLatin1String("hidden");
             ingredients.append(ingredient);
         }
     }
     return ingredients;
 }
 
-Ingredient outputIngredient(const QAbstractItemModel &model)
+std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const IngredientId &id)
 {
-    return outputIngredient(ingredientsOf(model));
+    return findIf(ingredients, [&id](const Ingredient &each) { return each.id == id; });
 }
 
-Ingredient outputIngredient(const QVector<Ingredient> &ingredients)
+std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const QString &nameOrKey)
 {
-    const auto output
-        = std::find_if(ingredients.begin(), ingredients.end(), [](const Ingredient &ingredient) {
-              return kindOf(ingredient.value) == ValueKind::File
-                  && !ingredient.value.value<FilePath>().isInput;
-          });
-    return output == ingredients.end() ? Ingredient() : *output;
+    const auto named
+        = findIf(ingredients, [&](const Ingredient &each) { return each.id.name == nameOrKey; });
+    return named
+        ? named
+        : findIf(ingredients, [&](const Ingredient &each) { return each.id.key == nameOrKey; });
 }
 
-Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey)
+std::optional<Ingredient> outputIngredient(const Ingredients &ingredients)
 {
-    const QVector<Ingredient> ingredients = ingredientsOf(model);
-    auto found = std::find_if(ingredients.begin(), ingredients.end(),
-                              [&](const Ingredient &each) { return each.name == nameOrKey; });
-    if (found == ingredients.end()) {
-        found = std::find_if(ingredients.begin(), ingredients.end(),
-                             [&](const Ingredient &each) { return each.key == nameOrKey; });
-    }
-    return found == ingredients.end() ? Ingredient() : *found;
+    return findIf(ingredients, [](const Ingredient &each) { return each.isOutputFile(); });
 }
 
-Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString &name,
-                          const QString &key)
-{
-    const auto found
-        = std::find_if(ingredients.begin(), ingredients.end(), [&](const Ingredient &each) {
-              return each.name == name && each.key == key;
-          });
-    return found == ingredients.end() ? Ingredient() : *found;
-}
-
-QStringList inputFilesOf(const QVector<Ingredient> &ingredients)
+QStringList inputFilesOf(const Ingredients &ingredients)
 {
     QStringList files;
     for (const Ingredient &ingredient : ingredients) {
-        const QString file = textOf(ingredient.value);
-        if (kindOf(ingredient.value) == ValueKind::File && !file.isEmpty()
-            && ingredient.value.value<FilePath>().isInput) {
-            files.append(absolutePath(file));
+        if (ingredient.isInputFile() && !ingredient.text().isEmpty()) {
+            files.append(absolutePath(ingredient.text()));
         }
     }
+    files.removeDuplicates();
     return files;
-}
-
-bool isDataFile(const Ingredient &ingredient)
-{
-    return ingredient.value.canConvert<FilePath>()
-        && ingredient.value.value<FilePath>().broadcastChanges;
 }
 
 QString valueFromText(const QString &text, const QVariant &current, QVariant *value)
@@ -207,7 +217,7 @@ QString valueFromText(const QString &text, const QVariant &current, QVariant *va
         value->setValue(choice);
         return choice.selectedIndex >= 0
             ? QString()
-            : tr("\"%1\" is not one of the choices: %2.")
+            : QStringLiteral("\"%1\" is not one of the choices: %2.")
                   .arg(text, choice.choices.join(QStringLiteral(", ")));
     }
     case ValueKind::Text:
@@ -216,38 +226,5 @@ QString valueFromText(const QString &text, const QVariant &current, QVariant *va
     case ValueKind::Other:
         break;
     }
-    return tr("This kind of value cannot be set from a text.");
-}
-
-QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey, const QString &text)
-{
-    const Ingredient ingredient = findIngredient(*model, nameOrKey);
-    return ingredient.valueIndex.isValid()
-        ? setIngredientValue(model, ingredient, text)
-        : tr("No ingredient has the name or key \"%1\".").arg(nameOrKey);
-}
-
-QString setIngredientValue(QAbstractItemModel *model, const Ingredient &ingredient,
-                           const QString &text)
-{
-    const bool isFile = kindOf(ingredient.value) == ValueKind::File;
-    QVariant value;
-    const QString problem
-        = valueFromText(isFile ? absolutePath(text) : text, ingredient.value, &value);
-    if (!problem.isEmpty()) {
-        return ingredient.name + QLatin1String(": ") + problem;
-    }
-    return model->setData(ingredient.valueIndex, value, Qt::EditRole)
-        ? QString()
-        : tr("\"%1\" cannot be set.").arg(ingredient.name);
-}
-
-void makePathsAbsolute(QAbstractItemModel *model)
-{
-    for (const Ingredient &ingredient : ingredientsOf(*model)) {
-        const QString path = textOf(ingredient.value);
-        if (kindOf(ingredient.value) == ValueKind::File && path != absolutePath(path)) {
-            setPath(model, ingredient, absolutePath(path));
-        }
-    }
+    return QStringLiteral("This kind of value cannot be set from a text.");
 }

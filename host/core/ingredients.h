@@ -4,24 +4,17 @@
 #pragma once
 
 /// @file
-/// Reading and setting the values of an ingredient tree.
+/// Reading an ingredient tree and the values in it.
 
 #include <QModelIndex>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
-class QAbstractItemModel;
+#include <optional>
 
-/// One row of the ingredient tree.
-struct Ingredient {
-    QString group;          ///< Display name of its group.
-    QString name;           ///< Display name.
-    QString key;            ///< Name in the stitcher's configuration.
-    QModelIndex valueIndex; ///< The cell to edit.
-    QVariant value;         ///< A FilePath, a Choice or a text.
-    bool isVisible = true;  ///< Whether views should show the row.
-};
+class QAbstractItemModel;
 
 /// What kind of value a cell holds.
 enum class ValueKind { File, Choice, Text, Other };
@@ -32,47 +25,58 @@ ValueKind kindOf(const QVariant &value);
 QString kindName(ValueKind kind);
 /// The value in one line: the path, the chosen entry or the text; empty for any other kind.
 QString textOf(const QVariant &value);
-
 /// What @p value must be, in words: "input file, required, 31120 bytes", or the list of choices.
 QString demandOf(const QVariant &value);
 /// A size in bytes, with the unit.
 QString sizeText(qint64 size);
 
+/// Identifies an ingredient of a target, also after the plug-in's objects were replaced.
+struct IngredientId {
+    QString name; ///< Display name.
+    QString key;  ///< Name in the stitcher's configuration.
+
+    /// Whether it identifies none.
+    bool isEmpty() const;
+    bool operator==(const IngredientId &other) const;
+    bool operator!=(const IngredientId &other) const;
+};
+
+uint qHash(const IngredientId &id, uint seed = 0);
+
+/// One row of the ingredient tree.
+struct Ingredient {
+    IngredientId id;
+    QString group;         ///< Display name of its group.
+    QModelIndex index;     ///< The cell that holds the value.
+    QVariant value;        ///< A FilePath, a Choice or a text.
+    bool isVisible = true; ///< Whether views should show the row.
+
+    /// The value in one line, as textOf() returns it.
+    QString text() const;
+    /// Whether it is a file that a build reads.
+    bool isInputFile() const;
+    /// Whether it is the file that a build writes.
+    bool isOutputFile() const;
+    /// Whether the plug-in loads a file as soon as it becomes the value.
+    bool isDataFile() const;
+};
+
+using Ingredients = QVector<Ingredient>;
+
 /// All ingredients in tree order, with the columns found by their headers.
-QVector<Ingredient> ingredientsOf(const QAbstractItemModel &model);
+Ingredients ingredientsOf(const QAbstractItemModel &model);
 
-/// The ingredient that a build writes; one with an invalid index when there is none.
-Ingredient outputIngredient(const QAbstractItemModel &model);
-/// The same among @p ingredients.
-Ingredient outputIngredient(const QVector<Ingredient> &ingredients);
+/// The ingredient with that name and key.
+std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const IngredientId &id);
+/// The ingredient with that display name or, if none has it, that key.
+std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const QString &nameOrKey);
+/// The ingredient that a build writes.
+std::optional<Ingredient> outputIngredient(const Ingredients &ingredients);
 
-/// The ingredient with that display name or, if none has it, that key; one with an invalid index
-/// when there is none.
-Ingredient findIngredient(const QAbstractItemModel &model, const QString &nameOrKey);
-
-/// The ingredient with that display name and key; one with an invalid index when there is none.
-Ingredient findIngredient(const QVector<Ingredient> &ingredients, const QString &name,
-                          const QString &key);
-
-/// The absolute paths of all input files that are set. Hidden ingredients are included, since they
-/// are part of a configuration too.
-QStringList inputFilesOf(const QVector<Ingredient> &ingredients);
-
-/// Whether the plug-in loads a file as soon as it becomes the value of @p ingredient.
-bool isDataFile(const Ingredient &ingredient);
+/// The absolute paths of all input files that are set, each once. Hidden ingredients are included,
+/// since they are part of a configuration too.
+QStringList inputFilesOf(const Ingredients &ingredients);
 
 /// Converts @p text to a value of the kind of @p current; a path is used as it is.
 /// @return an empty text, or why there is no such value
 QString valueFromText(const QString &text, const QVariant &current, QVariant *value);
-
-/// Sets one ingredient, found by display name or else by key. A relative path is resolved against
-/// the current directory, since the stitcher runs in another one.
-/// @return an empty text, or why nothing was set
-QString setIngredientValue(QAbstractItemModel *model, const QString &nameOrKey,
-                           const QString &text);
-/// Sets @p ingredient in the same way.
-QString setIngredientValue(QAbstractItemModel *model, const Ingredient &ingredient,
-                           const QString &text);
-
-/// Makes every relative path in the tree absolute, against the current directory.
-void makePathsAbsolute(QAbstractItemModel *model);

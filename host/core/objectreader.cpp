@@ -46,23 +46,23 @@ QJsonValue ObjectReader::take(const QString &name, QJsonValue::Type type, const 
     known.insert(name);
     QJsonValue value = object.value(name);
     if (value.isUndefined()) {
-        fail(tr("\"%1\" is missing").arg(name));
+        fail(QStringLiteral("\"%1\" is missing").arg(name));
     } else if (value.type() != type) {
-        fail(tr("\"%1\" is not %2").arg(name, typeText));
+        fail(QStringLiteral("\"%1\" is not %2").arg(name, typeText));
     }
     return value;
 }
 
 QString ObjectReader::text(const QString &name)
 {
-    return take(name, QJsonValue::String, tr("a text")).toString();
+    return take(name, QJsonValue::String, QStringLiteral("a text")).toString();
 }
 
 qint64 ObjectReader::number(const QString &name)
 {
-    const double value = take(name, QJsonValue::Double, tr("a number")).toDouble();
+    const double value = take(name, QJsonValue::Double, QStringLiteral("a number")).toDouble();
     if (!(value >= 0 && value <= maxExactNumber) || value != double(qint64(value))) {
-        fail(tr("\"%1\" is not a whole number from 0").arg(name));
+        fail(QStringLiteral("\"%1\" is not a whole number from 0").arg(name));
         return 0;
     }
     return qint64(value);
@@ -72,25 +72,26 @@ QByteArray ObjectReader::sha256(const QString &name)
 {
     const QString digits = text(name);
     if (digits.length() != sha256Length || !std::all_of(digits.begin(), digits.end(), isHexDigit)) {
-        fail(tr("\"%1\" is not a SHA-256 of 64 hexadecimal digits").arg(name));
+        fail(QStringLiteral("\"%1\" is not a SHA-256 of 64 hexadecimal digits").arg(name));
     }
     return digits.toLatin1();
 }
 
 ObjectReader ObjectReader::child(const QString &name)
 {
-    const QJsonObject child = take(name, QJsonValue::Object, tr("an object")).toObject();
+    const QJsonObject child
+        = take(name, QJsonValue::Object, QStringLiteral("an object")).toObject();
     return {child, path.isEmpty() ? name : path + QLatin1Char('.') + name, problem};
 }
 
 std::vector<ObjectReader> ObjectReader::children(const QString &name)
 {
     std::vector<ObjectReader> readers;
-    const QJsonArray array = take(name, QJsonValue::Array, tr("a list")).toArray();
+    const QJsonArray array = take(name, QJsonValue::Array, QStringLiteral("a list")).toArray();
     for (int i = 0; i < array.count(); ++i) {
         const QString place = QStringLiteral("%1[%2]").arg(name).arg(i);
         if (!array.at(i).isObject()) {
-            fail(tr("%1 is not an object").arg(place));
+            fail(QStringLiteral("%1 is not an object").arg(place));
         }
         readers.push_back({array.at(i).toObject(), place, problem});
     }
@@ -102,7 +103,7 @@ void ObjectReader::refuseUnknown()
     const QStringList names = object.keys();
     for (const QString &name : names) {
         if (!known.contains(name)) {
-            fail(tr("unknown member \"%1\"").arg(name));
+            fail(QStringLiteral("unknown member \"%1\"").arg(name));
         }
     }
 }

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <QCoreApplication>
 #include <QJsonObject>
 #include <QSet>
 #include <QString>
@@ -14,8 +13,6 @@
 /// type, is a problem. Of all readers that share a problem, the first to report one wins.
 class ObjectReader
 {
-    Q_DECLARE_TR_FUNCTIONS(ObjectReader)
-
 public:
     /// Reads @p source.
     ///

@@ -3,29 +3,40 @@
 
 #pragma once
 
-#include <QString>
+#include "host/core/ingredients.h"
 
-/// Where a problem comes from.
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// Where a problem comes from. Causes come before their consequences.
 enum class ProblemKind {
-    Input,     ///< An input was refused, by the plug-in or by the host.
-    Message,   ///< The plug-in reported an error while an input was applied.
-    Check,     ///< A check of the plug-in failed.
-    Finding,   ///< The host itself found something wrong with a value.
-    Difference ///< A file or value differs from a manifest.
+    Input,      ///< An input was rejected or skipped, by the plug-in or by the host.
+    Difference, ///< A file or value differs from a manifest.
+    Candidates, ///< Several values were found for one ingredient.
+    Message,    ///< The plug-in reported an error while an input was applied.
+    Finding,    ///< The host itself found something wrong with a value.
+    Check       ///< A check of the plug-in failed.
 };
 
-/// Something that is wrong with an image or its inputs, and blocks a build.
+/// What a problem means for a build.
+enum class Severity {
+    Warning, ///< Nothing.
+    Error,   ///< Blocks a build, unless it is started without checks.
+    Fatal    ///< Blocks every build.
+};
+
+/// Something that is wrong with an image or its inputs.
 struct Problem {
-    /// Where it comes from.
     ProblemKind kind = ProblemKind::Input;
+    Severity severity = Severity::Error;
     QString text;             ///< What is wrong.
-    QString ingredient;       ///< Display name of the ingredient; empty when it concerns none.
-    QString key;              ///< The ingredient's key.
-    QString file;             ///< Path of the file that it is about; may be empty.
+    IngredientId ingredient;  ///< The ingredient; empty when it concerns none.
+    QStringList files;        ///< What it is about; of candidates, the one in use comes first.
     QString required;         ///< What should be there, if that can be said.
     QString actual;           ///< What is there instead.
     qint64 requiredSize = -1; ///< In bytes, if required is a size; else -1.
     qint64 actualSize = -1;   ///< In bytes, if actual is a size; else -1.
-    /// Whether a build without checks is blocked as well.
-    bool mustBeFixed = false;
 };
+
+using Problems = QVector<Problem>;

@@ -3,7 +3,7 @@
 
 #include "host/core/stitcherrun.h"
 
-#include "host/core/stitcherlocator.h"
+#include "host/core/stitcher.h"
 
 #include <QFile>
 #include <QTimer>

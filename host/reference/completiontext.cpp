@@ -25,7 +25,7 @@ std::vector<OptionInfo> sharedOptions(bool withInputs)
 std::vector<OptionInfo> optionsOf(const CommandInfo &command)
 {
     std::vector<OptionInfo> options = command.options;
-    const std::vector<OptionInfo> shared = sharedOptions(command.needs == CommandNeeds::Plugin);
+    const std::vector<OptionInfo> shared = sharedOptions(command.needs == CommandNeeds::Inputs);
     options.insert(options.end(), shared.begin(), shared.end());
     return options;
 }
@@ -83,7 +83,7 @@ QString zshOption(const OptionInfo &option)
         + (option.value ? zshAction(option) : QString());
     QStringList arguments;
     const QStringList names = words(option, QStringLiteral(" ")).split(QLatin1Char(' '));
-    const QString prefix = option.isRepeatable
+    const QString prefix = option.isRepeatable()
         ? QStringLiteral("*")
         : QStringLiteral("(%1)").arg(names.join(QLatin1Char(' ')));
     for (const QString &name : names) {
@@ -197,7 +197,7 @@ QString fishCompletions()
                     .arg(name, quoted(QLatin1String(command.summary)))
             + fishOptions(command.options,
                           QStringLiteral(" -n '__fish_seen_subcommand_from %1'").arg(name));
-        if (command.needs == CommandNeeds::Nothing) {
+        if (command.needs != CommandNeeds::Inputs) {
             withoutInputs.append(name);
         }
     }

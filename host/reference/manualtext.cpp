@@ -33,7 +33,7 @@ QString optionList(const std::vector<OptionInfo> &options, const QString &indent
         if (option.value) {
             term += QStringLiteral(" _%1_").arg(QLatin1String(option.value));
         }
-        const QLatin1String repeatable(option.isRepeatable ? " Repeatable." : "");
+        const QLatin1String repeatable(option.isRepeatable() ? " Repeatable." : "");
         text += definition(term, escaped(option.description) + repeatable, indent);
     }
     return text;

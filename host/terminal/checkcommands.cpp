@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/imagejob.h"
-#include "host/core/pluginsession.h"
+#include "host/core/findings.h"
+#include "host/core/plugin.h"
+#include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/exitstatus.h"
@@ -10,18 +11,14 @@
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 
+#include <algorithm>
+
 namespace {
 
-QString resultText(const Report &report, bool passed)
+QString resultText(const Report &report, Severity severity)
 {
-    return passed ? report.good(QStringLiteral("pass")) : report.bad(QStringLiteral("FAIL"));
-}
-
-QString comparison(const QString &text, const QString &required, const QString &actual)
-{
-    return required.isEmpty() || actual.isEmpty()
-        ? text
-        : QStringLiteral("%1 (has %2, must have %3)").arg(text, actual, required);
+    return severity == Severity::Warning ? QStringLiteral("warn")
+                                         : report.bad(QStringLiteral("FAIL"));
 }
 
 QJsonValue sizeValue(qint64 size)
@@ -29,70 +26,64 @@ QJsonValue sizeValue(qint64 size)
     return size >= 0 ? QJsonValue(size) : QJsonValue();
 }
 
-Record recordOf(const FileCheck &check, const Report &report)
+/// A check as a row of JSON.
+Record recordOf(const FileCheck &check)
 {
-    const bool differs = !check.passed && check.expectedSize >= 0 && check.actualSize >= 0;
-    return {{"Result", "passed", check.passed, resultText(report, check.passed)},
-            {"Ingredient", "name", check.ingredient.name},
-            {"Details", "details", check.details,
-             differs ? comparison(check.details, sizeText(check.expectedSize),
-                                  sizeText(check.actualSize))
-                     : check.details},
-            {"File", "file", check.file},
-            {nullptr, "key", check.ingredient.key},
+    return {{nullptr, "passed", check.passed},
+            {nullptr, "name", check.ingredient.id.name},
+            {nullptr, "details", check.details},
+            {nullptr, "file", check.file},
+            {nullptr, "key", check.ingredient.id.key},
             {nullptr, "kind", kindName(kindOf(check.ingredient.value))},
             {nullptr, "expectedSize", sizeValue(check.expectedSize)},
             {nullptr, "actualSize", sizeValue(check.actualSize)}};
 }
 
-Record recordOf(const Problem &problem, int moreCount, const Report &report)
+Record shownRow(const QString &result, const QString &ingredient, const QString &details,
+                const QStringList &files)
 {
-    const QString more
-        = moreCount == 0 ? QString() : QStringLiteral(" (and %1 more)").arg(moreCount);
-    return {{"Result", nullptr, {}, resultText(report, false)},
-            {"Ingredient", nullptr, problem.ingredient},
-            {"Details", nullptr, comparison(problem.text, problem.required, problem.actual) + more},
-            {"File", nullptr, problem.file}};
+    return {{"Result", nullptr, {}, result},
+            {"Ingredient", nullptr, ingredient},
+            {"Details", nullptr, details},
+            {"File", nullptr, files.join(QStringLiteral(", "))}};
 }
 
-/// The problems other than failed checks. Several messages about one ingredient share a row, since
-/// a data file may cause thousands.
-std::vector<Record> problemRows(const QVector<Problem> &problems, const Report &report)
+Record shownRow(const Problem &problem, const Report &report)
 {
-    std::vector<Record> rows;
-    for (int i = 0; i < problems.count(); ++i) {
-        const Problem &problem = problems.at(i);
-        if (problem.kind == ProblemKind::Check) {
-            continue;
-        }
-        int last = i;
-        while (problem.kind == ProblemKind::Message && last + 1 < problems.count()
-               && problems.at(last + 1).kind == problem.kind
-               && problems.at(last + 1).ingredient == problem.ingredient) {
-            ++last;
-        }
-        rows.push_back(recordOf(problem, last - i, report));
-        i = last;
+    const bool compares = !problem.required.isEmpty() && !problem.actual.isEmpty();
+    const QString comparison = compares
+        ? QStringLiteral(" (required: %1, actual: %2)").arg(problem.required, problem.actual)
+        : QString();
+    return shownRow(resultText(report, problem.severity), problem.ingredient.name,
+                    problem.text + comparison, problem.files);
+}
+
+QString counted(qint64 count, const char *noun)
+{
+    return QStringLiteral("%1 %2%3").arg(QString::number(count), QLatin1String(noun),
+                                         QLatin1String(count == 1 ? "" : "s"));
+}
+
+/// "2 errors, 1 warning; 14 checks: 12 passed, 2 failed"
+QString summaryText(const CheckResultSummary &summary, const Problems &problems)
+{
+    const auto warnings
+        = std::count_if(problems.begin(), problems.end(), [](const Problem &problem) {
+              return problem.severity == Severity::Warning;
+          });
+    QStringList counts;
+    if (problems.count() > warnings) {
+        counts.append(counted(problems.count() - warnings, "error"));
     }
-    return rows;
-}
-
-QString counted(int count, const QString &singular, const QString &plural)
-{
-    return QString::number(count) + QLatin1Char(' ') + (count == 1 ? singular : plural);
-}
-
-/// How many checks passed and failed, and how many problems are no failed checks.
-QString summaryText(const CheckResultSummary &summary, int otherCount)
-{
-    QString text = counted(summary.checkCount, QStringLiteral("check"), QStringLiteral("checks"))
-        + QStringLiteral(": %1 passed, %2 failed").arg(summary.passCount).arg(summary.failCount);
-    if (otherCount > 0) {
-        text += QLatin1String("; ")
-            + counted(otherCount, QStringLiteral("other problem"),
-                      QStringLiteral("other problems"));
+    if (warnings > 0) {
+        counts.append(counted(warnings, "warning"));
     }
-    return text;
+    const QString checks = QStringLiteral("%1: %2 passed, %3 failed")
+                               .arg(counted(summary.checkCount, "check"))
+                               .arg(summary.passCount)
+                               .arg(summary.failCount);
+    return counts.isEmpty() ? checks
+                            : counts.join(QStringLiteral(", ")) + QStringLiteral("; ") + checks;
 }
 
 bool validate(CommandContext &context, const QString &file)
@@ -105,8 +96,13 @@ bool validate(CommandContext &context, const QString &file)
             return false;
         }
     }
-    return runOperation(
-        context, file, [&] { return context.session->ingredientManager()->validateXmlFile(path); });
+    const bool valid = runOperation(
+        context, file, [&] { return context.plugin->ingredientManager()->validateXmlFile(path); });
+    const QString position = valid ? QString() : xmlProblem(path);
+    if (!position.isEmpty()) {
+        context.report.printError(QStringLiteral("%1: %2").arg(file, position));
+    }
+    return valid;
 }
 
 } // namespace
@@ -114,25 +110,25 @@ bool validate(CommandContext &context, const QString &file)
 void reportChecks(CommandContext &context, bool listed)
 {
     Report &report = context.report;
-    context.job->check();
-
     std::vector<Record> rows;
     std::vector<Record> shownRows;
-    const QVector<FileCheck> checks = context.job->checks();
+    const QVector<FileCheck> checks = context.values->checks();
     for (const FileCheck &check : checks) {
-        rows.push_back(recordOf(check, report));
-        if (!check.passed || report.isVerbose()) {
-            shownRows.push_back(rows.back());
+        rows.push_back(recordOf(check));
+        if (check.passed && report.isVerbose()) {
+            shownRows.push_back(shownRow(report.good(QStringLiteral("pass")),
+                                         check.ingredient.id.name, check.details, {check.file}));
         }
     }
-    const std::vector<Record> otherRows = problemRows(context.job->problems(), report);
-    shownRows.insert(shownRows.end(), otherRows.begin(), otherRows.end());
-
+    const Problems problems = context.values->problems();
+    for (const Problem &problem : problems) {
+        shownRows.push_back(shownRow(problem, report));
+    }
     const CheckResultSummary summary
-        = context.session->executionManager()->getIngredientCheckSummary();
+        = context.plugin->executionManager()->getIngredientCheckSummary();
     if (listed) {
         report.printTable(shownRows);
-        report.print(summaryText(summary, int(otherRows.size())));
+        report.print(summaryText(summary, problems));
     }
     report.setList("checks", rows);
     report.set("summary",
@@ -143,30 +139,29 @@ void reportChecks(CommandContext &context, bool listed)
 
 int runCheck(CommandContext &context)
 {
+    context.values->check();
     reportChecks(context);
-    return context.job->isBlocked(true) ? Failed : Success;
+    return context.values->isBlocked(true) ? Failed : Success;
 }
 
 int validateFiles(CommandContext &context)
 {
     Report &report = context.report;
-    int status = inputStatus(context);
-    noteProblems(context);
-
+    int status = Success;
     std::vector<Record> rows;
     for (const QString &file : context.commandLine.arguments) {
-        if (context.isInterrupted()) {
-            return Failed;
-        }
         // The plug-in verifies the sections of earlier files again, so each file gets a new root
         // object.
-        if (!context.session->reload()) {
-            report.addFailure(context.session->problem());
+        if (!context.plugin->renew()) {
+            report.addFailure(context.plugin->problem());
             return PluginProblem;
         }
         report.setSource(Report::Source::Validation);
         const bool valid = validate(context, file);
         report.setSource(Report::Source::Plugin);
+        if (context.isInterrupted()) {
+            return Failed;
+        }
         const QString verdict = file + QLatin1String(valid ? ": valid" : ": not valid");
         report.print(valid ? report.good(verdict) : report.bad(verdict));
         rows.push_back({{nullptr, "file", file}, {nullptr, "valid", valid}});

@@ -4,7 +4,6 @@
 #include "host/terminal/commandline.h"
 
 #include "host/terminal/commandtable.h"
-#include "host/terminal/optionnames.h"
 #include "host/terminal/suggestion.h"
 
 #include <QCommandLineParser>
@@ -20,7 +19,7 @@ QString dashed(const char *name)
     return QLatin1String("--") + QLatin1String(name);
 }
 
-/// All options of all commands, without duplicates.
+/// All options of all commands, each name once.
 std::vector<OptionInfo> allOptions()
 {
     std::vector<OptionInfo> options = inputOptions();
@@ -46,18 +45,33 @@ QCommandLineOption parserOption(const OptionInfo &option)
     return {names, QString(), QLatin1String(option.value ? option.value : "")};
 }
 
-bool takes(const CommandInfo &command, const OptionInfo &option)
+/// The option named @p name as @p command takes it; null when it does not.
+const OptionInfo *findOption(const CommandInfo &command, const char *name)
 {
-    const auto contains = [&option](const std::vector<OptionInfo> &options) {
-        for (const OptionInfo &each : options) {
-            if (qstrcmp(each.name, option.name) == 0) {
-                return true;
+    const bool takesInputs = command.needs == CommandNeeds::Inputs;
+    for (const std::vector<OptionInfo> *options :
+         {&command.options, &generalOptions(), takesInputs ? &inputOptions() : nullptr}) {
+        if (!options) {
+            continue;
+        }
+        for (const OptionInfo &option : *options) {
+            if (qstrcmp(option.name, name) == 0) {
+                return &option;
             }
         }
-        return false;
-    };
-    return contains(command.options) || contains(generalOptions())
-        || (command.needs == CommandNeeds::Plugin && contains(inputOptions()));
+    }
+    return nullptr;
+}
+
+void store(const QStringList &values, const OptionMember &member, CommandLine *commandLine)
+{
+    if (const auto flag = std::get_if<bool CommandLine::*>(&member)) {
+        commandLine->*(*flag) = true;
+    } else if (const auto text = std::get_if<QString CommandLine::*>(&member)) {
+        commandLine->*(*text) = values.last();
+    } else {
+        commandLine->*std::get<QStringList CommandLine::*>(member) = values;
+    }
 }
 
 QString suggestionText(const QString &word)
@@ -120,50 +134,61 @@ QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
                                         : QString();
 }
 
-/// An option may be given once unless it is repeatable, must have a value that is not empty, and
-/// must be one that the command takes.
-QString checkOptions(const QCommandLineParser &parser, CommandLine *commandLine)
+/// Why @p option cannot have these values; empty when it can.
+QString valueProblem(const OptionInfo &option, const QStringList &values)
 {
-    for (const OptionInfo &option : allOptions()) {
-        const QStringList values = parser.values(QLatin1String(option.name));
-        if (!parser.isSet(QLatin1String(option.name))) {
+    if (option.value && !option.isRepeatable() && values.count() > 1) {
+        return QStringLiteral("%1 is given more than once.").arg(dashed(option.name));
+    }
+    // For example from an unset variable in a script.
+    return !option.mayBeEmpty && values.contains(QString())
+        ? QStringLiteral("%1 needs a value that is not empty.").arg(dashed(option.name))
+        : QString();
+}
+
+/// Stores the values of the options that the command takes.
+QString readOptions(const QCommandLineParser &parser, CommandLine *commandLine)
+{
+    const CommandInfo &command = *commandLine->command;
+    for (const OptionInfo &each : allOptions()) {
+        if (!parser.isSet(QLatin1String(each.name))) {
             continue;
         }
-        if (!takes(*commandLine->command, option)) {
+        const OptionInfo *option = findOption(command, each.name);
+        if (!option) {
             return QStringLiteral("%1 does not take %2.")
-                .arg(QLatin1String(commandLine->command->name), dashed(option.name));
+                .arg(QLatin1String(command.name), dashed(each.name));
         }
-        if (option.value && !option.isRepeatable && values.count() > 1) {
-            return QStringLiteral("%1 is given more than once.").arg(dashed(option.name));
+        const QStringList values = parser.values(QLatin1String(each.name));
+        const QString problem = valueProblem(*option, values);
+        if (!problem.isEmpty()) {
+            return problem;
         }
-        // For example from an unset variable in a script.
-        if (!option.mayBeEmpty && values.contains(QString())) {
-            return QStringLiteral("%1 needs a value that is not empty.").arg(dashed(option.name));
-        }
+        store(values, option->member, commandLine);
     }
     return {};
 }
 
 QString checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
-    if (has(OptionName::plugin) && has(OptionName::target)) {
+    if (!commandLine->pluginFile.isEmpty() && !commandLine->target.isEmpty()) {
         return QStringLiteral("--plugin and --target cannot be combined.");
     }
-    if (has(OptionName::quiet) && has(OptionName::verbose)) {
+    if (commandLine->isQuiet && commandLine->isVerbose) {
         return QStringLiteral("--quiet and --verbose cannot be combined.");
     }
-    if (has(OptionName::names) && has(OptionName::json)) {
+    if (commandLine->areNamesWanted && commandLine->isJson) {
         return QStringLiteral("--names and --json cannot be combined.");
     }
-    if (has(OptionName::locked) && !has(OptionName::project)) {
+    if (commandLine->isLocked && commandLine->projectFile.isEmpty()) {
         return QStringLiteral("--locked needs --project.");
     }
-    if (has(OptionName::dryRun) && has(OptionName::manifest)) {
+    if (commandLine->isDryRun && !commandLine->manifestFile.isEmpty()) {
         return QStringLiteral("--dry-run and --manifest cannot be combined.");
     }
-    if (has(OptionName::output) && has(OptionName::image)
-        && commandLine->command == findCommand(QStringLiteral("build"))) {
+    const bool isImageNamedTwice = parser.isSet(QStringLiteral("image"))
+        && parser.isSet(QStringLiteral("output")) && commandLine->outputFile.isEmpty();
+    if (isImageNamedTwice) {
         return QStringLiteral("--output and --image are the same here; give one of them.");
     }
     const int standardInputs = commandLine->arguments.count(QLatin1String(standardInputName))
@@ -171,10 +196,9 @@ QString checkCombinations(const QCommandLineParser &parser, CommandLine *command
     return standardInputs > 1 ? QStringLiteral("Standard input can be read only once.") : QString();
 }
 
-QString readSettings(const QCommandLineParser &parser, CommandLine *commandLine)
+QString readSettings(const QCommandLineParser &, CommandLine *commandLine)
 {
-    const QStringList settings = parser.values(QLatin1String(OptionName::set));
-    for (const QString &setting : settings) {
+    for (const QString &setting : qAsConst(commandLine->settingTexts)) {
         const int separator = setting.indexOf(QLatin1Char('='));
         if (separator < 1) {
             return QStringLiteral("--set needs NAME=VALUE, not \"%1\".").arg(setting);
@@ -184,12 +208,12 @@ QString readSettings(const QCommandLineParser &parser, CommandLine *commandLine)
     return {};
 }
 
-QString readTimeout(const QCommandLineParser &parser, CommandLine *commandLine)
+QString readTimeout(const QCommandLineParser &, CommandLine *commandLine)
 {
-    if (!parser.isSet(QLatin1String(OptionName::timeout))) {
+    const QString text = commandLine->timeoutText;
+    if (text.isEmpty()) {
         return {};
     }
-    const QString text = parser.value(QLatin1String(OptionName::timeout));
     bool isNumber = false;
     const double seconds = text.toDouble(&isNumber);
     const int maxSeconds = std::numeric_limits<int>::max() / millisecondsPerSecond;
@@ -205,7 +229,7 @@ QString readTimeout(const QCommandLineParser &parser, CommandLine *commandLine)
 QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     for (const auto &reader :
-         {readCommand, checkOptions, readArguments, checkCombinations, readSettings, readTimeout}) {
+         {readCommand, readOptions, readArguments, checkCombinations, readSettings, readTimeout}) {
         QString problem = reader(parser, commandLine);
         if (!problem.isEmpty()) {
             return problem;
@@ -222,35 +246,16 @@ CommandLine parseCommandLine(const QStringList &arguments)
     for (const OptionInfo &option : allOptions()) {
         parser.addOption(parserOption(option));
     }
-    const bool isParsed = parser.parse(arguments);
-    const auto has = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
-    const auto text = [&parser](const char *name) { return parser.value(QLatin1String(name)); };
-
     CommandLine commandLine;
-    commandLine.pluginFile = text(OptionName::plugin);
-    commandLine.target = text(OptionName::target);
-    commandLine.projectFile = text(OptionName::project);
-    commandLine.isLocked = has(OptionName::locked);
-    commandLine.configInput = text(OptionName::config);
-    commandLine.directory = text(OptionName::directory);
-    commandLine.files = parser.values(QLatin1String(OptionName::file));
-    commandLine.imageFile = text(OptionName::image);
-    commandLine.outputFile = text(OptionName::output);
-    commandLine.isDryRun = has(OptionName::dryRun);
-    commandLine.isChecked = !has(OptionName::noCheck);
-    commandLine.stitcherFile = text(OptionName::stitcher);
-    commandLine.manifestFile = text(OptionName::manifest);
-    commandLine.isWorkKept = has(OptionName::keepWork);
-    commandLine.areNamesWanted = has(OptionName::names);
-    commandLine.isHelpWanted = isParsed && has(OptionName::help);
-    commandLine.isVersionWanted = isParsed && has(OptionName::version);
-    if (has(OptionName::json)) {
-        commandLine.format = Report::Format::Json;
-    }
-    if (has(OptionName::verbose) || has(OptionName::quiet)) {
-        commandLine.verbosity
-            = has(OptionName::quiet) ? Report::Verbosity::Quiet : Report::Verbosity::Verbose;
-    }
+    const bool isParsed = parser.parse(arguments);
     commandLine.problem = isParsed ? readAll(parser, &commandLine) : unknownOption(parser);
+    // Also when there is no command, or something else is wrong.
+    for (const OptionInfo &option : generalOptions()) {
+        if (parser.isSet(QLatin1String(option.name))) {
+            store(parser.values(QLatin1String(option.name)), option.member, &commandLine);
+        }
+    }
+    commandLine.isHelpWanted = commandLine.isHelpWanted && isParsed;
+    commandLine.isVersionWanted = commandLine.isVersionWanted && isParsed;
     return commandLine;
 }

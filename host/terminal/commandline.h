@@ -3,24 +3,24 @@
 
 #pragma once
 
-#include "host/terminal/report.h"
-
+#include <QList>
+#include <QPair>
+#include <QString>
 #include <QStringList>
 
 struct CommandInfo;
 
-/// What the user asked for on the command line.
+/// What the user asked for on the command line. The tables of options name the members that they set.
 struct CommandLine {
     QString pluginFile;
     QString target;
 
     QString projectFile;
-    bool isLocked = false; ///< Whether inputs must match the manifest.
+    bool isLocked = false; ///< Whether inputs and stitcher must match the manifest.
     QString configInput;
     QString directory;
     QStringList files;
-    /// Names or keys with their values.
-    QList<QPair<QString, QString>> settings;
+    QStringList settingTexts; ///< As they were given: NAME=VALUE.
     QString imageFile;
 
     const CommandInfo *command = nullptr; ///< Null when no command is given.
@@ -28,17 +28,22 @@ struct CommandLine {
     QStringList arguments;
     QString outputFile;
     bool isDryRun = false;
-    bool isChecked = true; ///< False to build without the checks.
+    bool isUnchecked = false; ///< Whether to build in spite of errors that are not fatal.
     QString stitcherFile;
-    int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
+    QString timeoutText; ///< As it was given, in seconds.
     QString manifestFile;
     bool isWorkKept = false;
     bool areNamesWanted = false; ///< Whether to print only names, for scripts.
 
-    Report::Format format = Report::Format::Text;
-    Report::Verbosity verbosity = Report::Verbosity::Normal;
+    bool isJson = false;
+    bool isVerbose = false;
+    bool isQuiet = false;
     bool isHelpWanted = false;
     bool isVersionWanted = false;
+
+    /// Names or keys with their values.
+    QList<QPair<QString, QString>> settings;
+    int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
 
     /// What is wrong with the command line; empty when it is valid.
     QString problem;

@@ -3,31 +3,28 @@
 
 #pragma once
 
-#include "host/core/filestate.h"
+#include "host/core/filehasher.h"
 
-#include <QList>
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 struct CommandLine;
-struct FileHash;
-class ImageJob;
-class PluginSession;
-class QFile;
+class Plugin;
 class Report;
 class SignalWatch;
+class Values;
 
-/// The context of a command. Commands that need no plug-in get no session and no job.
+/// The context of a command. Commands that need no plug-in get no plug-in and no values.
 struct CommandContext {
     const CommandLine &commandLine;
     Report &report;
     const SignalWatch &signalWatch;
-    PluginSession *session = nullptr;
-    ImageJob *job = nullptr;
-    bool areProblemsNoted = false;
-    /// Of the input files, from before they were checked or hashed.
-    FileStates inputStates = {};
+    Plugin *plugin = nullptr;
+    Values *values = nullptr;
+    /// The input files and the stitcher as they were compared with the manifest of --locked.
+    FileRecords lockedFiles = {};
 
     /// Whether a signal has arrived: what has not begun must not begin any more.
     bool isInterrupted() const;
@@ -44,18 +41,14 @@ int writeProjectFile(CommandContext &context);
 int buildImage(CommandContext &context);
 int verifyManifest(CommandContext &context);
 
-/// Applies all inputs of the command line, even after one was refused, so that one run shows all
-/// errors.
-/// @return false when the plug-in cannot be used any more
-bool applyInputs(CommandContext &context);
+/// Applies all inputs of the command line, even after one was rejected, so that one run shows all
+/// errors. A signal ends it early.
+void applyInputs(CommandContext &context);
 
-/// Notes the states of @p files that have not been noted yet, before they are checked or hashed.
-void noteStates(CommandContext &context, const QStringList &files);
-
-/// Failed when there is a problem with the inputs, else Success.
+/// Failed when an input was rejected or caused an error, else Success.
 int inputStatus(const CommandContext &context);
 
-/// Adds the problems of the job to the JSON document, once.
+/// Adds the problems of the values to the JSON document.
 void noteProblems(CommandContext &context);
 
 /// Runs an operation of the plug-in on @p file. If it fails, the errors that it reported become
@@ -65,18 +58,12 @@ bool runOperation(CommandContext &context, const QString &file,
                   const std::function<bool()> &operation);
 
 /// Runs the checks and adds their results to the JSON document.
-/// @param listed whether to show them and everything else that blocks a build to people too
+/// @param listed whether to show them and all problems to people too
 void reportChecks(CommandContext &context, bool listed = true);
 
 /// Hashes @p files with progress on the terminal.
-/// @return false when a signal interrupted it
-bool hashFiles(CommandContext &context, const QStringList &files, QList<FileHash> *hashes);
-
-/// Opens a file without a name, in memory, so that nothing is left when the program is killed.
-bool openMemoryFile(QFile *file);
-
-/// The path of an open file of this process, which the plug-in can open as well.
-QString descriptorPath(const QFile &file);
+/// @return none when a signal interrupted it
+std::optional<QList<FileRecord>> hashFiles(CommandContext &context, const QList<FileRecord> &files);
 
 /// Reads standard input to its end and replaces it by a copy in memory, which can be opened by path
 /// and read more than once.

@@ -3,12 +3,17 @@
 
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "host/terminal/commandline.h"
 
+#include <variant>
 #include <vector>
 
 struct CommandContext;
+
+/// The member of CommandLine that an option sets: a flag, a text, or a list for an option that may be
+/// repeated.
+using OptionMember
+    = std::variant<bool CommandLine::*, QString CommandLine::*, QStringList CommandLine::*>;
 
 /// An option, for the parser and the help.
 struct OptionInfo {
@@ -16,12 +21,25 @@ struct OptionInfo {
     const char *shortName;   ///< One letter; null for none.
     const char *value;       ///< Placeholder for the value in the help; null if it takes none.
     const char *description; ///< One sentence.
-    bool isRepeatable = false;
+    OptionMember member;
     bool mayBeEmpty = false; ///< Whether the value may be empty.
+
+    bool isRepeatable() const;
 };
 
 /// What a command needs before it can run.
-enum class CommandNeeds { Nothing, Plugin };
+enum class CommandNeeds {
+    Nothing,
+    Plugin, ///< A plug-in with default values.
+    Inputs  ///< A plug-in to which the inputs of the command line have been applied.
+};
+
+/// What a command does with problems and standard output.
+enum class CommandStyle {
+    Plain,
+    ListsProblems, ///< It shows all problems itself.
+    WritesContent  ///< Without --output, it writes the content of a file to standard output.
+};
 
 /// A command, for the parser and the help.
 struct CommandInfo {
@@ -30,10 +48,11 @@ struct CommandInfo {
     int minArguments;
     int maxArguments;
     const char *summary;             ///< A few words without a full stop.
-    const char *description;         ///< A few sentences, in lines of at most 80 characters.
+    const char *description;         ///< A few sentences, in lines of at most 79 characters.
     std::vector<OptionInfo> options; ///< The command's own options.
     const char *example;
     CommandNeeds needs;
+    CommandStyle style;
     /// Runs the command; returns the program's exit status. Null for a command that only shows
     /// help.
     int (*function)(CommandContext &context);
@@ -45,7 +64,7 @@ const std::vector<CommandInfo> &commandTable();
 const CommandInfo *findCommand(const QString &name);
 QStringList commandNames();
 
-/// The options that name inputs; every command that loads a plug-in takes them.
+/// The options that name inputs, for the commands that need inputs.
 const std::vector<OptionInfo> &inputOptions();
 /// The options that every command takes.
 const std::vector<OptionInfo> &generalOptions();

@@ -1,160 +1,109 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/filehasher.h"
-#include "host/core/files.h"
-#include "host/core/findings.h"
-#include "host/core/imagejob.h"
-#include "host/core/manifest.h"
-#include "host/core/pluginsession.h"
-#include "host/core/projectfile.h"
+#include "host/core/configuration.h"
+#include "host/core/paths.h"
+#include "host/core/plugin.h"
+#include "host/core/stagedfile.h"
+#include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/exitstatus.h"
 #include "host/terminal/report.h"
-#include "plugin/iingredientmanager.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 
 namespace {
 
-/// Whether findings block writing a file; shows them. Refused inputs have been shown already.
-bool isRefused(CommandContext &context, const QString &conclusion)
+int failWith(CommandContext &context, const QString &text)
 {
-    if (!context.job->isBlocked(false)) {
-        return false;
-    }
-    const QVector<Problem> problems = context.job->problems();
-    for (const Problem &problem : problems) {
-        if (problem.mustBeFixed && problem.kind == ProblemKind::Finding) {
-            context.report.printError(problem.ingredient + QLatin1String(": ") + problem.text);
-        }
-    }
-    context.report.addFailure(conclusion + QLatin1String(": see the errors above."));
-    return true;
+    context.report.addFailure(text);
+    return Failed;
 }
 
-/// Whether the command may write its output file; shows why not.
-bool mayWrite(CommandContext &context)
+/// Whether problems or the name of the output file forbid writing it; shows why. Rejected inputs
+/// have been shown already.
+bool isBlocked(CommandContext &context, const QString &conclusion)
 {
-    if (context.isInterrupted()) {
-        return false;
+    if (context.values->isBlocked(false)) {
+        const Problems problems = context.values->problems();
+        for (const Problem &problem : problems) {
+            if (problem.severity == Severity::Fatal && problem.kind == ProblemKind::Finding) {
+                context.report.printError(problem.ingredient.name + QLatin1String(": ")
+                                          + problem.text);
+            }
+        }
+        context.report.addFailure(conclusion + QLatin1String(": see the errors above."));
+        return true;
     }
     const QString file = context.commandLine.outputFile;
-    const QString problem = file.isEmpty() ? QString() : context.job->overwriteProblem(file);
+    const QString problem = file.isEmpty() ? QString() : context.values->overwriteProblem(file);
     if (!problem.isEmpty()) {
         context.report.addFailure(problem);
     }
-    return problem.isEmpty();
-}
-
-/// Warns about values that loading the configuration in @p file would not restore.
-void warnAboutConfig(CommandContext &context, const QString &file)
-{
-    for (const QString &remark : configurationRemarks(context.job->ingredients(), file)) {
-        context.report.addWarning(remark);
-    }
-}
-
-void showDifferences(CommandContext &context, const QVector<Problem> &differences)
-{
-    std::vector<Record> rows;
-    for (const Problem &difference : differences) {
-        rows.push_back({{"Changed", nullptr, difference.ingredient},
-                        {"Difference", nullptr, difference.text},
-                        {"Recorded", nullptr, difference.required},
-                        {"Found", nullptr, difference.actual},
-                        {"File", nullptr, difference.file}});
-        context.report.noteProblem(difference);
-    }
-    context.report.printTable(rows);
+    return !problem.isEmpty() || context.isInterrupted();
 }
 
 } // namespace
 
 int writeConfig(CommandContext &context)
 {
-    if (isRefused(context, QStringLiteral("No configuration is written")) || !mayWrite(context)) {
+    if (isBlocked(context, QStringLiteral("No configuration is written"))) {
         return Failed;
     }
     Report &report = context.report;
-    IIngredientManager *manager = context.session->ingredientManager();
-    const QString chosen = context.commandLine.outputFile;
-    QFile copy;
-    if (chosen.isEmpty() && !openMemoryFile(&copy)) {
-        report.addFailure(
-            QStringLiteral("No configuration is written: %1.").arg(qt_error_string()));
+    std::optional<QByteArray> configuration;
+    const bool written = runOperation(context, QStringLiteral("The configuration"), [&] {
+        configuration = configurationOf(*context.plugin);
+        return configuration.has_value();
+    });
+    if (!written) {
         return Failed;
     }
-    const QString target = chosen.isEmpty() ? descriptorPath(copy) : absolutePath(chosen);
-    if (!runOperation(context, target, [&] { return manager->saveConfigToFile(target); })) {
-        return Failed;
+    for (const QString &loss : lossesIn(*configuration, context.values->ingredients())) {
+        report.addWarning(loss);
     }
-    if (chosen.isEmpty()) {
-        const QByteArray config = copy.readAll();
-        warnAboutConfig(context, target);
-        report.printRaw(config);
-        report.set("config", QString::fromLocal8Bit(config));
+    if (context.commandLine.outputFile.isEmpty()) {
+        report.printRaw(*configuration);
+        report.set("config", QString::fromLocal8Bit(*configuration));
         return inputStatus(context);
     }
-    warnAboutConfig(context, target);
-    report.printUnlessQuiet(QStringLiteral("Configuration written to %1").arg(target));
-    report.set("configFile", target);
+    const QString file = resolvedTarget(context.commandLine.outputFile);
+    QString problem = writeProblem(file);
+    if (problem.isEmpty()) {
+        problem = writeWhole(file, *configuration);
+    }
+    if (!problem.isEmpty()) {
+        return failWith(context, problem);
+    }
+    report.printUnlessQuiet(QStringLiteral("Configuration written to %1").arg(file));
+    report.set("configFile", file);
     return inputStatus(context);
 }
 
 int writeProjectFile(CommandContext &context)
 {
-    if (isRefused(context, QStringLiteral("No project is written")) || !mayWrite(context)) {
+    if (isBlocked(context, QStringLiteral("No project is written"))) {
         return Failed;
     }
     Report &report = context.report;
-    const Project project = context.job->project();
+    const Project project = context.values->project();
     if (context.commandLine.outputFile.isEmpty()) {
         const QJsonObject object = projectToJson(project, QDir::currentPath());
         report.printRaw(QJsonDocument(object).toJson());
         report.set("project", object);
         return inputStatus(context);
     }
-    const QString file = absolutePath(context.commandLine.outputFile);
-    const QString problem = writeProject(file, project);
+    const QString file = resolvedTarget(context.commandLine.outputFile);
+    QString problem = writeProblem(file);
+    if (problem.isEmpty()) {
+        problem = writeProject(file, project);
+    }
     if (!problem.isEmpty()) {
-        report.addFailure(problem);
-        return Failed;
+        return failWith(context, problem);
     }
     report.printUnlessQuiet(QStringLiteral("Project written to %1").arg(file));
     report.set("projectFile", file);
     return inputStatus(context);
-}
-
-int verifyManifest(CommandContext &context)
-{
-    Report &report = context.report;
-    const QString file = context.commandLine.arguments.first();
-    Project manifest;
-    QString problem = readProject(file, &manifest);
-    if (problem.isEmpty() && !manifest.build) {
-        problem = QStringLiteral("%1 is a project file; it records no build.").arg(file);
-    }
-    if (!problem.isEmpty()) {
-        report.addFailure(problem);
-        return Failed;
-    }
-    const QVector<RecordedFile> files = recordedFiles(manifest);
-    QList<FileHash> hashes;
-    if (!hashFiles(context, pathsOf(files), &hashes)) {
-        report.addFailure(QStringLiteral("The comparison was interrupted."));
-        return Failed;
-    }
-    const QVector<Problem> differences = differencesInFiles(files, hashes);
-    showDifferences(context, differences);
-    report.print(
-        QStringLiteral("%1: %2 files compared, %3 different")
-            .arg(file, QString::number(files.count()), QString::number(differences.count())));
-    report.set("manifest", absolutePath(file));
-    report.set("compared", files.count());
-    report.set("differences", differences.count());
-    return differences.isEmpty() ? Success : Failed;
 }

@@ -32,7 +32,7 @@ QString optionLines(const char *title, const std::vector<OptionInfo> &options)
     for (const OptionInfo &option : options) {
         text += QLatin1String("  ") + optionUsage(option).leftJustified(optionWidth)
             + QLatin1String(option.description)
-            + QLatin1String(option.isRepeatable ? " Repeatable.\n" : "\n");
+            + QLatin1String(option.isRepeatable() ? " Repeatable.\n" : "\n");
     }
     return text;
 }

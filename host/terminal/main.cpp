@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/imagejob.h"
-#include "host/core/pluginlocator.h"
-#include "host/core/pluginsession.h"
+#include "host/core/plugin.h"
+#include "host/core/pluginfiles.h"
 #include "host/core/signalwatch.h"
+#include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/commandtable.h"
@@ -120,18 +120,18 @@ void occupyStandardDescriptors()
 }
 
 /// Finds the plug-in for the target that the user names.
-bool loadTarget(const QString &target, PluginSession *session, QString *problem)
+bool loadTarget(const QString &target, Plugin *plugin, QString *problem)
 {
     QStringList targets;
     for (const QString &file : installedPlugins(QString())) {
-        PluginSession candidate;
+        Plugin candidate;
         if (!candidate.load({file})) {
             continue;
         }
-        targets.append(QLatin1Char('"') + candidate.plugin()->getTargetName() + QLatin1Char('"'));
-        if (candidate.plugin()->getTargetName() == target) {
-            const bool loaded = session->load({file});
-            *problem = session->problem();
+        targets.append(QLatin1Char('"') + candidate.root()->getTargetName() + QLatin1Char('"'));
+        if (candidate.root()->getTargetName() == target) {
+            const bool loaded = plugin->load({file});
+            *problem = plugin->problem();
             return loaded;
         }
     }
@@ -142,40 +142,52 @@ bool loadTarget(const QString &target, PluginSession *session, QString *problem)
     return false;
 }
 
-int runWithPlugin(CommandContext &context)
+/// Loads the plug-in that the command line names; on failure, reports why.
+bool loadPlugin(const CommandLine &commandLine, Plugin *plugin, Report *report)
 {
-    const CommandLine &commandLine = context.commandLine;
-    Report &report = context.report;
-    PluginSession session;
-    QObject::connect(session.statusManager(), &StatusManager::statusMessage, &session,
-                     [&report](const QString &message) { report.addStatus(message); });
-    QObject::connect(session.statusManager(), &StatusManager::errorMessage, &session,
-                     [&report](const QString &message) { report.addError(message); });
     QString problem;
     bool loaded = false;
     if (commandLine.target.isEmpty()) {
-        loaded = session.load(pluginCandidates(commandLine.pluginFile));
-        problem = session.problem();
+        loaded = plugin->load(pluginCandidates(commandLine.pluginFile));
+        problem = plugin->problem();
     } else {
-        loaded = loadTarget(commandLine.target, &session, &problem);
+        loaded = loadTarget(commandLine.target, plugin, &problem);
     }
     if (!loaded) {
-        report.addFailure(problem);
+        report->addFailure(problem);
+    }
+    return loaded;
+}
+
+int runWithPlugin(CommandContext &context)
+{
+    const CommandInfo &command = *context.commandLine.command;
+    Report &report = context.report;
+    Plugin plugin;
+    QObject::connect(&plugin, &Plugin::statusMessage, &plugin,
+                     [&report](const QString &message) { report.addStatus(message); });
+    QObject::connect(&plugin, &Plugin::errorMessage, &plugin,
+                     [&report](const QString &message) { report.addError(message); });
+    if (!loadPlugin(context.commandLine, &plugin, &report)) {
         return PluginProblem;
     }
-    ImageJob job(&session);
-    context.session = &session;
-    context.job = &job;
-    if (context.isInterrupted()) {
-        return Failed;
+    Values values(&plugin);
+    context.plugin = &plugin;
+    context.values = &values;
+    if (command.needs == CommandNeeds::Inputs) {
+        applyInputs(context);
     }
-    if (!applyInputs(context)) {
-        report.addFailure(session.problem());
+    int status = Failed;
+    if (plugin.isLoaded() && !context.isInterrupted()) {
+        status = command.function(context);
+    }
+    if (!plugin.isLoaded()) {
+        report.addFailure(plugin.problem());
         return PluginProblem;
     }
-    const int status
-        = context.isInterrupted() ? int(Failed) : commandLine.command->function(context);
-    noteProblems(context);
+    if (command.needs == CommandNeeds::Inputs) {
+        noteProblems(context);
+    }
     return status;
 }
 
@@ -196,8 +208,7 @@ int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, R
         return Failed;
     }
     const bool writesToOutput = commandLine.outputFile.isEmpty()
-        && (commandLine.command->function == writeConfig
-            || commandLine.command->function == writeProjectFile);
+        && commandLine.command->style == CommandStyle::WritesContent;
     if (writesToOutput) {
         report->keepOutputClean();
     }
@@ -205,9 +216,9 @@ int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, R
     if (context.isInterrupted()) {
         return Failed;
     }
-    return commandLine.command->needs == CommandNeeds::Plugin
-        ? runWithPlugin(context)
-        : commandLine.command->function(context);
+    return commandLine.command->needs == CommandNeeds::Nothing
+        ? commandLine.command->function(context)
+        : runWithPlugin(context);
 }
 
 /// The output of --version, --help and help; empty for any other command.
@@ -229,6 +240,14 @@ QString informationFor(const CommandLine &commandLine)
     return helpWanted || helpCommand ? helpText() : QString();
 }
 
+Report::Verbosity verbosityOf(const CommandLine &commandLine)
+{
+    if (commandLine.isQuiet) {
+        return Report::Verbosity::Quiet;
+    }
+    return commandLine.isVerbose ? Report::Verbosity::Verbose : Report::Verbosity::Normal;
+}
+
 int runProgram(int argumentCount, char **arguments, const SignalWatch &signalWatch)
 {
     // Hides Qt's warnings about its environment, which do not belong among the plug-in's messages;
@@ -239,8 +258,9 @@ int runProgram(int argumentCount, char **arguments, const SignalWatch &signalWat
         commandLine.problem = encodingProblem(argumentCount, arguments);
     }
     const QString information = informationFor(commandLine);
-    Report report(information.isEmpty() ? commandLine.format : Report::Format::Text,
-                  commandLine.verbosity, signalWatch);
+    const bool isJson = commandLine.isJson && information.isEmpty();
+    Report report(isJson ? Report::Format::Json : Report::Format::Text, verbosityOf(commandLine),
+                  signalWatch);
     int status = Success;
     if (!information.isEmpty()) {
         report.print(information);

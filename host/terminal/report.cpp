@@ -62,16 +62,31 @@ QString kindName(ProblemKind kind)
     switch (kind) {
     case ProblemKind::Input:
         return QStringLiteral("input");
+    case ProblemKind::Difference:
+        return QStringLiteral("difference");
+    case ProblemKind::Candidates:
+        return QStringLiteral("candidates");
     case ProblemKind::Message:
         return QStringLiteral("message");
-    case ProblemKind::Check:
-        return QStringLiteral("check");
     case ProblemKind::Finding:
         return QStringLiteral("finding");
-    case ProblemKind::Difference:
+    case ProblemKind::Check:
         break;
     }
-    return QStringLiteral("difference");
+    return QStringLiteral("check");
+}
+
+QString severityName(Severity severity)
+{
+    switch (severity) {
+    case Severity::Warning:
+        return QStringLiteral("warning");
+    case Severity::Error:
+        return QStringLiteral("error");
+    case Severity::Fatal:
+        break;
+    }
+    return QStringLiteral("fatal");
 }
 
 QJsonObject toJson(const Record &record)
@@ -88,12 +103,13 @@ QJsonObject toJson(const Record &record)
 QJsonObject toJson(const Problem &problem)
 {
     return toJson(Record{{nullptr, "kind", kindName(problem.kind)},
-                         {nullptr, "ingredient", problem.ingredient},
-                         {nullptr, "key", problem.key},
+                         {nullptr, "severity", severityName(problem.severity)},
+                         {nullptr, "ingredient", problem.ingredient.name},
+                         {nullptr, "key", problem.ingredient.key},
                          {nullptr, "text", problem.text},
                          {nullptr, "required", problem.required},
                          {nullptr, "actual", problem.actual},
-                         {nullptr, "file", problem.file}});
+                         {nullptr, "files", QJsonArray::fromStringList(problem.files)}});
 }
 
 } // namespace
@@ -162,8 +178,9 @@ void Report::addError(const QString &message)
 
 void Report::addFailure(const QString &text)
 {
-    failures.append(
-        toJson(Record{{nullptr, "kind", QStringLiteral("failure")}, {nullptr, "text", text}}));
+    failures.append(toJson(Record{{nullptr, "kind", QStringLiteral("failure")},
+                                  {nullptr, "severity", QStringLiteral("fatal")},
+                                  {nullptr, "text", text}}));
     printError(text);
 }
 
@@ -187,6 +204,11 @@ void Report::noteProblem(const Problem &problem)
 void Report::addWarning(const QString &text)
 {
     warnings.append(text);
+    printWarning(text);
+}
+
+void Report::printWarning(const QString &text)
+{
     if (format == Format::Text || verbosity != Verbosity::Quiet) {
         writeLine(&errors, QLatin1String("loomwright: warning: ") + text);
     }

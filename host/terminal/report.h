@@ -53,10 +53,13 @@ public:
     void addFailure(const QString &text);
     /// A line on standard error, and a warning in JSON.
     void printError(const QString &text);
+    /// The same for a warning that is among the problems.
+    void printWarning(const QString &text);
     /// More lines on standard error for an earlier failure; nothing with JSON.
     void printHint(const QString &text);
     /// A problem in JSON; nothing without JSON.
     void noteProblem(const Problem &problem);
+    /// A line on standard error, and a warning of its own in JSON.
     void addWarning(const QString &text);
     /// Replaces the progress line on a terminal; an empty text removes it.
     void showProgress(const QString &text);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/imagejob.h"
-#include "host/core/pluginlocator.h"
-#include "host/core/pluginsession.h"
+#include "host/core/plugin.h"
+#include "host/core/pluginfiles.h"
+#include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
 #include "host/terminal/exitstatus.h"
@@ -22,10 +22,10 @@ Field listField(const char *title, const char *name, const QStringList &texts)
             texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "))};
 }
 
-QStringList viewNames(PluginSession *session)
+QStringList viewNames(const Plugin &plugin)
 {
     QStringList names;
-    const QList<IDataView *> views = session->ingredientManager()->getSupportedViews();
+    const QList<IDataView *> views = plugin.ingredientManager()->getSupportedViews();
     for (IDataView *view : views) {
         names.append(view->getDisplayName());
     }
@@ -34,15 +34,15 @@ QStringList viewNames(PluginSession *session)
 
 Record recordOf(const Ingredient &ingredient)
 {
-    Record record{
-        {"Group", "group", ingredient.group},
-        {"Ingredient", "name", ingredient.name,
-         ingredient.isVisible ? ingredient.name : ingredient.name + QLatin1String(" (hidden)")},
-        {"Key", "key", ingredient.key},
-        {"Value", "value", textOf(ingredient.value)},
-        {"Must be", nullptr, {}, demandOf(ingredient.value)},
-        {nullptr, "kind", kindName(kindOf(ingredient.value))},
-        {nullptr, "visible", ingredient.isVisible}};
+    Record record{{"Group", "group", ingredient.group},
+                  {"Ingredient", "name", ingredient.id.name,
+                   ingredient.isVisible ? ingredient.id.name
+                                        : ingredient.id.name + QLatin1String(" (hidden)")},
+                  {"Key", "key", ingredient.id.key},
+                  {"Value", "value", ingredient.text()},
+                  {"Must be", nullptr, {}, demandOf(ingredient.value)},
+                  {nullptr, "kind", kindName(kindOf(ingredient.value))},
+                  {nullptr, "visible", ingredient.isVisible}};
     if (kindOf(ingredient.value) == ValueKind::File) {
         const auto file = ingredient.value.value<FilePath>();
         record.push_back({nullptr, "input", file.isInput});
@@ -59,8 +59,8 @@ Record recordOf(const Ingredient &ingredient)
 /// Why @p file cannot be loaded; empty when it can.
 QString loadingProblem(const QString &file)
 {
-    PluginSession session;
-    return session.load({file}) ? QString() : session.problem();
+    Plugin plugin;
+    return plugin.load({file}) ? QString() : plugin.problem();
 }
 
 /// One per line, without duplicates.
@@ -76,8 +76,8 @@ void printNames(CommandContext &context, QStringList names)
 void printIngredientNames(CommandContext &context)
 {
     QStringList names;
-    for (const Ingredient &ingredient : context.job->ingredients()) {
-        names << ingredient.name << ingredient.key;
+    for (const Ingredient &ingredient : context.values->ingredients()) {
+        names << ingredient.id.name << ingredient.id.key;
     }
     names.removeAll(QString());
     printNames(context, names);
@@ -87,17 +87,15 @@ void printIngredientNames(CommandContext &context)
 
 int showInfo(CommandContext &context)
 {
-    PluginSession *session = context.session;
-    ILoomwrightPlugin *plugin = session->plugin();
-    context.report.add(
-        {{"Target", "target", plugin->getTargetName()},
-         {"Version", "version", plugin->getPluginVersion()},
-         {"Author", "author", plugin->getAuthor()},
-         listField("Host interface", "hostInterfaces", plugin->getTargetAPIVersions()),
-         {"Identifier", "identifier", QStringLiteral(ILoomwrightPlugin_iid)},
-         {"Qt", "qt", QLatin1String(qVersion())},
-         {"File", "file", session->fileName()},
-         listField("Data views", "dataViews", viewNames(session))});
+    ILoomwrightPlugin *root = context.plugin->root();
+    context.report.add({{"Target", "target", root->getTargetName()},
+                        {"Version", "version", root->getPluginVersion()},
+                        {"Author", "author", root->getAuthor()},
+                        listField("Host interface", "hostInterfaces", root->getTargetAPIVersions()),
+                        {"Identifier", "identifier", QStringLiteral(ILoomwrightPlugin_iid)},
+                        {"Qt", "qt", QLatin1String(qVersion())},
+                        {"File", "file", context.plugin->fileName()},
+                        listField("Data views", "dataViews", viewNames(*context.plugin))});
     return inputStatus(context);
 }
 
@@ -116,15 +114,15 @@ int listTargets(CommandContext &context)
         if (context.isInterrupted()) {
             return Failed;
         }
-        PluginSession session;
-        if (!session.load({file})) {
-            context.report.addFailure(session.problem());
+        Plugin plugin;
+        if (!plugin.load({file})) {
+            context.report.addFailure(plugin.problem());
             status = Failed;
             continue;
         }
-        names.append(session.plugin()->getTargetName());
-        rows.push_back({{"Target", "target", session.plugin()->getTargetName()},
-                        {"Version", "version", session.plugin()->getPluginVersion()},
+        names.append(plugin.root()->getTargetName());
+        rows.push_back({{"Target", "target", plugin.root()->getTargetName()},
+                        {"Version", "version", plugin.root()->getPluginVersion()},
                         {"File", "file", file}});
     }
     if (rows.empty() && status == Success) {
@@ -147,7 +145,7 @@ int listIngredients(CommandContext &context)
         return inputStatus(context);
     }
     std::vector<Record> rows;
-    for (const Ingredient &ingredient : context.job->ingredients()) {
+    for (const Ingredient &ingredient : context.values->ingredients()) {
         rows.push_back(recordOf(ingredient));
     }
     context.report.printTable(rows);

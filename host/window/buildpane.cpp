@@ -3,8 +3,8 @@
 
 #include "host/window/buildpane.h"
 
-#include "host/core/imagesession.h"
 #include "host/window/problemtext.h"
+#include "host/window/session.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -27,9 +27,14 @@ QString seconds(qint64 milliseconds)
     return QLocale().toString(double(milliseconds) / 1000, 'f', 1);
 }
 
+QString mebibytes(qint64 bytes)
+{
+    return QLocale().toString(double(bytes) / (1 << 20), 'f', 0);
+}
+
 } // namespace
 
-BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
+BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
     , text(new QLabel(this))
@@ -64,9 +69,9 @@ BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     folderButton->setObjectName(QStringLiteral("openImageFolder"));
     hide();
 
-    connect(stopButton, &QPushButton::clicked, session, &ImageSession::stopBuild);
+    connect(stopButton, &QPushButton::clicked, session, &Session::stopBuild);
     connect(folderButton, &QPushButton::clicked, this, [this] {
-        const QFileInfo image(session->lastBuild().result().imageFile);
+        const QFileInfo image(session->buildResult().image.file);
         if (!QDesktopServices::openUrl(QUrl::fromLocalFile(image.path()))) {
             emit failed(tr("The folder %1 could not be opened.")
                             .arg(QDir::toNativeSeparators(image.path())));
@@ -74,11 +79,11 @@ BuildPane::BuildPane(ImageSession *imageSession, QWidget *parent)
     });
     elapsedTimer.setInterval(elapsedIntervalMs);
     connect(&elapsedTimer, &QTimer::timeout, this, &BuildPane::showElapsed);
-    connect(session, &ImageSession::buildStarted, this, &BuildPane::showRunning);
-    connect(session, &ImageSession::hashing, this, &BuildPane::showHashing);
-    connect(session, &ImageSession::buildFinished, this, &BuildPane::showResult);
-    connect(session, &ImageSession::changed, this, &BuildPane::showAge);
-    connect(session, &ImageSession::projectOpened, this, &QWidget::hide);
+    connect(session, &Session::buildStarted, this, &BuildPane::showRunning);
+    connect(session, &Session::hashing, this, &BuildPane::showHashing);
+    connect(session, &Session::buildFinished, this, &BuildPane::showResult);
+    connect(session, &Session::changed, this, &BuildPane::showAge);
+    connect(session, &Session::projectOpened, this, &QWidget::hide);
 }
 
 void BuildPane::setText(const QString &newText)
@@ -109,7 +114,7 @@ void BuildPane::showHashing(qint64 done, qint64 total)
     elapsedTimer.stop();
     progress->setRange(0, progressSteps);
     progress->setValue(total > 0 ? int(double(done) / double(total) * progressSteps) : 0);
-    setText(tr("Hashing the image: %1 of %2").arg(bytesText(done), bytesText(total)));
+    setText(tr("Hashing: %1 of %2 MiB").arg(mebibytes(done), mebibytes(total)));
 }
 
 void BuildPane::showResult(const BuildResult &result)
@@ -121,22 +126,14 @@ void BuildPane::showResult(const BuildResult &result)
     folderButton->setVisible(result.isSuccess);
     if (result.isSuccess) {
         setText(tr("✔ %1\n%2 in %3 s, SHA-256 %4")
-                    .arg(QDir::toNativeSeparators(result.imageFile), bytesText(result.imageSize),
-                         seconds(result.elapsedMs), QString::fromLatin1(result.sha256)));
-    } else if (session->isStopped()) {
+                    .arg(QDir::toNativeSeparators(result.image.file),
+                         bytesText(result.image.state.size), seconds(result.elapsedMs),
+                         QString::fromLatin1(result.image.sha256)));
+    } else if (result.isStopped) {
         setText(result.reason);
     } else {
         setText(tr("✖ The build failed. %1").arg(result.reason));
     }
-}
-
-void BuildPane::showProblem(const QString &problem)
-{
-    progress->hide();
-    stopButton->hide();
-    age->hide();
-    folderButton->hide();
-    setText(tr("✖ Nothing was built. %1").arg(problem));
 }
 
 void BuildPane::showAge()

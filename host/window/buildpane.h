@@ -3,13 +3,13 @@
 
 #pragma once
 
-#include "host/core/buildrunner.h"
+#include "host/core/build.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
-class ImageSession;
+class Session;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -22,10 +22,7 @@ class BuildPane : public QWidget
 
 public:
     /// Shows the builds of @p imageSession, which must outlive this pane.
-    explicit BuildPane(ImageSession *imageSession, QWidget *parent = nullptr);
-
-    /// Shows why a build could not be started.
-    void showProblem(const QString &problem);
+    explicit BuildPane(Session *imageSession, QWidget *parent = nullptr);
 
 signals:
     /// A request of the user failed.
@@ -39,7 +36,7 @@ private:
     void showAge();
     void setText(const QString &newText);
 
-    ImageSession *session;
+    Session *session;
     QLabel *text;
     QLabel *age;
     QProgressBar *progress;

@@ -22,13 +22,15 @@ QString tr(const char *text)
     return QCoreApplication::translate("BuildQuestion", text);
 }
 
-QString listed(const QVector<Problem> &problems)
+QString listed(const Problems &problems)
 {
     QStringList lines;
     for (const Problem &problem : problems.mid(0, maxListed)) {
-        QString line = problem.ingredient + QLatin1String(": ") + problemLine(problem);
-        if (!problem.file.isEmpty()) {
-            line += QLatin1String("\n    ") + QDir::toNativeSeparators(problem.file);
+        QString line = problem.ingredient.isEmpty()
+            ? problemLine(problem)
+            : problem.ingredient.name + QLatin1String(": ") + problemLine(problem);
+        for (const QString &file : problem.files) {
+            line += QLatin1String("\n    ") + QDir::toNativeSeparators(file);
         }
         lines << line;
     }
@@ -41,23 +43,23 @@ QString listed(const QVector<Problem> &problems)
 
 } // namespace
 
-bool askToBuild(QWidget *parent, const QVector<Problem> &problems)
+bool askToBuild(QWidget *parent, const Problems &problems)
 {
     if (problems.isEmpty()) {
         return true;
     }
-    const bool mustBeFixed
-        = std::any_of(problems.begin(), problems.end(),
-                      [](const Problem &problem) { return problem.mustBeFixed; });
+    const bool blocked = std::any_of(problems.begin(), problems.end(), [](const Problem &problem) {
+        return problem.severity == Severity::Fatal;
+    });
     QMessageBox question(QMessageBox::Warning, tr("Build"),
-                         mustBeFixed ? tr("The image cannot be built with these problems:")
-                                     : tr("The image has these problems:"),
+                         blocked ? tr("The image cannot be built with these problems:")
+                                 : tr("The image has these problems:"),
                          QMessageBox::NoButton, parent);
     question.setTextFormat(Qt::PlainText);
     question.setInformativeText(listed(problems));
     QPushButton *cancel = question.addButton(QMessageBox::Cancel);
     const QAbstractButton *anyway
-        = mustBeFixed ? nullptr : question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
+        = blocked ? nullptr : question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
     question.setDefaultButton(cancel);
     question.exec();
     return anyway && question.clickedButton() == anyway;

@@ -11,7 +11,7 @@ class QWidget;
 
 /// Shows @p problems before a build and asks whether to build anyway, which is not offered when one
 /// of them must be fixed. True when the build is to start; without problems, does not ask.
-bool askToBuild(QWidget *parent, const QVector<Problem> &problems);
+bool askToBuild(QWidget *parent, const Problems &problems);
 
 /// Asks whether to stop the running build because the window is about to be closed.
 bool askToStop(QWidget *parent);

@@ -3,10 +3,10 @@
 
 #include "host/window/ingredientpane.h"
 
-#include "host/core/imagesession.h"
 #include "host/window/ingredientdelegate.h"
 #include "host/window/ingredientproxymodel.h"
 #include "host/window/ingredienttree.h"
+#include "host/window/session.h"
 #include "model/modelcolumns.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
@@ -27,7 +27,7 @@ const int minCharactersForDate = 100;
 
 } // namespace
 
-IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
+IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
     , model(new IngredientProxyModel(imageSession, this))
@@ -65,23 +65,24 @@ IngredientPane::IngredientPane(ImageSession *imageSession, QWidget *parent)
     connect(tree, &IngredientTree::filesDropped, this, &IngredientPane::filesDropped);
     connect(tree, &IngredientTree::fileDropped, this,
             [this](const QModelIndex &row, const QString &file) {
-                const Ingredient ingredient = model->ingredientAt(row);
+                const auto ingredient = model->ingredientAt(row);
                 commitEditor(); // Committing may replace the model.
-                session->setValue(ingredient.name, ingredient.key, file);
+                if (ingredient) {
+                    session->setValue(ingredient->id, file);
+                }
             });
     connect(delegate, &IngredientDelegate::candidatesRequested, this,
             &IngredientPane::showCandidates);
-    connect(delegate, &IngredientDelegate::editingChanged, session, &ImageSession::setEditing);
-    connect(session, &ImageSession::pluginAboutToChange, this, &IngredientPane::detach);
-    connect(session, &ImageSession::pluginChanged, this, &IngredientPane::attach);
-    connect(session, &ImageSession::changed, this, &IngredientPane::update);
+    connect(delegate, &IngredientDelegate::editingChanged, session, &Session::setEditing);
+    connect(session, &Session::pluginAboutToChange, this, &IngredientPane::detach);
+    connect(session, &Session::pluginChanged, this, &IngredientPane::attach);
+    connect(session, &Session::changed, this, &IngredientPane::update);
 }
 
 void IngredientPane::detach()
 {
-    const Ingredient current = model->ingredientAt(tree->currentIndex());
-    currentName = current.name;
-    currentKey = current.key;
+    const auto ingredient = model->ingredientAt(tree->currentIndex());
+    current = ingredient ? ingredient->id : IngredientId();
     model->setSourceModel(nullptr);
 }
 
@@ -90,7 +91,7 @@ void IngredientPane::attach()
     if (!session->isLoaded()) {
         return;
     }
-    IIngredientManager *manager = session->plugin()->getIngredientManager();
+    IIngredientManager *manager = session->root()->getIngredientManager();
     model->setSourceModel(manager->getIngredients());
     model->update();
     for (int column = 0; column < model->columnCount(); ++column) {
@@ -102,7 +103,7 @@ void IngredientPane::attach()
     hideColumns();
     tree->expandAll();
     hideRows();
-    tree->setCurrentIndex(model->valueCell(currentName, currentKey));
+    tree->setCurrentIndex(model->valueCell(current));
 }
 
 /// Hides the columns that the plug-in wants hidden. In a narrow window also hides date and size,
@@ -115,7 +116,7 @@ void IngredientPane::hideColumns()
     const int sourceColumns = model->sourceModel()->columnCount();
     for (int column = 0; column < sourceColumns; ++column) {
         tree->setColumnHidden(
-            column, !session->plugin()->getIngredientManager()->ingredientColumnIsVisible(column));
+            column, !session->root()->getIngredientManager()->ingredientColumnIsVisible(column));
     }
     const int characters = width() / fontMetrics().averageCharWidth();
     tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::SizeColumn),
@@ -145,9 +146,9 @@ void IngredientPane::setEditable(bool isEditable)
     clearAction->setEnabled(isEditable);
 }
 
-void IngredientPane::showIngredient(const QString &name, const QString &key)
+void IngredientPane::showIngredient(const IngredientId &id)
 {
-    const QModelIndex cell = model->valueCell(name, key);
+    const QModelIndex cell = model->valueCell(id);
     if (cell.isValid()) {
         tree->setCurrentIndex(cell);
         tree->scrollTo(cell);
@@ -182,7 +183,7 @@ QList<QAction *> IngredientPane::rowActions() const
 void IngredientPane::showMenu(const QPoint &position)
 {
     const QModelIndex index = tree->indexAt(position);
-    if (!model->ingredientAt(index).valueIndex.isValid()) {
+    if (!model->ingredientAt(index)) {
         return;
     }
     tree->setCurrentIndex(index);
@@ -202,17 +203,19 @@ void IngredientPane::showCandidates(const QModelIndex &index)
 
 void IngredientPane::addCandidates(QMenu *menu, const QModelIndex &index)
 {
-    const Ingredient ingredient = model->ingredientAt(index);
+    const auto ingredient = model->ingredientAt(index);
+    if (!ingredient) {
+        return;
+    }
     const QStringList files = index.data(IngredientProxyModel::CandidatesRole).toStringList();
     for (const QString &file : files) {
         QString text = QDir::toNativeSeparators(file);
         QAction *action = menu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
         action->setCheckable(true);
-        action->setChecked(file == textOf(ingredient.value));
+        action->setChecked(file == ingredient->text());
         action->setEnabled(editAction->isEnabled());
-        connect(action, &QAction::triggered, this, [this, ingredient, file] {
-            session->setValue(ingredient.name, ingredient.key, file);
-        });
+        connect(action, &QAction::triggered, this,
+                [this, id = ingredient->id, file] { session->setValue(id, file); });
     }
 }
 
@@ -227,14 +230,16 @@ void IngredientPane::editCurrent()
 
 void IngredientPane::clearCurrent()
 {
-    const Ingredient ingredient = model->ingredientAt(tree->currentIndex());
-    if (ingredient.valueIndex.isValid() && kindOf(ingredient.value) != ValueKind::Choice) {
-        session->setValue(ingredient.name, ingredient.key, QString());
+    const auto ingredient = model->ingredientAt(tree->currentIndex());
+    if (ingredient && kindOf(ingredient->value) != ValueKind::Choice) {
+        session->setValue(ingredient->id, QString());
     }
 }
 
 void IngredientPane::copyCurrent()
 {
-    const Ingredient ingredient = model->ingredientAt(tree->currentIndex());
-    QApplication::clipboard()->setText(QDir::toNativeSeparators(textOf(ingredient.value)));
+    const auto ingredient = model->ingredientAt(tree->currentIndex());
+    if (ingredient) {
+        QApplication::clipboard()->setText(QDir::toNativeSeparators(ingredient->text()));
+    }
 }

@@ -3,10 +3,12 @@
 
 #pragma once
 
+#include "host/core/ingredients.h"
+
 #include <QStringList>
 #include <QWidget>
 
-class ImageSession;
+class Session;
 class IngredientDelegate;
 class IngredientProxyModel;
 class IngredientTree;
@@ -20,10 +22,10 @@ class IngredientPane : public QWidget
 
 public:
     /// Shows the values of @p imageSession, which must outlive this pane.
-    explicit IngredientPane(ImageSession *imageSession, QWidget *parent = nullptr);
+    explicit IngredientPane(Session *imageSession, QWidget *parent = nullptr);
 
     /// Selects an ingredient and sets the focus on it.
-    void showIngredient(const QString &name, const QString &key);
+    void showIngredient(const IngredientId &id);
     /// Stores what is being typed.
     void commitEditor();
     /// Sets whether values may be changed.
@@ -52,13 +54,12 @@ private:
     void clearCurrent();
     void copyCurrent();
 
-    ImageSession *session;
+    Session *session;
     IngredientProxyModel *model;
     IngredientTree *tree;
     IngredientDelegate *delegate;
     QAction *editAction;
     QAction *clearAction;
     QAction *copyAction;
-    QString currentName;
-    QString currentKey;
+    IngredientId current; ///< While the model is being replaced.
 };

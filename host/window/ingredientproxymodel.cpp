@@ -4,9 +4,9 @@
 #include "host/window/ingredientproxymodel.h"
 
 #include "host/core/filestate.h"
-#include "host/core/imagesession.h"
 #include "host/window/marks.h"
 #include "host/window/problemtext.h"
+#include "host/window/session.h"
 #include "model/filepath.h"
 
 #include <QDir>
@@ -40,7 +40,7 @@ QString stateText(RowState state)
 
 } // namespace
 
-IngredientProxyModel::IngredientProxyModel(ImageSession *imageSession, QObject *parent)
+IngredientProxyModel::IngredientProxyModel(Session *imageSession, QObject *parent)
     : KExtraColumnsProxyModel(parent)
     , session(imageSession)
 {
@@ -50,10 +50,8 @@ IngredientProxyModel::IngredientProxyModel(ImageSession *imageSession, QObject *
 
 QModelIndex IngredientProxyModel::buddy(const QModelIndex &index) const
 {
-    const Ingredient ingredient = ingredientAt(index);
-    return ingredient.valueIndex.isValid()
-        ? sibling(index.row(), ingredient.valueIndex.column(), index)
-        : index;
+    const auto ingredient = ingredientAt(index);
+    return ingredient ? sibling(index.row(), ingredient->index.column(), index) : index;
 }
 
 IngredientProxyModel::RowKey IngredientProxyModel::rowKey(const QModelIndex &index) const
@@ -78,7 +76,7 @@ QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
     if (extraColumnForProxyColumn(index.column()) >= 0) {
         return KExtraColumnsProxyModel::data(index, role);
     }
-    if (index.column() == 0 && row.ingredient.valueIndex.isValid()) {
+    if (index.column() == 0 && row.ingredient.index.isValid()) {
         return nameData(index, row, role);
     }
     QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
@@ -100,7 +98,7 @@ QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row
         return markIcon(row.state);
     }
     if (role == Qt::AccessibleTextRole && row.state != RowState::Plain) {
-        return QStringLiteral("%1, %2").arg(row.ingredient.name, stateText(row.state));
+        return QStringLiteral("%1, %2").arg(row.ingredient.id.name, stateText(row.state));
     }
     return KExtraColumnsProxyModel::data(index, role);
 }
@@ -122,12 +120,11 @@ QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int ro
 /// Passes the value to the session, which also replaces the model if the value is a data file.
 bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    const Ingredient ingredient = ingredientAt(index);
-    if (role != Qt::EditRole || !ingredient.valueIndex.isValid()
-        || ingredient.valueIndex.column() != index.column()) {
+    const auto ingredient = ingredientAt(index);
+    if (role != Qt::EditRole || !ingredient || ingredient->index.column() != index.column()) {
         return false;
     }
-    session->setValue(ingredient.name, ingredient.key, textOf(value));
+    session->setValue(ingredient->id, textOf(value));
     return true;
 }
 
@@ -151,7 +148,7 @@ IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredie
 {
     Row row;
     row.ingredient = ingredient;
-    row.candidates = session->candidates(ingredient.name, ingredient.key);
+    row.candidates = session->candidates(ingredient.id);
     if (kindOf(ingredient.value) == ValueKind::File) {
         const QString file = textOf(ingredient.value);
         const FileState state = FileState::of(file);
@@ -166,7 +163,7 @@ IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredie
         row.remarks << tr("The file has changed since the image was built.");
     }
     for (const Problem &problem : session->problems()) {
-        if (problem.ingredient == ingredient.name && problem.key == ingredient.key) {
+        if (problem.ingredient == ingredient.id) {
             row.state = isMissing(ingredient) ? RowState::Missing : RowState::Problem;
             row.remarks << problemLine(problem);
         }
@@ -178,7 +175,7 @@ void IngredientProxyModel::update()
 {
     rows.clear();
     for (const Ingredient &ingredient : session->ingredients()) {
-        const RowKey key(ingredient.valueIndex.parent().row(), ingredient.valueIndex.row());
+        const RowKey key(ingredient.index.parent().row(), ingredient.index.row());
         rows.insert(key, rowOf(ingredient));
     }
     for (int groupRow = 0; groupRow < rowCount(); ++groupRow) {
@@ -190,14 +187,16 @@ void IngredientProxyModel::update()
     }
 }
 
-QModelIndex IngredientProxyModel::valueCell(const QString &name, const QString &key) const
+QModelIndex IngredientProxyModel::valueCell(const IngredientId &id) const
 {
-    const Ingredient ingredient = findIngredient(session->ingredients(), name, key);
-    return ingredient.valueIndex.model() == sourceModel() ? mapFromSource(ingredient.valueIndex)
-                                                          : QModelIndex();
+    const auto ingredient = findIngredient(session->ingredients(), id);
+    return ingredient && ingredient->index.model() == sourceModel()
+        ? mapFromSource(ingredient->index)
+        : QModelIndex();
 }
 
-Ingredient IngredientProxyModel::ingredientAt(const QModelIndex &index) const
+std::optional<Ingredient> IngredientProxyModel::ingredientAt(const QModelIndex &index) const
 {
-    return rows.value(rowKey(index)).ingredient;
+    const auto row = rows.constFind(rowKey(index));
+    return row == rows.constEnd() ? std::nullopt : std::make_optional(row->ingredient);
 }

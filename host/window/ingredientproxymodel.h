@@ -12,7 +12,7 @@
 
 #include <KExtraColumnsProxyModel>
 
-class ImageSession;
+class Session;
 
 /// The state of an ingredient, shown by its mark; later values override earlier ones.
 enum class RowState {
@@ -39,7 +39,7 @@ public:
     /// The columns after those of the source.
     enum ExtraColumn { SizeColumn, ModifiedColumn };
 
-    explicit IngredientProxyModel(ImageSession *imageSession, QObject *parent = nullptr);
+    explicit IngredientProxyModel(Session *imageSession, QObject *parent = nullptr);
 
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
@@ -51,9 +51,9 @@ public:
     /// Updates the rows from the session's values, files and problems.
     void update();
     /// The value cell of an ingredient; invalid when there is none.
-    QModelIndex valueCell(const QString &name, const QString &key) const;
-    /// The ingredient of a row; one with an invalid index for a group.
-    Ingredient ingredientAt(const QModelIndex &index) const;
+    QModelIndex valueCell(const IngredientId &id) const;
+    /// The ingredient of a row; none for a group.
+    std::optional<Ingredient> ingredientAt(const QModelIndex &index) const;
 
 private:
     struct Row {
@@ -71,7 +71,7 @@ private:
     QVariant nameData(const QModelIndex &index, const Row &row, int role) const;
     QString toolTipOf(const Row &row) const;
 
-    ImageSession *session;
+    Session *session;
     /// Indexed by the row of the group and the row within the group.
     QHash<RowKey, Row> rows;
 };

@@ -4,8 +4,8 @@
 #include "host/window/ingredienttree.h"
 
 #include "host/core/ingredients.h"
-#include "host/core/inputkind.h"
 #include "host/window/droppedfiles.h"
+#include "host/window/inputkind.h"
 
 #include <QDropEvent>
 #include <QHeaderView>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/pluginlocator.h"
+#include "host/core/pluginfiles.h"
 #include "host/core/signalwatch.h"
 #include "host/window/icons.h"
 #include "host/window/mainwindow.h"
@@ -93,8 +93,7 @@ QString chosenPlugin(const CommandLine &commandLine)
     return chosenForThisRun ? commandLine.pluginFile : readSettings().pluginFile;
 }
 
-int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments,
-              const SignalWatch &signalWatch)
+int runWindow(const CommandLine &commandLine, const SignalWatch &signalWatch)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -134,8 +133,7 @@ int runWindow(const CommandLine &commandLine, ArgumentVector *qtArguments,
 int main(int argc, char **argv)
 {
     const SignalWatch signalWatch;
-    const Arguments arguments = splitArguments(argumentsOf(argc, argv));
-    const CommandLine commandLine = parse(arguments.own);
+    const CommandLine commandLine = parse(argumentsOf(argc, argv));
     if (!commandLine.problem.isEmpty()) {
         std::fprintf(stderr, "%s: %s Try --help.\n", programName, qPrintable(commandLine.problem));
         return usageError;
@@ -144,8 +142,7 @@ int main(int argc, char **argv)
         std::fputs(qPrintable(commandLine.information), stdout);
         return 0;
     }
-    ArgumentVector qtArguments(arguments.forQt);
-    const int status = runWindow(commandLine, &qtArguments, signalWatch);
+    const int status = runWindow(commandLine, signalWatch);
     signalWatch.endLikeReceived();
     return status;
 }

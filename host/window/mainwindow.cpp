@@ -3,11 +3,8 @@
 
 #include "host/window/mainwindow.h"
 
-#include "host/core/manifestwriter.h"
-#include "host/core/pluginlocator.h"
-#include "host/core/statustext.h"
-#include "host/core/stitcherlocator.h"
-#include "host/core/terminalcommand.h"
+#include "host/core/pluginfiles.h"
+#include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
@@ -20,6 +17,8 @@
 #include "host/window/projectfiles.h"
 #include "host/window/settings.h"
 #include "host/window/settingsdialog.h"
+#include "host/window/statustext.h"
+#include "host/window/terminalcommand.h"
 #include "host/window/undohistory.h"
 #include "host/window/windowactions.h"
 #include "host/window/windowdocks.h"
@@ -129,25 +128,23 @@ void MainWindow::createPanes()
 
 void MainWindow::connectSession()
 {
-    connect(&session, &ImageSession::statusMessage, docks->logPane, &LogPane::addStatus);
-    connect(&session, &ImageSession::errorMessage, docks->logPane, &LogPane::addError);
-    connect(&session, &ImageSession::dataFileChanged, docks->dataViewPane,
-            &DataViewPane::refreshViews);
-    connect(&session, &ImageSession::pluginAboutToChange, docks,
-            [this] { docks->setPlugin(nullptr); });
-    connect(&session, &ImageSession::pluginChanged, this, &MainWindow::showPlugin);
-    connect(&session, &ImageSession::busyChanged, this, [](bool isBusy) {
+    connect(&session, &Session::statusMessage, docks->logPane, &LogPane::addStatus);
+    connect(&session, &Session::errorMessage, docks->logPane, &LogPane::addError);
+    connect(&session, &Session::dataFileChanged, docks->dataViewPane, &DataViewPane::refreshViews);
+    connect(&session, &Session::pluginAboutToChange, docks, [this] { docks->setPlugin(nullptr); });
+    connect(&session, &Session::pluginChanged, this, &MainWindow::showPlugin);
+    connect(&session, &Session::busyChanged, this, [](bool isBusy) {
         if (isBusy) {
             QApplication::setOverrideCursor(Qt::WaitCursor);
         } else {
             QApplication::restoreOverrideCursor();
         }
     });
-    connect(&session, &ImageSession::noticed, this, &MainWindow::showNotice);
-    connect(&session, &ImageSession::changed, this, &MainWindow::showState);
-    connect(&session, &ImageSession::changed, docks, [this] { docks->update(session); });
-    connect(&session, &ImageSession::projectChanged, this, &MainWindow::showTitle);
-    connect(&session, &ImageSession::valuesChanged, this, &MainWindow::showTitle);
+    connect(&session, &Session::noticed, this, &MainWindow::showNotice);
+    connect(&session, &Session::changed, this, &MainWindow::showState);
+    connect(&session, &Session::changed, docks, [this] { docks->update(session); });
+    connect(&session, &Session::projectChanged, this, &MainWindow::showTitle);
+    connect(&session, &Session::valuesChanged, this, &MainWindow::showTitle);
 
     connect(docks->problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
@@ -176,11 +173,11 @@ void MainWindow::connectActions()
     connectTo(actions->saveConfiguration, projectFiles, &ProjectFiles::saveConfigurationAs);
     connectTo(actions->choosePlugin, this, &MainWindow::choosePlugin);
     connectTo(actions->settings, this, &MainWindow::changeSettings);
-    connectTo(actions->rescan, &session, &ImageSession::rescan);
+    connectTo(actions->rescan, &session, &Session::rescan);
     connectTo(actions->nextProblem, docks, &WindowDocks::showNextProblem);
     connectTo(actions->build, this, &MainWindow::build);
-    connectTo(actions->stop, &session, &ImageSession::stopBuild);
-    connectTo(actions->writeManifest, this, &MainWindow::writeManifest);
+    connectTo(actions->stop, &session, &Session::stopBuild);
+    connectTo(actions->writeManifest, &session, &Session::writeManifest);
     connectTo(actions->copyCommand, this, &MainWindow::copyCommand);
     connect(actions->quit, &QAction::triggered, this, &QWidget::close);
     connect(actions->about, &QAction::triggered, this, &MainWindow::showAbout);
@@ -206,12 +203,11 @@ void MainWindow::showPlugin()
     const bool loaded = session.isLoaded();
     pages->setCurrentIndex(loaded ? workPageIndex : problemPageIndex);
     problemPage->setProblem(session.pluginProblem());
-    docks->setPlugin(session.plugin());
+    docks->setPlugin(session.root());
     if (loaded) {
-        showElided(
-            targetLabel,
-            tr("%1, version %2")
-                .arg(session.plugin()->getTargetName(), session.plugin()->getPluginVersion()));
+        showElided(targetLabel,
+                   tr("%1, version %2")
+                       .arg(session.root()->getTargetName(), session.root()->getPluginVersion()));
     }
     showState();
 }
@@ -253,16 +249,7 @@ void MainWindow::build()
     if (!askToBuild(this, session.problems())) {
         return;
     }
-    const Settings settings = readSettings();
-    const StitcherLocation stitcher = locateStitcher(settings.stitcherFile);
-    if (stitcher.file.isEmpty()) {
-        buildPane->showProblem(stitcher.problem);
-        return;
-    }
-    BuildOptions options;
-    options.stitcher = stitcher.file;
-    options.timeoutMs = settings.timeLimitSeconds * 1000;
-    session.build(options);
+    session.build(readSettings().timeLimitSeconds * 1000);
 }
 
 void MainWindow::choosePlugin()
@@ -282,21 +269,11 @@ void MainWindow::changeSettings()
         return;
     }
     writeSettings(dialog.settings());
+    session.setStitcher(dialog.settings().stitcherFile);
     const QString plugin = dialog.settings().pluginFile;
     if (plugin != before.pluginFile && projectFiles->mayLeave()) {
         loadPlugin(pluginCandidates(plugin));
     }
-}
-
-void MainWindow::writeManifest()
-{
-    const QString file = session.lastBuild().result().imageFile + QLatin1String(".manifest.json");
-    auto writer = new ManifestWriter(this);
-    connect(writer, &ManifestWriter::finished, this, [this, writer, file](const QString &problem) {
-        writer->deleteLater();
-        showNotice(problem.isEmpty() ? tr("The manifest was written to %1.").arg(file) : problem);
-    });
-    writer->start(session.lastBuild(), session.plugin()->getPluginVersion(), file);
 }
 
 void MainWindow::copyCommand()

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/core/imagesession.h"
+#include "host/window/session.h"
 
 #include <QMainWindow>
 
@@ -55,12 +55,11 @@ private:
     void showTitle();
     void choosePlugin();
     void changeSettings();
-    void writeManifest();
     void copyCommand();
     void showAbout();
     void showNotice(const QString &text);
 
-    ImageSession session;
+    Session session;
     UndoHistory *history;
     WindowActions *actions;
     WindowDocks *docks;

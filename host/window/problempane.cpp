@@ -53,7 +53,7 @@ void ProblemPane::resizeEvent(QResizeEvent *event)
 
 void ProblemPane::choose(const QTreeWidgetItem *item)
 {
-    emit ingredientChosen(item->text(NameColumn), item->text(KeyColumn));
+    emit ingredientChosen({item->text(NameColumn), item->text(KeyColumn)});
 }
 
 void ProblemPane::showNext()
@@ -65,16 +65,16 @@ void ProblemPane::showNext()
     }
 }
 
-void ProblemPane::setProblems(const QVector<Problem> &problems)
+void ProblemPane::setProblems(const Problems &problems)
 {
     QList<QStringList> newRows;
     for (const Problem &problem : problems) {
-        newRows << QStringList{problem.ingredient,
+        newRows << QStringList{problem.ingredient.name,
                                problem.text,
                                requiredText(problem),
                                actualText(problem),
-                               QDir::toNativeSeparators(problem.file),
-                               problem.key};
+                               QDir::toNativeSeparators(problem.files.join(tr(", "))),
+                               problem.ingredient.key};
     }
     if (newRows == rows) {
         return;

@@ -17,7 +17,7 @@ public:
     explicit ProblemPane(QWidget *parent = nullptr);
 
     /// Shows @p problems; does nothing if they are unchanged, so that the selection stays.
-    void setProblems(const QVector<Problem> &problems);
+    void setProblems(const Problems &problems);
 
     /// Selects the next problem, wrapping around at the end, and emits ingredientChosen().
     void showNext();
@@ -26,7 +26,7 @@ public:
 
 signals:
     /// The user wants to see this ingredient.
-    void ingredientChosen(const QString &name, const QString &key);
+    void ingredientChosen(const IngredientId &id);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -3,9 +3,9 @@
 
 #include "host/window/projectfiles.h"
 
-#include "host/core/files.h"
-#include "host/core/imagesession.h"
-#include "host/core/inputkind.h"
+#include "host/core/paths.h"
+#include "host/window/inputkind.h"
+#include "host/window/session.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -35,15 +35,14 @@ QString configurationFilter()
 
 } // namespace
 
-ProjectFiles::ProjectFiles(ImageSession *imageSession, KRecentFilesMenu *recentFiles,
-                           QWidget *parent)
+ProjectFiles::ProjectFiles(Session *imageSession, KRecentFilesMenu *recentFiles, QWidget *parent)
     : QObject(parent)
     , session(imageSession)
     , recent(recentFiles)
     , window(parent)
     , lastProject(QSettings().value(lastProjectKey()).toString())
 {
-    connect(session, &ImageSession::projectChanged, this, [this] {
+    connect(session, &Session::projectChanged, this, [this] {
         QSettings().setValue(lastProjectKey(), session->projectFile());
         if (!session->projectFile().isEmpty()) {
             recent->addUrl(QUrl::fromLocalFile(session->projectFile()));

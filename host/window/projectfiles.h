@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-class ImageSession;
+class Session;
 class KRecentFilesMenu;
 class QWidget;
 
@@ -16,7 +16,7 @@ class ProjectFiles : public QObject
 
 public:
     /// @p imageSession and @p recentFiles must outlive this object; dialogs belong to @p parent.
-    ProjectFiles(ImageSession *imageSession, KRecentFilesMenu *recentFiles, QWidget *parent);
+    ProjectFiles(Session *imageSession, KRecentFilesMenu *recentFiles, QWidget *parent);
 
     /// Opens folders, files, configurations or a project.
     void open(const QStringList &paths);
@@ -36,7 +36,7 @@ public:
 private:
     QString startFolder() const;
 
-    ImageSession *session;
+    Session *session;
     KRecentFilesMenu *recent;
     QWidget *window;
     /// Read at start-up, since opening a project changes the setting.

@@ -3,7 +3,7 @@
 
 #include "host/window/settings.h"
 
-#include "host/core/stitcherlocator.h"
+#include "host/core/stitcher.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

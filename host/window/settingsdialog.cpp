@@ -3,7 +3,7 @@
 
 #include "host/window/settingsdialog.h"
 
-#include "host/core/files.h"
+#include "host/core/paths.h"
 #include "host/window/failurecolor.h"
 
 #include <QDialogButtonBox>

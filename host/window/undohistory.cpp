@@ -3,7 +3,7 @@
 
 #include "host/window/undohistory.h"
 
-#include "host/core/imagesession.h"
+#include "host/window/session.h"
 
 #include <QUndoCommand>
 
@@ -16,7 +16,7 @@ const int maxSteps = 200;
 class ValuesCommand : public QUndoCommand
 {
 public:
-    ValuesCommand(ImageSession *imageSession, const QString &text, const Project &valuesBefore,
+    ValuesCommand(Session *imageSession, const QString &text, const Project &valuesBefore,
                   const Project &valuesAfter)
         : QUndoCommand(text)
         , session(imageSession)
@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    ImageSession *session;
+    Session *session;
     Project before;
     Project after;
     bool isNew = true;
@@ -48,13 +48,13 @@ private:
 
 } // namespace
 
-UndoHistory::UndoHistory(ImageSession *imageSession, QObject *parent)
+UndoHistory::UndoHistory(Session *imageSession, QObject *parent)
     : QUndoStack(parent)
 {
     setUndoLimit(maxSteps);
-    connect(imageSession, &ImageSession::valuesChanged, this,
+    connect(imageSession, &Session::valuesChanged, this,
             [this, imageSession](const QString &text, const Project &before, const Project &after) {
                 push(new ValuesCommand(imageSession, text, before, after));
             });
-    connect(imageSession, &ImageSession::projectOpened, this, &QUndoStack::clear);
+    connect(imageSession, &Session::projectOpened, this, &QUndoStack::clear);
 }

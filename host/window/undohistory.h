@@ -5,7 +5,7 @@
 
 #include <QUndoStack>
 
-class ImageSession;
+class Session;
 
 /// Undoes and redoes the user's changes to the values of a session. Opening another project or
 /// plug-in clears the history.
@@ -15,5 +15,5 @@ class UndoHistory : public QUndoStack
 
 public:
     /// @p imageSession must outlive this object.
-    explicit UndoHistory(ImageSession *imageSession, QObject *parent = nullptr);
+    explicit UndoHistory(Session *imageSession, QObject *parent = nullptr);
 };

@@ -3,8 +3,8 @@
 
 #include "host/window/windowactions.h"
 
-#include "host/core/imagesession.h"
 #include "host/window/icons.h"
+#include "host/window/session.h"
 #include "host/window/undohistory.h"
 
 #include <QAction>
@@ -120,7 +120,7 @@ void WindowActions::addRowActions(const QList<QAction *> &actions)
     editMenu->addActions(actions);
 }
 
-void WindowActions::update(const ImageSession &session)
+void WindowActions::update(const Session &session)
 {
     const bool loaded = session.isLoaded();
     const bool building = session.isBuilding();

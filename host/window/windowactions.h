@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-class ImageSession;
+class Session;
 class KRecentFilesMenu;
 class QAction;
 class QMainWindow;
@@ -24,7 +24,7 @@ public:
     WindowActions(QMainWindow *window, UndoHistory *history);
 
     /// Enables the actions that are possible in the current state of @p session.
-    void update(const ImageSession &session);
+    void update(const Session &session);
     /// Adds @p actions, each of which shows or hides a part of the window, to the View menu.
     void addViews(const QList<QAction *> &actions);
     /// Adds @p actions, which apply to the current row, to the Edit menu.

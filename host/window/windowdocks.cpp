@@ -3,10 +3,10 @@
 
 #include "host/window/windowdocks.h"
 
-#include "host/core/imagesession.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/logpane.h"
 #include "host/window/problempane.h"
+#include "host/window/session.h"
 #include "host/window/targetdetailspane.h"
 
 #include <QAction>
@@ -77,7 +77,7 @@ void WindowDocks::setPlugin(ILoomwrightPlugin *plugin)
     }
 }
 
-void WindowDocks::update(const ImageSession &session)
+void WindowDocks::update(const Session &session)
 {
     const int problemCount = session.problems().count();
     problemPane->setProblems(session.problems());

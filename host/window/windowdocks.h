@@ -7,7 +7,7 @@
 
 class DataViewPane;
 class ILoomwrightPlugin;
-class ImageSession;
+class Session;
 class LogPane;
 class ProblemPane;
 class QAction;
@@ -28,7 +28,7 @@ public:
     QList<QAction *> viewActions() const;
     /// Shows the panes for @p plugin; null empties them.
     void setPlugin(ILoomwrightPlugin *plugin);
-    void update(const ImageSession &session);
+    void update(const Session &session);
     void showNextProblem();
 
     /// Restores size, position, docks and toolbars of the last session.

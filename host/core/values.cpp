@@ -1,0 +1,732 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/values.h"
+
+#include "host/core/configuration.h"
+#include "host/core/findings.h"
+#include "host/core/paths.h"
+#include "host/core/plugin.h"
+#include "host/core/plugintexts.h"
+#include "model/filepath.h"
+#include "model/modelcolumns.h"
+#include "plugin/iexecutionmanager.h"
+#include "plugin/iingredientmanager.h"
+#include "plugin/iloomwrightplugin.h"
+
+#include <QAbstractItemModel>
+#include <QFileInfo>
+#include <QLocale>
+#include <QScopedValueRollback>
+#include <QSet>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+/// A data file may cause hundreds of thousands of errors. All of them are in the plug-in's messages.
+const int maxMessages = 50;
+
+/// The key and value in a message about a second value for one key.
+std::optional<QPair<QString, QString>> candidateIn(const QString &message)
+{
+    for (const char *prefix : {PluginText::duplicateIngredient, PluginText::duplicateEntry}) {
+        if (message.startsWith(QLatin1String(prefix))) {
+            const QString entry = message.mid(int(qstrlen(prefix)));
+            return qMakePair(entry.section(QLatin1Char('='), 0, 0).trimmed(),
+                             entry.section(QLatin1Char('='), 1).trimmed());
+        }
+    }
+    return std::nullopt;
+}
+
+QString candidatesText(const QStringList &files)
+{
+    const QString used = files.first();
+    const QString usedName = QFileInfo(used).fileName();
+    const auto named = std::count_if(files.begin(), files.end(), [&](const QString &file) {
+        return QFileInfo(file).fileName() == usedName;
+    });
+    return QStringLiteral("%1 candidates found; %2 is used")
+        .arg(QString::number(files.count()), named > 1 ? used : usedName);
+}
+
+QString fileRejection(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.exists()) {
+        return QStringLiteral("The file %1 was rejected: it does not exist.").arg(file);
+    }
+    return (info.isFile()
+                ? QStringLiteral("The file %1 was rejected: its name matches no ingredient.")
+                : QStringLiteral("The file %1 was rejected: it is not a regular file."))
+        .arg(file);
+}
+
+QString directoryRejection(const QString &directory)
+{
+    const QFileInfo info(directory);
+    QString reason = QStringLiteral("no file name in it matches an ingredient");
+    if (!info.exists()) {
+        reason = QStringLiteral("there is no such directory");
+    } else if (!info.isDir()) {
+        reason = QStringLiteral("it is not a directory");
+    } else if (!info.isReadable() || !info.isExecutable()) {
+        reason = QStringLiteral("it cannot be read");
+    }
+    return QStringLiteral("The directory %1 was rejected: %2.").arg(directory, reason);
+}
+
+/// The messages about a data file without the conclusion that follows from the others, and with the
+/// position of an error that the plug-in does not give.
+QStringList completed(QStringList messages, const QString &file)
+{
+    if (messages.count() > 1) {
+        messages.removeAll(QLatin1String(PluginText::failedValidation));
+    }
+    const int invalid = messages.indexOf(QLatin1String(PluginText::invalidXml));
+    const QString position = invalid >= 0 ? xmlProblem(file) : QString();
+    if (!position.isEmpty()) {
+        messages[invalid] += QStringLiteral(" (%1)").arg(position);
+    }
+    return messages;
+}
+
+Problem problemOf(const FileCheck &check)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Check;
+    problem.text = check.details;
+    problem.ingredient = check.ingredient.id;
+    problem.files.append(check.file);
+    if (check.expectedSize >= 0) {
+        problem.required = sizeText(check.expectedSize);
+        problem.requiredSize = check.expectedSize;
+        problem.actual = check.actualSize >= 0 ? sizeText(check.actualSize) : QString();
+        problem.actualSize = check.actualSize;
+    }
+    return problem;
+}
+
+FileCheck checkOf(const Ingredient &ingredient)
+{
+    FileCheck check;
+    check.ingredient = ingredient;
+    check.file = ingredient.text();
+    if (ingredient.value.value<FilePath>().exactSize > 0) {
+        check.expectedSize = ingredient.value.value<FilePath>().exactSize;
+    }
+    const FileState state = FileState::of(check.file);
+    if (state.isRegular()) {
+        check.actualSize = state.size;
+    }
+    return check;
+}
+
+/// The rows of the plug-in's table. They only have names, in tree order, and a name may occur twice.
+QVector<FileCheck> checksIn(const QAbstractItemModel &table, const Ingredients &ingredients)
+{
+    QVector<FileCheck> checks;
+    int position = 0;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const QString name = table.index(row, CheckColumn::Ingredient).data().toString();
+        int candidate = position;
+        while (candidate < ingredients.count() && ingredients.at(candidate).id.name != name) {
+            ++candidate;
+        }
+        const bool found = candidate < ingredients.count();
+        position = found ? candidate : position;
+        FileCheck check = checkOf(found ? ingredients.at(candidate) : Ingredient());
+        check.ingredient.id.name = name;
+        check.passed = table.index(row, CheckColumn::Passed).data().toBool();
+        check.details = table.index(row, CheckColumn::Details).data().toString();
+        checks.append(check);
+    }
+    return checks;
+}
+
+} // namespace
+
+Values::Values(Plugin *loadedPlugin, QObject *parent)
+    : QObject(parent)
+    , plugin(loadedPlugin)
+{
+    connect(plugin, &Plugin::errorMessage, this, &Values::noteError);
+    connect(plugin, &Plugin::renewed, this, &Values::attach);
+    attach();
+}
+
+/// Connected after the plug-in's own slots, so that the errors that a new value causes in the
+/// plug-in arrive before noteChange().
+void Values::attach()
+{
+    cachedIngredients.reset();
+    connect(plugin->model(), &QAbstractItemModel::dataChanged, this, &Values::noteChange);
+    connect(plugin->model(), &QAbstractItemModel::modelReset, this,
+            [this] { cachedIngredients.reset(); });
+}
+
+const Ingredients &Values::ingredients() const
+{
+    if (!cachedIngredients) {
+        cachedIngredients = plugin->isLoaded() ? ingredientsOf(*plugin->model()) : Ingredients();
+    }
+    return *cachedIngredients;
+}
+
+void Values::noteError(const QString &message)
+{
+    if (isApplying) {
+        const auto candidate = candidateIn(message);
+        if (candidate) {
+            pendingCandidates[candidate->first].append(candidate->second);
+            return;
+        }
+        if (message.startsWith(QLatin1String(PluginText::malformedEntry))) {
+            addMessages({message}, {});
+            return;
+        }
+    }
+    pendingErrors.append(message.trimmed());
+    if (!isApplying) {
+        // Only an edit in progress can have caused it; other errors concern no value.
+        QTimer::singleShot(0, this, [this] { pendingErrors.clear(); });
+    }
+}
+
+void Values::noteChange(const QModelIndex &cell)
+{
+    cachedIngredients.reset();
+    if (isIgnoringChanges) {
+        return;
+    }
+    for (const Ingredient &ingredient : ingredients()) {
+        if (ingredient.index.siblingAtColumn(0) != cell.siblingAtColumn(0)) {
+            continue;
+        }
+        settle(ingredient.id);
+        if (ingredient.isDataFile()) {
+            // Only for such a value does the plug-in do work whose errors are about that value.
+            addMessages(pendingErrors, ingredient);
+            pendingErrors.clear();
+            const QString file = absolutePath(ingredient.text());
+            loadedDataFiles.insert(file, recordOf(file));
+        }
+        break;
+    }
+    emit changed();
+}
+
+/// Forgets the problems of the value that the ingredient had.
+void Values::settle(const IngredientId &id)
+{
+    const auto isAboutIt = [&id](const Problem &problem) { return problem.ingredient == id; };
+    inputProblems.erase(std::remove_if(inputProblems.begin(), inputProblems.end(), isAboutIt),
+                        inputProblems.end());
+    lastChecks.erase(
+        std::remove_if(lastChecks.begin(), lastChecks.end(),
+                       [&id](const FileCheck &check) { return check.ingredient.id == id; }),
+        lastChecks.end());
+}
+
+void Values::addMessages(const QStringList &messages, const Ingredient &ingredient)
+{
+    const QStringList texts = completed(messages, ingredient.text());
+    Problem problem;
+    problem.kind = ProblemKind::Message;
+    problem.ingredient = ingredient.id;
+    if (!ingredient.text().isEmpty()) {
+        problem.files.append(ingredient.text());
+    }
+    for (const QString &text : texts.mid(0, maxMessages)) {
+        problem.text = text;
+        inputProblems.append(problem);
+    }
+    if (texts.count() > maxMessages) {
+        problem.text = QStringLiteral("… and %1 more errors")
+                           .arg(QLocale().toString(texts.count() - maxMessages));
+        inputProblems.append(problem);
+    }
+}
+
+/// Adds one problem for all values that were found for @p key beside the one in use.
+void Values::addCandidates(const QString &key, const QStringList &files)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Candidates;
+    problem.files = files;
+    for (const Ingredient &ingredient : ingredients()) {
+        if (ingredient.id.key == key) {
+            problem.ingredient = ingredient.id;
+            problem.files.prepend(ingredient.text());
+            break;
+        }
+    }
+    problem.files.removeDuplicates();
+    problem.text = candidatesText(problem.files);
+    inputProblems.append(problem);
+}
+
+void Values::dropMissingCandidates()
+{
+    for (Problem &problem : inputProblems) {
+        if (problem.kind != ProblemKind::Candidates) {
+            continue;
+        }
+        for (const QString &file : problem.files.mid(1)) {
+            if (!QFileInfo::exists(file)) {
+                problem.files.removeAll(file);
+            }
+        }
+        problem.text = candidatesText(problem.files);
+    }
+    inputProblems.erase(std::remove_if(inputProblems.begin(), inputProblems.end(),
+                                       [](const Problem &problem) {
+                                           return problem.kind == ProblemKind::Candidates
+                                               && problem.files.count() == 1;
+                                       }),
+                        inputProblems.end());
+}
+
+void Values::warn(const QString &text, const QStringList &files)
+{
+    if (files.isEmpty()) {
+        return;
+    }
+    Problem problem;
+    problem.severity = Severity::Warning;
+    problem.text = text;
+    problem.files = files;
+    addProblem(problem);
+}
+
+bool Values::reject(const QString &text, const IngredientId &ingredient)
+{
+    Problem problem;
+    problem.severity = Severity::Fatal;
+    problem.text = text;
+    problem.ingredient = ingredient;
+    addProblem(problem);
+    return false;
+}
+
+void Values::addProblem(const Problem &problem)
+{
+    inputProblems.append(problem);
+    emit changed();
+}
+
+void Values::forgetInputProblems()
+{
+    inputProblems.erase(
+        std::remove_if(inputProblems.begin(), inputProblems.end(),
+                       [](const Problem &problem) { return problem.ingredient.isEmpty(); }),
+        inputProblems.end());
+    emit changed();
+}
+
+/// Applies an input and records the errors that it causes.
+/// @param errors set to the errors of a rejected input, which then are left to the caller
+bool Values::apply(DataFile dataFile, const std::function<bool()> &operation, QStringList *errors)
+{
+    const bool mustRenew
+        = dataFile != DataFile::Untouched && plugin->ingredientManager()->dataLoaded();
+    const QVector<LoadedFile> before = mustRenew ? loadedFiles() : QVector<LoadedFile>();
+    if (mustRenew && !renew()) {
+        return false;
+    }
+    pendingErrors.clear();
+    bool taken = false;
+    {
+        const QScopedValueRollback<bool> applying(isApplying, true);
+        taken = operation();
+    }
+    cachedIngredients.reset();
+    if (dataFile == DataFile::MaybeSet || !taken) {
+        restore(before);
+    }
+    for (auto entry = pendingCandidates.constBegin(); entry != pendingCandidates.constEnd();
+         ++entry) {
+        addCandidates(entry.key(), *entry);
+    }
+    pendingCandidates.clear();
+    if (taken) {
+        addMessages(pendingErrors, {});
+    } else if (errors) {
+        *errors = pendingErrors;
+    }
+    pendingErrors.clear();
+    emit changed();
+    return taken;
+}
+
+/// Replaces the plug-in's root object by a new one with the same values, except for data files.
+/// False when there is no new root object.
+bool Values::renew()
+{
+    const Ingredients old = ingredients();
+    const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
+    if (!plugin->renew()) {
+        return false;
+    }
+    const Plugin::Silence silence(plugin);
+    for (const Ingredient &ingredient : old) {
+        const auto current = findIngredient(ingredients(), ingredient.id);
+        if (ingredient.isDataFile()) {
+            settle(ingredient.id);
+        } else if (current && current->value != ingredient.value) {
+            plugin->model()->setData(current->index, ingredient.value, Qt::EditRole);
+        }
+    }
+    return true;
+}
+
+QVector<Values::LoadedFile> Values::loadedFiles() const
+{
+    QVector<LoadedFile> files;
+    for (const Ingredient &ingredient : ingredients()) {
+        if (!ingredient.isDataFile() || ingredient.text().isEmpty()) {
+            continue;
+        }
+        LoadedFile file = {ingredient.id, ingredient.text(), {}};
+        std::copy_if(
+            inputProblems.begin(), inputProblems.end(), std::back_inserter(file.problems),
+            [&ingredient](const Problem &problem) { return problem.ingredient == ingredient.id; });
+        files.append(file);
+    }
+    return files;
+}
+
+/// Loads data files again that renew() has left out, unless their ingredients have other values now.
+void Values::restore(const QVector<LoadedFile> &files)
+{
+    const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
+    const Plugin::Silence silence(plugin);
+    for (const LoadedFile &file : files) {
+        const auto current = findIngredient(ingredients(), file.id);
+        if (current && current->text().isEmpty()) {
+            setText(*current, file.file);
+            inputProblems += file.problems;
+        }
+    }
+}
+
+QString Values::setText(const Ingredient &ingredient, const QString &text)
+{
+    const bool isFile = kindOf(ingredient.value) == ValueKind::File;
+    QVariant value;
+    const QString problem
+        = valueFromText(isFile ? absolutePath(text) : text, ingredient.value, &value);
+    if (!problem.isEmpty()) {
+        return ingredient.id.name + QLatin1String(": ") + problem;
+    }
+    return plugin->model()->setData(ingredient.index, value, Qt::EditRole)
+        ? QString()
+        : QStringLiteral("\"%1\" cannot be set.").arg(ingredient.id.name);
+}
+
+bool Values::loadConfiguration(const QString &file)
+{
+    const QString path = absolutePath(file);
+    configurationFiles.append(path);
+    QStringList errors;
+    const bool taken = apply(
+        DataFile::MaybeSet, [&] { return plugin->ingredientManager()->loadConfigFromFile(path); },
+        &errors);
+    if (!taken) {
+        return reject(QStringLiteral("The configuration %1 was rejected: %2.")
+                          .arg(file, errors.join(QStringLiteral("; "))));
+    }
+    const Plugin::Silence silence(plugin);
+    const QByteArray written = configurationOf(*plugin).value_or(QByteArray());
+    for (const QString &remark : ineffectiveEntries(contentOf(path), written, ingredients())) {
+        warn(QStringLiteral("The configuration %1, %2").arg(file, remark), {path});
+    }
+    return true;
+}
+
+/// Those of @p files whose names match an ingredient. Only the plug-in knows, and only by setting a
+/// value.
+QStringList Values::matchingNames(const QStringList &files)
+{
+    if (files.isEmpty()) {
+        return {};
+    }
+    QStringList matching;
+    const QVector<LoadedFile> before = loadedFiles();
+    const Ingredients old = ingredients();
+    {
+        const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
+        const Plugin::Silence silence(plugin);
+        std::copy_if(files.begin(), files.end(), std::back_inserter(matching),
+                     [this](const QString &file) {
+                         return plugin->ingredientManager()->loadIngredientFile(file);
+                     });
+        cachedIngredients = old;
+    }
+    if (!matching.isEmpty() && renew()) {
+        restore(before);
+    }
+    return matching;
+}
+
+bool Values::fillFromDirectory(const QString &directory)
+{
+    const QString path = absolutePath(directory);
+    SkippedEntries skipped = skippedEntriesOf(path);
+    const QStringList symlinks = matchingNames(skipped.symlinks);
+    if (!plugin->isLoaded()) {
+        return false;
+    }
+    const bool taken = apply(DataFile::MaybeSet, [&] {
+        return plugin->ingredientManager()->generateConfigFromDirectory(path);
+    });
+    if (!taken) {
+        reject(directoryRejection(directory));
+        skipped.unreadable.removeAll(path);
+    }
+    warn(QStringLiteral("Directories that cannot be read were skipped"), skipped.unreadable);
+    warn(QStringLiteral("Symlinks were skipped, although their names match"), symlinks);
+    warn(QStringLiteral("Files were skipped whose names are not valid in the locale's encoding"),
+         skipped.undecodable);
+    return taken;
+}
+
+bool Values::addFile(const QString &file)
+{
+    const bool taken = apply(DataFile::MaybeSet, [&] {
+        return plugin->ingredientManager()->loadIngredientFile(absolutePath(file));
+    });
+    return taken || reject(fileRejection(file));
+}
+
+bool Values::setValue(const QString &nameOrKey, const QString &text)
+{
+    const auto ingredient = findIngredient(ingredients(), nameOrKey);
+    return ingredient
+        ? setValue(ingredient->id, text)
+        : reject(QStringLiteral("No ingredient has the name or key \"%1\".").arg(nameOrKey));
+}
+
+bool Values::setValue(const IngredientId &id, const QString &text)
+{
+    const auto ingredient = findIngredient(ingredients(), id);
+    if (!ingredient) {
+        return reject(QStringLiteral("There is no ingredient \"%1\".").arg(id.name));
+    }
+    QString problem;
+    const bool taken = apply(ingredient->isDataFile() ? DataFile::Set : DataFile::Untouched, [&] {
+        settle(id); // Setting the same value again settles its problems too.
+        problem = setText(*findIngredient(ingredients(), id), text);
+        return problem.isEmpty();
+    });
+    return taken || reject(problem, id);
+}
+
+bool Values::setImage(const QString &file)
+{
+    const auto output = outputIngredient(ingredients());
+    return output ? setValue(output->id, file)
+                  : reject(QStringLiteral("This target writes no image."));
+}
+
+bool Values::loadProject(const Project &newValues, const QString &file)
+{
+    setProjectFile(file);
+    const QString prefix = file.isEmpty() ? QString() : file + QLatin1String(": ");
+    const QString problem
+        = projectProblem(newValues, plugin->root()->getTargetName(), ingredients());
+    if (!problem.isEmpty()) {
+        return reject(prefix + problem);
+    }
+    const bool taken = apply(DataFile::Set, [&] {
+        return std::all_of(
+            newValues.entries.begin(), newValues.entries.end(), [this](const ProjectEntry &entry) {
+                const auto current = ingredientFor(entry, ingredients());
+                return entry.value == current->text() || setText(*current, entry.value).isEmpty();
+            });
+    });
+    return taken || reject(prefix + QStringLiteral("The values could not be applied."));
+}
+
+bool Values::reloadDataFiles()
+{
+    const QVector<LoadedFile> files = loadedFiles();
+    return apply(DataFile::Set, [&] {
+        return std::all_of(files.begin(), files.end(), [this](const LoadedFile &file) {
+            const auto current = findIngredient(ingredients(), file.id);
+            return current && setText(*current, file.file).isEmpty();
+        });
+    });
+}
+
+bool Values::hasOutdatedDataFiles() const
+{
+    const QVector<LoadedFile> files = loadedFiles();
+    return std::any_of(files.begin(), files.end(), [this](const LoadedFile &file) {
+        const FileRecord loaded = loadedDataFiles.value(file.file);
+        return loaded.state != FileState::of(file.file);
+    });
+}
+
+void Values::check()
+{
+    checkedFiles.clear();
+    for (const QString &file : inputFilesOf(ingredients())) {
+        checkedFiles.insert(file, recordOf(file));
+    }
+    dropMissingCandidates();
+    plugin->executionManager()->verifyInputs();
+    lastChecks = checksIn(*plugin->executionManager()->getIngredientChecks(), ingredients());
+    emit changed();
+}
+
+QVector<FileCheck> Values::checks() const
+{
+    return lastChecks;
+}
+
+FileRecords Values::inputRecords() const
+{
+    FileRecords records = checkedFiles;
+    for (const Ingredient &ingredient : ingredients()) {
+        const QString file = absolutePath(ingredient.text());
+        if (ingredient.isDataFile() && loadedDataFiles.contains(file)) {
+            records.insert(file, loadedDataFiles.value(file));
+        }
+    }
+    return records;
+}
+
+/// The failed checks, one for each ingredient: a missing file is not of the wrong size too.
+Problems Values::failedChecks() const
+{
+    QSet<IngredientId> failed;
+    Problems problems;
+    for (const FileCheck &check : lastChecks) {
+        if (!check.passed && !failed.contains(check.ingredient.id)) {
+            failed.insert(check.ingredient.id);
+            problems.append(problemOf(check));
+        }
+    }
+    return problems;
+}
+
+Problems Values::problems() const
+{
+    Problems problems = inputProblems + findingsFor(ingredients());
+    const FileState imageState = FileState::of(image());
+    const QStringList inputs = inputFilesOf(ingredients());
+    for (const QString &file : protectedFiles()) {
+        if (!inputs.contains(file) && FileState::of(file).isSameFileAs(imageState)) {
+            Problem problem;
+            problem.kind = ProblemKind::Finding;
+            problem.severity = Severity::Fatal;
+            problem.text = QStringLiteral("The image is the same file as one that is in use");
+            problem.ingredient = outputIngredient(ingredients())->id;
+            problem.files.append(file);
+            problems.append(problem);
+        }
+    }
+    // What the host has found out about a file explains why the plug-in's check failed.
+    for (const Problem &check : failedChecks()) {
+        const bool explained
+            = std::any_of(problems.begin(), problems.end(), [&check](const Problem &each) {
+                  return each.kind == ProblemKind::Finding && each.severity != Severity::Warning
+                      && each.ingredient == check.ingredient;
+              });
+        if (!explained) {
+            problems.append(check);
+        }
+    }
+    std::stable_sort(
+        problems.begin(), problems.end(),
+        [](const Problem &left, const Problem &right) { return left.kind < right.kind; });
+    return problems;
+}
+
+bool Values::isBlocked(bool withChecks) const
+{
+    const Problems all = problems();
+    return std::any_of(all.begin(), all.end(), [withChecks](const Problem &problem) {
+        return problem.severity == Severity::Fatal
+            || (withChecks && problem.severity == Severity::Error);
+    });
+}
+
+QString Values::image() const
+{
+    const auto output = outputIngredient(ingredients());
+    return output ? absolutePath(output->text()) : QString();
+}
+
+void Values::withImage(const QString &path, const std::function<void()> &operation)
+{
+    const auto output = outputIngredient(ingredients());
+    if (!output) {
+        return;
+    }
+    const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
+    setText(*output, path);
+    operation();
+    setText(*output, output->text());
+}
+
+Project Values::project() const
+{
+    Project project;
+    project.target = plugin->root()->getTargetName();
+    for (const Ingredient &ingredient : ingredients()) {
+        ProjectEntry entry;
+        entry.ingredient = ingredient.id;
+        entry.kind = kindOf(ingredient.value);
+        entry.value
+            = entry.kind == ValueKind::File ? absolutePath(ingredient.text()) : ingredient.text();
+        if (entry.kind != ValueKind::Other) {
+            project.entries.append(entry);
+        }
+    }
+    return project;
+}
+
+void Values::makePathsAbsolute()
+{
+    const Ingredients all = ingredients();
+    for (const Ingredient &ingredient : all) {
+        const QString path = ingredient.text();
+        if (kindOf(ingredient.value) == ValueKind::File && path != absolutePath(path)) {
+            setText(ingredient, path);
+        }
+    }
+}
+
+void Values::setProjectFile(const QString &file)
+{
+    projectFile = absolutePath(file);
+}
+
+QStringList Values::protectedFiles() const
+{
+    QStringList files = inputFilesOf(ingredients()) + configurationFiles;
+    files << projectFile << plugin->fileName();
+    files.removeAll(QString());
+    return files;
+}
+
+QString Values::overwriteProblem(const QString &file) const
+{
+    const auto input = inputWithFile(ingredients(), file);
+    if (input) {
+        return QStringLiteral("%1 is the same file as the input \"%2\".").arg(file, input->id.name);
+    }
+    const FileState state = FileState::of(file);
+    if (absolutePath(file) == image() || FileState::of(image()).isSameFileAs(state)) {
+        return QStringLiteral("%1 is the image.").arg(file);
+    }
+    const QStringList files = protectedFiles();
+    const bool used = std::any_of(files.begin(), files.end(), [&state](const QString &each) {
+        return FileState::of(each).isSameFileAs(state);
+    });
+    return used ? QStringLiteral("%1 is one of the inputs.").arg(file) : QString();
+}

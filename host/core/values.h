@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/filehasher.h"
+#include "host/core/problem.h"
+#include "host/core/project.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+class Plugin;
+
+/// One row of the plug-in's check table, with the ingredient and file it is about.
+struct FileCheck {
+    bool passed = false;      ///< Whether the check succeeded.
+    QString details;          ///< What was found, in the plug-in's words.
+    Ingredient ingredient;    ///< The one that was checked.
+    QString file;             ///< The path that was checked.
+    qint64 expectedSize = -1; ///< In bytes; -1 when any size is valid.
+    qint64 actualSize = -1;   ///< In bytes; -1 when there is no such regular file.
+};
+
+/// The values from which an image is built: the inputs that a user applies, their problems, and so
+/// what blocks a build.
+///
+/// Values may also be edited in the model directly. An error or failed check of an ingredient is
+/// dropped when the ingredient gets another value.
+///
+/// Whenever the plug-in loads a data file, it verifies the earlier ones again. So before an operation
+/// that may load one, the plug-in is renewed if it has loaded one already.
+class Values : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Works on the values of @p loadedPlugin, which must have been loaded and outlive this object.
+    explicit Values(Plugin *loadedPlugin, QObject *parent = nullptr);
+
+    /// @name Inputs
+    /// Each applies one input; a relative path is resolved against the current directory. False when
+    /// it was rejected: problems() says why, and nothing else has changed. If the plug-in could not
+    /// be renewed, it is not loaded any more; nothing else may be called then.
+    /// @{
+    bool loadConfiguration(const QString &file);
+    bool fillFromDirectory(const QString &directory);
+    bool addFile(const QString &file);
+    bool setValue(const QString &nameOrKey, const QString &text);
+    bool setValue(const IngredientId &id, const QString &text);
+    bool setImage(const QString &file);
+    /// Applies the project that was read from @p file; an empty name for one that was not.
+    bool loadProject(const Project &newValues, const QString &file);
+    /// Loads the data files again, for when they have changed on disk.
+    bool reloadDataFiles();
+    /// @}
+
+    /// Whether a data file has changed on disk since the plug-in has loaded it.
+    bool hasOutdatedDataFiles() const;
+
+    /// Adds a problem that was found elsewhere, such as a file that cannot be read as a project.
+    void addProblem(const Problem &problem);
+    /// Adds the problem that an input was rejected; returns false.
+    bool reject(const QString &text, const IngredientId &ingredient = {});
+    /// Forgets the problems that belong to no ingredient, for a host in which the user tries again.
+    void forgetInputProblems();
+
+    /// Notes the states of the input files, then runs the plug-in's checks.
+    void check();
+    /// The results of the last check().
+    QVector<FileCheck> checks() const;
+    /// The states of the input files just before the last check(), or when the plug-in loaded them.
+    FileRecords inputRecords() const;
+
+    /// All current problems, the causes first: with the inputs, with values that failed in the last
+    /// check(), and what the host itself finds wrong. Accesses the file system.
+    Problems problems() const;
+    /// Whether a build is blocked; without checks, only by problems that are fatal.
+    bool isBlocked(bool withChecks) const;
+
+    /// All ingredients with their current values, in tree order.
+    const Ingredients &ingredients() const;
+    /// The path of the image; empty when there is none.
+    QString image() const;
+    /// The current values, for a project file.
+    Project project() const;
+    /// Makes every relative path absolute, against the current directory.
+    void makePathsAbsolute();
+
+    /// Runs @p operation while the image has another path. No problem is noticed meanwhile.
+    void withImage(const QString &path, const std::function<void()> &operation);
+
+    /// The project file in use, which nothing but saving the project may overwrite.
+    void setProjectFile(const QString &file);
+    /// The files that a build must not replace: the inputs, a configuration or project that was
+    /// loaded, and the plug-in.
+    QStringList protectedFiles() const;
+    /// Why @p file must not be written: it is one of those files, or the image. Empty when it may be.
+    QString overwriteProblem(const QString &file) const;
+
+signals:
+    /// Values or their problems may have changed.
+    void changed();
+
+private:
+    /// What an operation does with the data file.
+    enum class DataFile { Untouched, MaybeSet, Set };
+    /// The value of a data file, with its problems.
+    struct LoadedFile {
+        IngredientId id;
+        QString file;
+        Problems problems;
+    };
+
+    void attach();
+    void noteError(const QString &message);
+    void noteChange(const QModelIndex &cell);
+    bool apply(DataFile dataFile, const std::function<bool()> &operation,
+               QStringList *errors = nullptr);
+    bool renew();
+    QVector<LoadedFile> loadedFiles() const;
+    void restore(const QVector<LoadedFile> &files);
+    QStringList matchingNames(const QStringList &files);
+    QString setText(const Ingredient &ingredient, const QString &text);
+    void settle(const IngredientId &id);
+    void addCandidates(const QString &key, const QStringList &files);
+    void addMessages(const QStringList &messages, const Ingredient &ingredient);
+    void warn(const QString &text, const QStringList &files);
+    void dropMissingCandidates();
+    Problems failedChecks() const;
+
+    Plugin *plugin;
+    Problems inputProblems;
+    QVector<FileCheck> lastChecks;
+    FileRecords checkedFiles;
+    FileRecords loadedDataFiles;
+    QStringList configurationFiles;
+    QString projectFile;
+    mutable std::optional<Ingredients> cachedIngredients;
+    /// Errors of the plug-in that have not been assigned to a value yet.
+    QStringList pendingErrors;
+    /// Second values for a key, by key.
+    QHash<QString, QStringList> pendingCandidates;
+    bool isApplying = false;
+    bool isIgnoringChanges = false;
+};

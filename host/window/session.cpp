@@ -1,0 +1,585 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/session.h"
+
+#include "host/core/configuration.h"
+#include "host/core/paths.h"
+#include "host/core/plugin.h"
+#include "host/core/stagedfile.h"
+#include "host/core/stitcher.h"
+#include "host/core/values.h"
+#include "host/window/inputkind.h"
+#include "plugin/iloomwrightplugin.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QScopedValueRollback>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+const char manifestSuffix[] = ".manifest.json";
+
+bool isUnchanged(const FileRecord &record)
+{
+    return FileState::of(record.file) == record.state;
+}
+
+QString valueOf(const IngredientId &id, const Project &project)
+{
+    for (const ProjectEntry &entry : project.entries) {
+        if (entry.ingredient == id) {
+            return entry.value;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+Session::Session(QObject *parent)
+    : QObject(parent)
+{
+    qRegisterMetaType<Project>();
+    checkTimer.setSingleShot(true);
+    checkTimer.setInterval(0);
+    connect(&checkTimer, &QTimer::timeout, this, &Session::check);
+    connect(&watcher, &FileWatcher::changed, &checkTimer, QOverload<>::of(&QTimer::start));
+}
+
+Session::~Session()
+{
+    runningBuild.reset();
+    values.reset();
+}
+
+bool Session::loadPlugin(const QStringList &candidates)
+{
+    if (isBuilding()) {
+        return false;
+    }
+    const auto file = std::find_if(candidates.begin(), candidates.end(),
+                                   [](const QString &each) { return QFileInfo::exists(each); });
+    if (isLoaded() && file != candidates.end()
+        && QFileInfo(*file).canonicalFilePath() == QFileInfo(pluginFile()).canonicalFilePath()) {
+        return true; // A library has one root object, which is in use.
+    }
+    auto loaded = std::make_unique<Plugin>();
+    connect(loaded.get(), &Plugin::statusMessage, this, &Session::statusMessage);
+    connect(loaded.get(), &Plugin::errorMessage, this, &Session::errorMessage);
+    connect(loaded.get(), &Plugin::dataFileChanged, this, &Session::dataFileChanged);
+    if (!loaded->load(candidates)) {
+        problemText = loaded->problem();
+        return false;
+    }
+    dropPlugin(QString());
+    plugin = std::move(loaded);
+    values = std::make_unique<Values>(plugin.get());
+    connect(plugin.get(), &Plugin::aboutToRenew, this, &Session::pluginAboutToChange);
+    connect(plugin.get(), &Plugin::renewed, this, &Session::pluginChanged);
+    connect(values.get(), &Values::changed, this, [this] {
+        if (!isChecking) {
+            checkTimer.start();
+        }
+    });
+    // The plug-in proposes an image in the documents folder, which a new account may not have yet.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    savedValues = project();
+    emit pluginChanged();
+    emit projectOpened();
+    emit projectChanged();
+    check();
+    return true;
+}
+
+void Session::dropPlugin(const QString &problem)
+{
+    problemText = problem;
+    emit pluginAboutToChange();
+    values.reset();
+    plugin.reset();
+    candidateFiles.clear();
+    directories.clear();
+    setProjectFile(QString());
+    currentProblems.clear();
+    lastState = BuildState::NotBuilt;
+    watcher.setFiles({});
+}
+
+QString Session::pluginProblem() const
+{
+    return problemText;
+}
+
+bool Session::isLoaded() const
+{
+    return plugin != nullptr;
+}
+
+ILoomwrightPlugin *Session::root() const
+{
+    return plugin ? plugin->root() : nullptr;
+}
+
+QString Session::pluginFile() const
+{
+    return plugin ? plugin->fileName() : QString();
+}
+
+void Session::setStitcher(const QString &file)
+{
+    stitcher = file;
+    checkTimer.start();
+}
+
+/// Runs an operation that may take some time and renew the plug-in.
+void Session::run(const std::function<void()> &operation)
+{
+    emit busyChanged(true);
+    operation();
+    emit busyChanged(false);
+    if (!plugin->isLoaded()) {
+        dropPlugin(plugin->problem());
+        emit pluginChanged();
+    }
+}
+
+/// Runs an operation by which the user changes values.
+void Session::change(const QString &text, const std::function<void()> &operation)
+{
+    if (!isLoaded() || isBuilding()) {
+        return;
+    }
+    const Project before = project();
+    run(operation);
+    if (!isLoaded()) {
+        return;
+    }
+    collectCandidates();
+    reportRejections();
+    checkTimer.start();
+    const Project after = project();
+    if (!after.hasSameValuesAs(before)) {
+        emit valuesChanged(text, before, after);
+    }
+}
+
+void Session::open(const QStringList &paths)
+{
+    QStringList inputs;
+    QStringList opened;
+    for (const QString &path : paths) {
+        const InputKind kind = inputKindOf(path);
+        if (kind == InputKind::Project) {
+            openProject(path);
+            continue;
+        }
+        inputs.append(absolutePath(path));
+        if (kind == InputKind::Directory) {
+            opened.append(inputs.last());
+        }
+    }
+    if (inputs.isEmpty()) {
+        return;
+    }
+    const QString first = QFileInfo(inputs.first()).fileName();
+    change(inputs.count() == 1 ? tr("Open %1").arg(first) : tr("Open %1 and others").arg(first),
+           [&] {
+               if (!opened.isEmpty()) {
+                   directories = opened;
+                   clearInputFiles();
+               }
+               std::for_each(inputs.begin(), inputs.end(),
+                             [this](const QString &input) { takeIn(input); });
+           });
+}
+
+void Session::clearInputFiles()
+{
+    candidateFiles.clear();
+    const Ingredients all = ingredients();
+    for (const Ingredient &ingredient : all) {
+        if (ingredient.isInputFile() && !ingredient.text().isEmpty()) {
+            values->setValue(ingredient.id, QString());
+        }
+    }
+}
+
+void Session::takeIn(const QString &path)
+{
+    switch (inputKindOf(path)) {
+    case InputKind::Directory:
+        values->fillFromDirectory(path);
+        break;
+    case InputKind::Configuration:
+        values->loadConfiguration(path);
+        break;
+    case InputKind::Project:
+    case InputKind::File:
+        values->addFile(path);
+        break;
+    }
+}
+
+void Session::rescan()
+{
+    change(tr("Rescan"), [this] {
+        const Project before = project();
+        for (const QString &directory : qAsConst(directories)) {
+            values->fillFromDirectory(directory);
+        }
+        keepChosenCandidates(before);
+    });
+}
+
+bool Session::hasDirectories() const
+{
+    return !directories.isEmpty();
+}
+
+void Session::keepChosenCandidates(const Project &before)
+{
+    for (const ProjectEntry &entry : before.entries) {
+        if (candidates(entry.ingredient).contains(entry.value)) {
+            values->setValue(entry.ingredient, entry.value);
+        }
+    }
+}
+
+void Session::collectCandidates()
+{
+    for (const Problem &problem : values->problems()) {
+        if (problem.kind == ProblemKind::Candidates) {
+            candidateFiles.insert(problem.ingredient, problem.files);
+        }
+    }
+}
+
+void Session::setValue(const IngredientId &id, const QString &text)
+{
+    change((text.isEmpty() ? tr("Clear %1") : tr("Set %1")).arg(id.name),
+           [&] { values->setValue(id, text); });
+}
+
+void Session::restore(const Project &earlierValues)
+{
+    if (!isLoaded() || isBuilding()) {
+        return;
+    }
+    run([&] { values->loadProject(earlierValues, projectPath); });
+}
+
+bool Session::openProject(const QString &file)
+{
+    if (!isLoaded() || isBuilding()) {
+        return false;
+    }
+    const QString path = resolvedTarget(file);
+    Project opened;
+    const QString problem = readProject(path, &opened);
+    if (!problem.isEmpty()) {
+        emit noticed(problem);
+        return false;
+    }
+    bool taken = false;
+    run([&] { taken = values->loadProject(opened, path); });
+    if (!isLoaded()) {
+        return false;
+    }
+    reportRejections();
+    checkTimer.start();
+    if (taken) {
+        candidateFiles.clear();
+        directories.clear();
+        lastState = BuildState::NotBuilt;
+        // Saving a project over a manifest would lose the record of the build.
+        setProjectFile(opened.build ? QString() : path);
+        savedValues = project();
+        emit projectOpened();
+        emit projectChanged();
+    }
+    return taken;
+}
+
+void Session::setProjectFile(const QString &file)
+{
+    projectPath = file;
+    projectState = FileState::of(file);
+    if (values) {
+        values->setProjectFile(file);
+    }
+}
+
+bool Session::saveProject(const QString &file)
+{
+    if (!isLoaded()) {
+        return false;
+    }
+    const QString path = resolvedTarget(file);
+    QString problem = path == projectPath ? QString() : values->overwriteProblem(path);
+    if (problem.isEmpty()) {
+        problem = writeProblem(path);
+    }
+    if (problem.isEmpty()) {
+        problem = writeProject(path, project());
+    }
+    if (!problem.isEmpty()) {
+        emit noticed(problem);
+        return false;
+    }
+    setProjectFile(path);
+    savedValues = project();
+    checkTimer.start();
+    emit projectChanged();
+    return true;
+}
+
+bool Session::saveConfiguration(const QString &file)
+{
+    if (!isLoaded()) {
+        return false;
+    }
+    const QString path = resolvedTarget(file);
+    const auto configuration = configurationOf(*plugin);
+    QString problem = values->overwriteProblem(path);
+    if (problem.isEmpty()) {
+        problem = writeProblem(path);
+    }
+    if (problem.isEmpty()) {
+        problem = configuration ? writeWhole(path, *configuration)
+                                : tr("The configuration could not be written; the log says why.");
+    }
+    if (!problem.isEmpty()) {
+        emit noticed(problem);
+        return false;
+    }
+    const QStringList losses = lossesIn(*configuration, ingredients());
+    if (!losses.isEmpty()) {
+        emit noticed(tr("The configuration was saved. %1 A project file holds all values.")
+                         .arg(losses.join(QLatin1Char(' '))));
+    }
+    return true;
+}
+
+void Session::writeManifest()
+{
+    const QString file = resolvedTarget(lastResult.image.file + QLatin1String(manifestSuffix));
+    QString problem = values->overwriteProblem(file);
+    if (problem.isEmpty()) {
+        problem = writeProblem(file);
+    }
+    if (problem.isEmpty()) {
+        problem = ::writeManifest(lastResult, file);
+    }
+    emit noticed(problem.isEmpty() ? tr("The manifest was written to %1.").arg(file) : problem);
+}
+
+QString Session::projectFile() const
+{
+    return projectPath;
+}
+
+bool Session::isProjectFileChanged() const
+{
+    return !projectPath.isEmpty() && FileState::of(projectPath) != projectState;
+}
+
+bool Session::isModified() const
+{
+    return isLoaded() && !project().hasSameValuesAs(savedValues);
+}
+
+Project Session::project() const
+{
+    return values ? values->project() : Project();
+}
+
+Ingredients Session::ingredients() const
+{
+    return values ? values->ingredients() : Ingredients();
+}
+
+Problems Session::problems() const
+{
+    return currentProblems;
+}
+
+QStringList Session::candidates(const IngredientId &id) const
+{
+    return candidateFiles.value(id);
+}
+
+void Session::check()
+{
+    checkTimer.stop();
+    reloadDataFiles();
+    if (!isLoaded()) {
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> checking(isChecking, true);
+        values->check();
+    }
+    currentProblems = values->problems();
+    const QString problem = locateStitcher(stitcher).problem;
+    if (!problem.isEmpty()) {
+        Problem missing;
+        missing.kind = ProblemKind::Finding;
+        missing.severity = Severity::Fatal;
+        missing.text = problem;
+        currentProblems.prepend(missing);
+    }
+    for (QStringList &files : candidateFiles) {
+        files.erase(std::remove_if(files.begin(), files.end(),
+                                   [](const QString &file) { return !QFileInfo::exists(file); }),
+                    files.end());
+    }
+    watchFiles();
+    emit changed();
+}
+
+void Session::watchFiles()
+{
+    QStringList files = inputFilesOf(ingredients());
+    for (const QStringList &candidates : qAsConst(candidateFiles)) {
+        files += candidates;
+    }
+    files << values->image() << projectPath;
+    files.removeAll(QString());
+    watcher.setFiles(files);
+}
+
+void Session::compareFiles()
+{
+    if (isLoaded()) {
+        watcher.compare();
+    }
+}
+
+/// Shows problems that belong to no ingredient once, so that no build asks about them again.
+void Session::reportRejections()
+{
+    QStringList texts;
+    for (const Problem &problem : values->problems()) {
+        if (!problem.ingredient.isEmpty()) {
+            continue;
+        }
+        texts.append(problem.severity == Severity::Warning
+                         ? tr("%1: %2").arg(problem.text, problem.files.join(tr(", ")))
+                         : problem.text);
+    }
+    if (!texts.isEmpty()) {
+        values->forgetInputProblems();
+        emit noticed(texts.join(QLatin1Char('\n')));
+    }
+}
+
+void Session::reloadDataFiles()
+{
+    if (isLoaded() && !isEditing && !isBuilding() && values->hasOutdatedDataFiles()) {
+        run([this] { values->reloadDataFiles(); });
+    }
+}
+
+void Session::setEditing(bool newEditing)
+{
+    isEditing = newEditing;
+    reloadDataFiles();
+}
+
+void Session::build(int timeoutMs)
+{
+    if (!isLoaded() || isBuilding()) {
+        return;
+    }
+    BuildOptions options;
+    options.stitcher = locateStitcher(stitcher).file;
+    options.timeoutMs = timeoutMs;
+    options.known = values->inputRecords();
+    runningBuild = std::make_unique<Build>(plugin.get(), values.get(), options);
+    connect(runningBuild.get(), &Build::hashing, this, &Session::hashing);
+    connect(runningBuild.get(), &Build::finished, this, &Session::finishBuild);
+    builtValues = project();
+    lastState = BuildState::Running;
+    runningBuild->start();
+    emit buildStarted();
+    emit changed();
+}
+
+void Session::stopBuild()
+{
+    if (runningBuild) {
+        runningBuild->stop(tr("The build was stopped."));
+    }
+}
+
+void Session::finishBuild(const BuildResult &result)
+{
+    runningBuild.release()->deleteLater();
+    lastResult = result;
+    lastState = result.isSuccess ? BuildState::Current
+        : result.isStopped       ? BuildState::Stopped
+                                 : BuildState::Failed;
+    emit buildFinished(result);
+    checkTimer.start();
+}
+
+bool Session::isBuilding() const
+{
+    return runningBuild != nullptr;
+}
+
+BuildState Session::buildState() const
+{
+    switch (lastState) {
+    case BuildState::Current:
+        return changesSinceBuild().isEmpty() ? BuildState::Current : BuildState::Outdated;
+    case BuildState::Failed:
+    case BuildState::Stopped:
+        return changesSinceBuild().isEmpty() ? lastState : BuildState::NotBuilt;
+    default:
+        return lastState;
+    }
+}
+
+const BuildResult &Session::buildResult() const
+{
+    return lastResult;
+}
+
+QStringList Session::changesSinceBuild() const
+{
+    QStringList changes;
+    for (const Ingredient &ingredient : ingredients()) {
+        if (valueOf(ingredient.id, project()) != valueOf(ingredient.id, builtValues)) {
+            changes.append(ingredient.id.name);
+        }
+    }
+    for (const FileRecord &input : lastResult.inputs) {
+        if (!isUnchanged(input)) {
+            changes.append(input.file);
+        }
+    }
+    if (lastResult.isSuccess && !isUnchanged(lastResult.image)) {
+        changes.append(lastResult.image.file);
+    }
+    return changes;
+}
+
+bool Session::isNewerThanImage(const Ingredient &ingredient) const
+{
+    const FileState input = FileState::of(ingredient.text());
+    const FileState image = FileState::of(values->image());
+    if (!ingredient.isInputFile() || !input.isRegular() || !image.isRegular()) {
+        return false;
+    }
+    const bool built = lastState == BuildState::Current && values->image() == lastResult.image.file;
+    const auto record = std::find_if(
+        lastResult.inputs.begin(), lastResult.inputs.end(),
+        [&ingredient](const FileRecord &each) { return each.file == ingredient.text(); });
+    return built && record != lastResult.inputs.end() ? record->state != input
+                                                      : input.modified > image.modified;
+}

@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/build.h"
+#include "host/core/problem.h"
+#include "host/core/project.h"
+#include "host/window/filewatcher.h"
+
+#include <QHash>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class ILoomwrightPlugin;
+class Plugin;
+class Values;
+
+/// How the image compares to the values.
+enum class BuildState {
+    NotBuilt, ///< Nothing was built from these values.
+    Running,
+    Current,  ///< Values and files are still those that the image was built from.
+    Outdated, ///< The image was built, but a value or a file has changed since.
+    Failed,   ///< The build from these values failed.
+    Stopped   ///< The build from these values was stopped by the user.
+};
+
+/// The state of a window: a plug-in with the values of an image, their problems, the project file
+/// that they are saved in, and the builds.
+///
+/// Everything is checked again after every change, including changes of files on disk.
+///
+/// Without a plug-in, and while a build runs, the operations that change values do nothing.
+class Session : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Creates a session without a plug-in; see loadPlugin().
+    explicit Session(QObject *parent = nullptr);
+    ~Session() override;
+
+    /// Loads the first of @p candidates that exists, replacing the current plug-in. On failure the
+    /// current one stays, and pluginProblem() says why.
+    bool loadPlugin(const QStringList &candidates);
+    /// Why there is no plug-in, or why the last one could not be loaded.
+    QString pluginProblem() const;
+    /// Whether there is a plug-in.
+    bool isLoaded() const;
+    /// The plug-in's root object; null when there is none. It is replaced between
+    /// pluginAboutToChange() and pluginChanged().
+    ILoomwrightPlugin *root() const;
+    /// The file of the plug-in.
+    QString pluginFile() const;
+    /// Chooses the stitcher; an empty name for the one in PATH.
+    void setStitcher(const QString &file);
+
+    /// Opens directories, files, configurations and project files, each by its kind. Directories
+    /// start a new set of input files, everything else adds to the current one.
+    void open(const QStringList &paths);
+    /// Fills ingredients again from the directories that were opened last; values that were chosen
+    /// among several candidates stay.
+    void rescan();
+    /// Whether rescan() has directories to search.
+    bool hasDirectories() const;
+    /// Sets one value; a path is resolved against the current directory. An empty text clears it.
+    void setValue(const IngredientId &id, const QString &text);
+    /// Restores earlier values, for undo and redo; valuesChanged() is not emitted.
+    void restore(const Project &earlierValues);
+
+    /// Replaces the values with those of @p file. A manifest can be opened too, but does not become
+    /// the project file.
+    bool openProject(const QString &file);
+    /// Writes the values to a project file; noticed() reports problems.
+    bool saveProject(const QString &file);
+    /// Writes a stitcher configuration and reports through noticed() which values it cannot hold.
+    bool saveConfiguration(const QString &file);
+    /// Writes the manifest of the last build beside its image.
+    void writeManifest();
+    /// The project file that was opened or saved last; empty when there is none.
+    QString projectFile() const;
+    /// Whether another program has changed the project file since it was opened or saved.
+    bool isProjectFileChanged() const;
+    /// Whether the values differ from those of the project file or, without one, from the defaults.
+    bool isModified() const;
+
+    /// The current values.
+    Project project() const;
+    /// All ingredients in tree order; empty without a plug-in.
+    Ingredients ingredients() const;
+    /// All problems as of the last check.
+    Problems problems() const;
+    /// The files to choose from when several were found for an ingredient; else empty.
+    QStringList candidates(const IngredientId &id) const;
+    /// Checks at once; a changed value is otherwise checked when the event loop runs.
+    void check();
+    /// Compares the files on disk now, for changes that were not noticed as they happened.
+    void compareFiles();
+    /// Postpones whatever would replace the ingredient model while a value is being edited.
+    void setEditing(bool newEditing);
+
+    /// Starts a build; buildFinished() follows.
+    /// @param timeoutMs how long the stitcher may run, in milliseconds; 0 for forever
+    void build(int timeoutMs);
+    /// Stops the build; buildFinished() follows.
+    void stopBuild();
+    /// Whether a build is running.
+    bool isBuilding() const;
+    /// How the image compares to the current values and files.
+    BuildState buildState() const;
+    /// The last build; only meaningful after one.
+    const BuildResult &buildResult() const;
+    /// What differs now from what the image was built from: names of ingredients and paths.
+    QStringList changesSinceBuild() const;
+    /// Whether the file of @p ingredient has changed since the image was built. For an image of an
+    /// earlier session, the modification times are compared.
+    bool isNewerThanImage(const Ingredient &ingredient) const;
+
+signals:
+    /// A status message of the plug-in, or the stitcher's standard output.
+    void statusMessage(const QString &message);
+    /// An error of the plug-in, or the stitcher's standard error.
+    void errorMessage(const QString &message);
+    /// A data file was loaded: the data views have been replaced.
+    void dataFileChanged();
+    /// Everything obtained from root() is about to become invalid.
+    void pluginAboutToChange();
+    /// root() returns a new object, or null.
+    void pluginChanged();
+
+    /// A longer operation has started or ended.
+    void busyChanged(bool isBusy);
+    /// A text that belongs to no ingredient and should be shown once.
+    void noticed(const QString &text);
+    /// The user has changed values; @p text names the change.
+    void valuesChanged(const QString &text, const Project &before, const Project &after);
+    /// Another project was opened or another plug-in loaded; the earlier values are gone.
+    void projectOpened();
+    /// projectFile() or isModified() may have changed.
+    void projectChanged();
+    /// Values, problems, files or the state of the build have changed, and have been checked.
+    void changed();
+
+    /// A build has started.
+    void buildStarted();
+    /// Files are being hashed: @p done of @p total bytes.
+    void hashing(qint64 done, qint64 total);
+    /// The build has ended with @p result.
+    void buildFinished(const BuildResult &result);
+
+private:
+    void run(const std::function<void()> &operation);
+    void change(const QString &text, const std::function<void()> &operation);
+    void dropPlugin(const QString &problem);
+    void clearInputFiles();
+    void takeIn(const QString &path);
+    void keepChosenCandidates(const Project &before);
+    void collectCandidates();
+    void reloadDataFiles();
+    void reportRejections();
+    void watchFiles();
+    void finishBuild(const BuildResult &result);
+    void setProjectFile(const QString &file);
+
+    std::unique_ptr<Plugin> plugin;
+    std::unique_ptr<Values> values;
+    std::unique_ptr<Build> runningBuild;
+    QString problemText;
+    QString stitcher;
+    FileWatcher watcher;
+    QTimer checkTimer;
+    Problems currentProblems;
+    QHash<IngredientId, QStringList> candidateFiles;
+    QStringList directories;
+    QString projectPath;
+    FileState projectState;
+    Project savedValues;
+    Project builtValues;
+    BuildResult lastResult;
+    BuildState lastState = BuildState::NotBuilt;
+    bool isChecking = false;
+    bool isEditing = false;
+};

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/statustext.h"
+
+#include "host/window/session.h"
+#include "model/filepath.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+namespace {
+
+struct FileCount {
+    int found = 0;
+    int wanted = 0;
+};
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("StatusText", text);
+}
+
+QString number(int value)
+{
+    return QLocale().toString(value);
+}
+
+/// Counts input files that are required or chosen.
+FileCount countFiles(const Session &session)
+{
+    FileCount count;
+    for (const Ingredient &ingredient : session.ingredients()) {
+        if (kindOf(ingredient.value) != ValueKind::File || !ingredient.isVisible) {
+            continue;
+        }
+        const auto file = ingredient.value.value<FilePath>();
+        if (file.isInput && (file.isRequired || !file.fileName.isEmpty())) {
+            ++count.wanted;
+            count.found += FileState::of(file.fileName).isRegular() ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QString problemText(int count)
+{
+    if (count == 0) {
+        return tr("no problems");
+    }
+    return count == 1 ? tr("1 problem") : tr("%1 problems").arg(number(count));
+}
+
+QString buildText(BuildState state)
+{
+    switch (state) {
+    case BuildState::NotBuilt:
+        return tr("not built yet");
+    case BuildState::Running:
+        return tr("being built");
+    case BuildState::Current:
+        return tr("the image is up to date");
+    case BuildState::Outdated:
+        return tr("not built since the last change");
+    case BuildState::Stopped:
+        return tr("the build was stopped");
+    case BuildState::Failed:
+        break;
+    }
+    return tr("the last build failed");
+}
+
+QString nextStep(const FileCount &files, int problemCount, BuildState state)
+{
+    if (state == BuildState::Running || state == BuildState::Current) {
+        return {};
+    }
+    if (state == BuildState::Failed && problemCount == 0) {
+        return tr("Next: look at the log.");
+    }
+    if (files.found == 0 && files.wanted > 0) {
+        return tr("Next: open or drop a folder of firmware files.");
+    }
+    return problemCount > 0 ? tr("Next: look at the problems.") : tr("Next: build the image.");
+}
+
+} // namespace
+
+QString statusText(const Session &session)
+{
+    if (!session.isLoaded()) {
+        return tr("No plug-in is loaded.");
+    }
+    const FileCount files = countFiles(session);
+    const int problemCount = session.problems().count();
+    const BuildState state = session.buildState();
+    const QString standing = tr("%1 of %2 files found, %3, %4.")
+                                 .arg(number(files.found), number(files.wanted),
+                                      problemText(problemCount), buildText(state));
+    const QString next = nextStep(files, problemCount, state);
+    return next.isEmpty() ? standing : standing + QLatin1Char(' ') + next;
+}

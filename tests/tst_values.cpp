@@ -1,0 +1,370 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "files.h"
+#include "host/core/plugin.h"
+#include "host/core/stagedfile.h"
+#include "host/core/values.h"
+#include "plugin/iingredientmanager.h"
+#include "privileges.h"
+#include "row.h"
+
+#include <QAbstractItemModel>
+#include <QtTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestValues : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(makeSample(samples.filePath("good")));
+        QVERIFY(makeSample(samples.filePath("broken"), true));
+    }
+    void init()
+    {
+        folder.reset(new QTemporaryDir);
+        QDir::setCurrent(folder->path());
+        plugin.reset(new Plugin);
+        QVERIFY2(plugin->load({PLUGIN_LIBRARY}), qPrintable(plugin->problem()));
+        values.reset(new Values(plugin.data()));
+        QVERIFY(values->setImage(folder->filePath("i.bin")));
+    }
+    void cleanup()
+    {
+        QDir::setCurrent("/");
+        values.reset();
+        plugin.reset();
+    }
+
+    /// One problem for each thing that is wrong, causes first.
+    void brokenSample()
+    {
+        QVERIFY(values->fillFromDirectory(samples.filePath("broken")));
+        values->check();
+        const QStringList expected{
+            "Host FW: 2 candidates found; HostFW_.* is used",
+            "Legacy XML Data File: ERROR: Offset mismatch!.*",
+            "Legacy XML Data File: ERROR: Size mismatch!.*",
+            "Presigned Controller FW: File size is incorrect",
+            "Presigned Secure Annex: File path is empty",
+        };
+        QCOMPARE(texts().count(), expected.count());
+        for (int i = 0; i < expected.count(); ++i) {
+            QVERIFY2(QRegularExpression("^" + expected.at(i) + "$").match(texts().at(i)).hasMatch(),
+                     qPrintable(texts().at(i)));
+        }
+        const Problem candidates = values->problems().first();
+        QCOMPARE(candidates.files.count(), 2);
+        QCOMPARE(candidates.files.first(), valueOf("Host FW"));
+        QFile::copy(candidates.files.last(), "spare");
+        QVERIFY(QFile::remove(candidates.files.last()));
+        values->check();
+        QVERIFY(values->problems().first().kind != ProblemKind::Candidates);
+        QVERIFY(QFile::rename("spare", candidates.files.last()));
+    }
+
+    void aNewValueSettles_data()
+    {
+        columns<QString>("ingredient");
+        row("two candidates", "Host FW");
+        row("failed check", "Presigned Secure Annex");
+    }
+    void aNewValueSettles()
+    {
+        QFETCH(QString, ingredient);
+        values->fillFromDirectory(samples.filePath("broken"));
+        values->check();
+        const int before = values->problems().count();
+        QSignalSpy changes(values.data(), &Values::changed);
+        // In the model, as a window edits it.
+        const Ingredient edited = *findIngredient(values->ingredients(), ingredient);
+        QVariant value;
+        valueFromText(writeFile(folder->filePath("new.bin"), "new"), edited.value, &value);
+        QVERIFY(plugin->model()->setData(edited.index, value, Qt::EditRole));
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(values->problems().count(), before - 1);
+    }
+
+    void rejectedInputs_data()
+    {
+        columns<QString, QString>("input", "text");
+        row("no directory", "d:nothing", "there is no such directory");
+        row("a file as directory", "d:file", "it is not a directory");
+        row("an empty directory", "d:empty", "no file name in it matches");
+        row("a file that fits nothing", "f:file", "its name matches no ingredient");
+        row("a missing file", "f:nothing", "it does not exist");
+        row("no configuration", "c:nothing", "was rejected");
+    }
+    void rejectedInputs()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, text);
+        writeFile("file", "x");
+        QDir().mkdir("empty");
+        const QString name = input.mid(2);
+        const QHash<QChar, std::function<bool()>> inputs{
+            {'d', [&] { return values->fillFromDirectory(name); }},
+            {'f', [&] { return values->addFile(name); }},
+            {'c', [&] { return values->loadConfiguration(name); }}};
+        QVERIFY(!inputs.value(input.at(0))());
+        const Problem problem = values->problems().first();
+        QVERIFY2(problem.text.contains(text) || texts().last().contains(text),
+                 qPrintable(texts().join('\n')));
+        QVERIFY(values->isBlocked(false));
+        values->forgetInputProblems();
+        QVERIFY(!values->isBlocked(true));
+    }
+
+    void findings_data()
+    {
+        columns<QString, QString, QString, bool>("name", "text", "actual", "fatal");
+        row("directory", ".", "not a regular file", "a directory", false);
+        row("device", "/dev/zero", "not a regular file", "a device", false);
+        row("FIFO", "fifo", "not a regular file", "a FIFO", false);
+        row("empty", "empty", "is empty", "0 bytes", false);
+        row("unreadable", "secret", "cannot be read", "", false);
+        row("line feed", "a\nb", "control character", "", true);
+        row("the image", "i.bin", "same file as the input", "", true);
+        row("hard link", "hard.bin", "same file as the input", "", true);
+        row("symlink", "soft.bin", "same file as the input", "", true);
+        row("good", "file", "", "", false);
+    }
+    void findings()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, text);
+        writeFile("i.bin", "image");
+        QCOMPARE(link("i.bin", "hard.bin"), 0);
+        QCOMPARE(symlink("i.bin", "soft.bin"), 0);
+        QCOMPARE(mkfifo("fifo", 0600), 0);
+        writeFile("empty", "");
+        writeFile("file", "x");
+        writeFile("secret", "x");
+        QVERIFY(QFile::setPermissions("secret", {}));
+        QVERIFY(values->setValue("Presigned Codec FW", name));
+
+        const WithoutPrivileges user;
+        const Problems problems = values->problems();
+        const bool blocked = values->isBlocked(true);
+        QCOMPARE(problems.count(), text.isEmpty() ? 0 : 1);
+        if (!text.isEmpty()) {
+            QVERIFY2(problems.first().text.contains(text), qPrintable(problems.first().text));
+            QTEST(problems.first().actual, "actual");
+        }
+        QTEST(values->isBlocked(false), "fatal");
+        QCOMPARE(blocked, !text.isEmpty());
+    }
+
+    void unusableImages_data()
+    {
+        columns<QString, QString>("image", "text");
+        row("symlink", "link", "The image is a symlink");
+        row("directory", ".", "The image is a directory");
+        row("in a directory that cannot be written", "locked/i.bin",
+            "locked cannot be written: Perm");
+        row("a configuration that was loaded", "c.txt", "same file as one that is in use");
+    }
+    void unusableImages()
+    {
+        QFETCH(QString, image);
+        QFETCH(QString, text);
+        QCOMPARE(symlink("nowhere", "link"), 0);
+        QVERIFY(QDir().mkdir("locked"));
+        QFile::setPermissions("locked", QFile::Permissions(0x5555));
+        writeFile("c.txt", "Flash-Layer = /a\n");
+        QVERIFY(values->loadConfiguration("c.txt"));
+        QVERIFY(values->setImage(image));
+        const WithoutPrivileges user;
+        const Problems problems = values->problems();
+        const bool blocked = values->isBlocked(false);
+        QCOMPARE(problems.count(), 1);
+        QVERIFY2(problems.first().text.contains(text), qPrintable(problems.first().text));
+        QVERIFY(blocked);
+    }
+
+    void noImage()
+    {
+        QVERIFY(values->fillFromDirectory(samples.filePath("good")));
+        QVERIFY(values->setImage(QString()));
+        values->check();
+        QCOMPARE(texts(), QStringList("Output file name: Directory and file is missing"));
+    }
+
+    void skippedEntries()
+    {
+        QVERIFY(QDir().mkpath("drop/locked"));
+        writeFile("drop/locked/HostFW_2.bin", "x");
+        writeFile("drop/HostFW_1.bin", "x");
+        QFile::link("/etc/hostname", "drop/D1_ProbeSet.bin");
+        QFile::link("/etc/hostname", "drop/other");
+        QCOMPARE(mkfifo("drop/HostFW_\xff.bin", 0600), 0);
+        QFile::setPermissions("drop/locked", {});
+        QVERIFY(values->setValue("Flash-Layer", "/kept"));
+        {
+            const WithoutPrivileges user;
+            QVERIFY(values->fillFromDirectory("drop"));
+        }
+        QFile::setPermissions("drop/locked", QFile::Permissions(0x7777));
+        QCOMPARE(unlink("drop/HostFW_\xff.bin"), 0);
+        QStringList warnings;
+        for (const Problem &problem : values->problems()) {
+            if (problem.severity == Severity::Warning) {
+                warnings += problem.files;
+            }
+        }
+        QCOMPARE(warnings.mid(0, 2),
+                 QStringList(
+                     {folder->filePath("drop/locked"), folder->filePath("drop/D1_ProbeSet.bin")}));
+        QCOMPARE(warnings.count(), 3);
+        // Looking at the symlinks has left nothing behind.
+        QCOMPARE(valueOf("Probe Set"), QString());
+        QCOMPARE(valueOf("Host FW Supplemental"), QString("/kept"));
+    }
+
+    void configurationWarnings()
+    {
+        writeFile("c.txt",
+                  "PlatformType = VKMD1\nImageType = OTHER\n'Odd = 1\nOdd = 1\n"
+                  "Flash-Layer = /a\n");
+        QVERIFY(values->loadConfiguration("c.txt"));
+        QStringList warnings;
+        for (const Problem &problem : values->problems()) {
+            QCOMPARE(problem.severity, Severity::Warning);
+            warnings << problem.text;
+        }
+        QCOMPARE(
+            warnings,
+            QStringList({"The configuration c.txt, line 2: ImageType is \"OTHER\", but a build "
+                         "always uses \"FWUSB\"",
+                         "The configuration c.txt, line 4: no ingredient has the key \"Odd\""}));
+    }
+
+    /// The plug-in would verify an earlier data file again, so it must not be there any more.
+    void dataFiles_data()
+    {
+        columns<QString, int>("input", "problems");
+        row("replaced", "good/platform/veldmark-d1.xml", 0);
+        row("loaded again", "broken/platform/veldmark-d1.xml", 2);
+        row("another ingredient", "good/firmware/probe/D1_ProbeSet.bin", 2);
+        row("nothing", "good/README", 2);
+    }
+    void dataFiles()
+    {
+        QFETCH(QString, input);
+        QFETCH(int, problems);
+        const QString broken = samples.filePath("broken/platform/veldmark-d1.xml");
+        QVERIFY(values->addFile(broken));
+        QVERIFY(values->setValue("Host FW", "/kept"));
+        values->addFile(samples.filePath(input));
+        int count = 0;
+        for (const Problem &problem : values->problems()) {
+            count += problem.kind == ProblemKind::Message ? 1 : 0;
+        }
+        QCOMPARE(count, problems);
+        QCOMPARE(valueOf("Legacy XML Data File"), problems == 0 ? samples.filePath(input) : broken);
+        QCOMPARE(valueOf("Host FW"), QString("/kept"));
+        QVERIFY(plugin->ingredientManager()->dataLoaded());
+        QVERIFY(values->setValue("Legacy XML Data File", ""));
+        QCOMPARE(valueOf("Legacy XML Data File"), QString());
+    }
+
+    void manyErrors()
+    {
+        QByteArray nodes;
+        for (int i = 0; i < 1000; ++i) {
+            nodes += "<node name=\"n\" offset=\"7\" byte_cnt=\"1\"><data>00</data></node>";
+        }
+        QVERIFY(values->setValue(
+            "Legacy XML Data File",
+            writeFile("e.xml", "<x PLENKITVersion=\"0.1\"><header1>" + nodes + "</header1></x>")));
+        QCOMPARE(texts().count(), 51);
+        QVERIFY2(texts().last().contains(QRegularExpression("… and \\d+ more errors$")),
+                 qPrintable(texts().last()));
+        QVERIFY(values->setValue("Legacy XML Data File", writeFile("f.xml", "<x>\n<y></x>")));
+        QVERIFY2(texts().first().contains("(line 2, column"), qPrintable(texts().first()));
+        QVERIFY(!values->hasOutdatedDataFiles());
+        writeFile("f.xml", "<x/> ");
+        QVERIFY(values->hasOutdatedDataFiles());
+    }
+
+    void stagedImage()
+    {
+        QSignalSpy changes(values.data(), &Values::changed);
+        QString seen;
+        values->withImage("/elsewhere/i.bin", [&] { seen = valueOf("Output file name"); });
+        QCOMPARE(seen, QString("/elsewhere/i.bin"));
+        QCOMPARE(values->image(), folder->filePath("i.bin"));
+        QCOMPARE(changes.count(), 0);
+    }
+
+    void writing_data()
+    {
+        columns<QString, QString>("file", "problem");
+        row("new", "new", "");
+        row("existing", "old", "");
+        row("through a symlink", "link", "");
+        row("dangling symlink", "dangling", "symlink to a file that does not exist");
+        row("device", "/dev/null", "not a regular file");
+        row("directory", ".", "not a regular file");
+        row("no directory", "nowhere/x", "No such file or directory");
+        row("directory that cannot be written", "locked/x", "Permission denied");
+        row("full disk", "/dev/full", "not a regular file");
+    }
+    void writing()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, problem);
+        writeFile("old", "old");
+        QFile::setPermissions("old", QFile::Permissions(0x6660));
+        QFile::link("old", "link");
+        QFile::link("gone", "dangling");
+        QVERIFY(QDir().mkdir("locked"));
+        QFile::setPermissions("locked", QFile::Permissions(0x5555));
+        const QString target = resolvedTarget(file);
+        const WithoutPrivileges user;
+        const QString found = writeProblem(target);
+        QVERIFY2(found.contains(problem) && found.isEmpty() == problem.isEmpty(),
+                 qPrintable(found));
+        if (!problem.isEmpty()) {
+            return;
+        }
+        // A symlink that appears later is replaced.
+        const bool existed = QFile::exists(target);
+        if (!existed) {
+            QFile::link("old", target);
+        }
+        QCOMPARE(writeWhole(target, "new"), QString());
+        QVERIFY(!QFileInfo(target).isSymLink());
+        QCOMPARE(readFile(file), QByteArray("new"));
+        QCOMPARE(readFile("old"), QByteArray(existed ? "new" : "old"));
+        QCOMPARE(QFileInfo("old").permissions(), QFile::Permissions(0x6660));
+        QVERIFY(QDir().entryList({".loomwright-*"}, QDir::AllEntries | QDir::Hidden).isEmpty());
+    }
+
+private:
+    QStringList texts() const
+    {
+        QStringList texts;
+        for (const Problem &problem : values->problems()) {
+            texts << problem.ingredient.name + ": " + problem.text;
+        }
+        return texts;
+    }
+    QString valueOf(const QString &name) const
+    {
+        return findIngredient(values->ingredients(), name)->text();
+    }
+
+    QTemporaryDir samples;
+    QScopedPointer<QTemporaryDir> folder;
+    QScopedPointer<Plugin> plugin;
+    QScopedPointer<Values> values;
+};
+
+QTEST_MAIN(TestValues)
+#include "tst_values.moc"
