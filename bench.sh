@@ -38,7 +38,7 @@ trap 'rm -rf "$LOOMWRIGHT_BENCH_INPUTS"' EXIT
 trap 'exit 1' HUP INT TERM
 export LOOMWRIGHT_BENCH_INPUTS LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 processes=$LOOMWRIGHT_BENCH_INPUTS/processes.json
-bench=build-bench/benchmarks/bench_plugin
+bench=build-bench/tests/benchmarks/bench_plugin
 
 # Each work runs in its own process, so that no other work has fragmented its heap. Inside, ours and the
 # reference are interleaved, so that other load on the machine affects both.
@@ -75,7 +75,7 @@ slower=$LOOMWRIGHT_BENCH_INPUTS/slower-stitcher
 printf '#!/bin/sh\nsleep 0.5\nexec "%s" "$@"\n' "$PWD/examples/tamblin-stitcher" > "$slower"
 chmod +x "$slower"
 hyperfine --shell none --warmup 3 --runs 50 --style none --export-json "$programs" \
-    "build-bench/loomwright info" "build-bench/benchmarks/emptyprogram" \
+    "build-bench/loomwright info" "build-bench/tests/benchmarks/emptyprogram" \
     "build-bench/loomwright -q -d $drop build -o $image --stitcher examples/tamblin-stitcher" \
     "examples/tamblin-stitcher -k $drop/platform/veldmark-d1.xml -c $config -A" \
     "build-bench/loomwright -q -d $drop build -o $image --stitcher $slower" \
@@ -85,7 +85,7 @@ hyperfine --shell none --warmup 3 --runs 50 --style none --export-json "$program
 windows=$LOOMWRIGHT_BENCH_INPUTS/windows.json
 HOME=$LOOMWRIGHT_BENCH_INPUTS QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1600x1200x24" \
     hyperfine --shell none --warmup 5 --runs 50 --style none --export-json "$windows" \
-    "build-bench/benchmarks/bench_window ours" "build-bench/benchmarks/bench_window empty" \
+    "build-bench/tests/benchmarks/bench_window ours" "build-bench/tests/benchmarks/bench_window empty" \
     > /dev/null 2>&1
 
 legacy_memory=$("$bench" --peak 2> /dev/null)

@@ -36,7 +36,7 @@ check_cmake() {
 }
 
 check_spelling() {
-    list_files ':!fuzz/corpus' ':!*.png' ':!*.svg' | xargs -0 codespell
+    list_files ':!tests/fuzz/corpus' ':!*.png' ':!*.svg' | xargs -0 codespell
 }
 
 check_licenses() {

@@ -7,7 +7,7 @@ set -eu
 case ${1:-} in
     '' | -h | --help)
         cat <<'EOF'
-Usage: fuzz/run.sh MINUTES [READER...]
+Usage: tests/fuzz/run.sh MINUTES [READER...]
 
 Installs missing packages (Debian 12, with apt), builds the fuzzers with clang and both sanitizers,
 replays the committed corpus and fuzzes every READER for MINUTES (fractions are allowed), all of them in
@@ -18,10 +18,10 @@ EOF
         ;;
 esac
 seconds=$(awk -v minutes="$1" 'BEGIN { printf "%d", minutes * 60 }')
-[ "$seconds" -gt 0 ] || { echo "fuzz/run.sh: MINUTES must be a positive number" >&2; exit 2; }
+[ "$seconds" -gt 0 ] || { echo "tests/fuzz/run.sh: MINUTES must be a positive number" >&2; exit 2; }
 shift
 
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/dependencies.sh
 # shellcheck disable=SC2086 # lists of packages
 install_packages $build_packages $fuzz_packages
@@ -39,11 +39,11 @@ mkdir -p "$findings"
 
 for reader in $readers; do
     mkdir -p "$work/$reader" "$findings/$reader"
-    seeds=fuzz/corpus/$reader
+    seeds=tests/fuzz/corpus/$reader
     # The parser reads the documents of all other readers.
-    [ "$reader" != xml ] || seeds=$(echo fuzz/corpus/*)
+    [ "$reader" != xml ] || seeds=$(echo tests/fuzz/corpus/*)
     # shellcheck disable=SC2086 # a list of directories
-    "build-fuzz/fuzz/fuzz_$reader" "-artifact_prefix=$findings/$reader/" -max_len=65536 \
+    "build-fuzz/tests/fuzz/fuzz_$reader" "-artifact_prefix=$findings/$reader/" -max_len=65536 \
         -timeout=20 -rss_limit_mb=3000 "-max_total_time=$seconds" -print_final_stats=1 \
         "$work/$reader" $seeds > "$work/$reader.log" 2>&1 &
     eval "pid_$reader=$!"
