@@ -187,6 +187,16 @@ private slots:
         QDir(folder->filePath("place.moved")).removeRecursively();
     }
 
+    /// The directory is a symlink that leads elsewhere in the end.
+    void directoryIsSwitched()
+    {
+        QVERIFY(QDir(folder->path()).mkdir("elsewhere"));
+        QVERIFY(QFile::link("place", folder->filePath("link")));
+        QVERIFY(values->setImage(folder->filePath("link/i.bin")));
+        QVERIFY(run(stitcher(writeNew + "ln -sfn elsewhere \"${place%/place}/link\"")).isSuccess);
+        QCOMPARE(readFile(image), QByteArray("new"));
+    }
+
     void imageChangesWhileItIsHashed()
     {
         start(stitcher("truncate -s 256M \"$image\""));

@@ -78,7 +78,10 @@ QString Build::prepare()
     if (result.image.file.isEmpty()) {
         return QStringLiteral("No image is named.");
     }
-    const FileState older = FileState::ofLink(result.image.file);
+    // A directory that is a symlink must not lead elsewhere in the end.
+    const QFileInfo named(result.image.file);
+    target = QDir(canonicalDirectory(named.path())).filePath(named.fileName());
+    const FileState older = FileState::ofLink(target);
     if (older.exists && !older.isRegular()) {
         return QStringLiteral("The image %1 is not a regular file.").arg(result.image.file);
     }
@@ -99,8 +102,7 @@ QString Build::noteRecords()
         result.inputs.append(knownOr(file));
     }
     result.stitcher = knownOr(options.stitcher);
-    const FileState older = FileState::of(result.image.file);
-    if (older.isSameFileAs(result.stitcher.state)) {
+    if (FileState::of(target).isSameFileAs(result.stitcher.state)) {
         return QStringLiteral("The image and the stitcher are the same file.");
     }
     const QString changed = changeProblem();
@@ -122,7 +124,7 @@ QString Build::createDirectories()
     if (options.isDryRun) {
         return {};
     }
-    stage = std::make_unique<StagedFile>(result.image.file);
+    stage = std::make_unique<StagedFile>(target);
     return stage->create();
 }
 
@@ -271,7 +273,7 @@ QString Build::imageProblem() const
     if (written.size == 0) {
         return QStringLiteral("The stitcher wrote nothing into %1.").arg(result.image.file);
     }
-    if (FileState::of(result.image.file).isSameFileAs(written)) {
+    if (FileState::of(target).isSameFileAs(written)) {
         return QStringLiteral("The stitcher linked the older image instead of writing %1.")
             .arg(result.image.file);
     }
@@ -302,7 +304,7 @@ QString Build::changeProblem() const
 
 void Build::hashImage()
 {
-    FileRecord written = recordOf(stage->path());
+    hasher.release()->deleteLater(); // It may be the caller.
     hasher = std::make_unique<FileHasher>();
     connect(hasher.get(), &FileHasher::progress, this, &Build::hashing);
     connect(hasher.get(), &FileHasher::finished, this, [this](const QList<FileRecord> &records) {
@@ -310,7 +312,7 @@ void Build::hashImage()
         result.image.error = records.first().error;
         publish();
     });
-    hasher->start({written});
+    hasher->start({recordOf(stage->path())});
 }
 
 /// The last step: nothing has been changed before, and nothing can fail afterwards.
@@ -333,7 +335,7 @@ void Build::publish()
         return;
     }
     // Renaming has changed the status time.
-    result.image.state = FileState::ofLink(result.image.file);
+    result.image.state = FileState::ofLink(target);
     completeManifest();
     conclude();
 }
@@ -343,7 +345,7 @@ QString Build::otherFilesProblem() const
 {
     QStringList used = values->protectedFiles();
     used.append(options.stitcher);
-    const QDir place = QFileInfo(result.image.file).dir();
+    const QDir place = QFileInfo(target).dir();
     const QDir staged = QFileInfo(stage->path()).dir();
     for (const QString &name : stage->otherNames()) {
         const QString file = place.filePath(name);
@@ -369,7 +371,7 @@ QString Build::publishFiles()
     if (!problem.isEmpty()) {
         return problem;
     }
-    const QDir place = QFileInfo(result.image.file).dir();
+    const QDir place = QFileInfo(target).dir();
     QString file;
     for (const QString &name : stage->otherNames()) {
         file = place.filePath(name);
@@ -451,7 +453,9 @@ void Build::conclude(const QString &reason)
     }
     isConcluded = true;
     giveUpTimer.stop();
-    hasher.reset();
+    if (hasher) {
+        hasher->cancel();
+    }
     result.reason = reason;
     result.isSuccess = reason.isEmpty();
     if (!result.isSuccess) {

@@ -110,6 +110,7 @@ private:
     Plugin *plugin;
     Values *values;
     BuildOptions options;
+    QString target; ///< The path of the image, in a directory without symlinks.
     std::unique_ptr<StagedFile> stage;
     PrivateDirectory work;
     std::unique_ptr<StitcherRun> run;

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -44,16 +45,30 @@ void syncDirectory(const QString &directory)
     }
 }
 
-/// Writes and syncs a new file. Returns an empty text, or why that failed.
+/// Writes all of @p content and stores it durably. Returns 0 or an error number.
+int writeAll(int descriptor, const QByteArray &content)
+{
+    int written = 0;
+    while (written < content.size()) {
+        const ssize_t count
+            = write(descriptor, content.constData() + written, size_t(content.size() - written));
+        if (count < 0 && errno != EINTR) {
+            return errno;
+        }
+        written += std::max(0, int(count));
+    }
+    return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
+}
+
+/// Creates a file. Returns an empty text, or why that failed.
 QString writeNew(const QString &path, const QByteArray &content)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
-        || !file.flush()) {
+    if (!file.open(QIODevice::WriteOnly)) {
         return file.errorString();
     }
-    const bool synced = fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
-    return synced ? QString() : qt_error_string(errno);
+    const int error = writeAll(file.handle(), content);
+    return error == 0 ? QString() : qt_error_string(error);
 }
 
 QString cannotBeWritten(const QString &file, const QString &reason)
