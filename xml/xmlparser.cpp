@@ -241,5 +241,6 @@ bool parseXml(QDomDocument *document, const QString &text, QString *errorMessage
 
 bool parseXml(QDomDocument *document, QIODevice *device)
 {
-    return parseXml(document, decoded(device->readAll()));
+    const QString text = decoded(device->readAll()); // Only the text stays in memory.
+    return parseXml(document, text);
 }
