@@ -47,7 +47,7 @@ Problem findingFor(const Ingredient &ingredient, Severity severity, const QStrin
     problem.severity = severity;
     problem.text = text;
     problem.ingredient = ingredient.id;
-    if (kindOf(ingredient.value) == ValueKind::File) {
+    if (kindOf(ingredient.value) == ValueKind::File && !ingredient.text().isEmpty()) {
         problem.files.append(ingredient.text());
     }
     return problem;

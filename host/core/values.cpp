@@ -8,8 +8,6 @@
 #include "host/core/paths.h"
 #include "host/core/plugin.h"
 #include "host/core/plugintexts.h"
-#include "model/filepath.h"
-#include "model/modelcolumns.h"
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
@@ -18,7 +16,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QScopedValueRollback>
-#include <QSet>
 #include <QTimer>
 
 #include <algorithm>
@@ -91,59 +88,6 @@ QStringList completed(QStringList messages, const QString &file)
         messages[invalid] += QStringLiteral(" (%1)").arg(position);
     }
     return messages;
-}
-
-Problem problemOf(const FileCheck &check)
-{
-    Problem problem;
-    problem.kind = ProblemKind::Check;
-    problem.text = check.details;
-    problem.ingredient = check.ingredient.id;
-    problem.files.append(check.file);
-    if (check.expectedSize >= 0) {
-        problem.required = sizeText(check.expectedSize);
-        problem.requiredSize = check.expectedSize;
-        problem.actual = check.actualSize >= 0 ? sizeText(check.actualSize) : QString();
-        problem.actualSize = check.actualSize;
-    }
-    return problem;
-}
-
-FileCheck checkOf(const Ingredient &ingredient)
-{
-    FileCheck check;
-    check.ingredient = ingredient;
-    check.file = ingredient.text();
-    if (ingredient.value.value<FilePath>().exactSize > 0) {
-        check.expectedSize = ingredient.value.value<FilePath>().exactSize;
-    }
-    const FileState state = FileState::of(check.file);
-    if (state.isRegular()) {
-        check.actualSize = state.size;
-    }
-    return check;
-}
-
-/// The rows of the plug-in's table. They only have names, in tree order, and a name may occur twice.
-QVector<FileCheck> checksIn(const QAbstractItemModel &table, const Ingredients &ingredients)
-{
-    QVector<FileCheck> checks;
-    int position = 0;
-    for (int row = 0; row < table.rowCount(); ++row) {
-        const QString name = table.index(row, CheckColumn::Ingredient).data().toString();
-        int candidate = position;
-        while (candidate < ingredients.count() && ingredients.at(candidate).id.name != name) {
-            ++candidate;
-        }
-        const bool found = candidate < ingredients.count();
-        position = found ? candidate : position;
-        FileCheck check = checkOf(found ? ingredients.at(candidate) : Ingredient());
-        check.ingredient.id.name = name;
-        check.passed = table.index(row, CheckColumn::Passed).data().toBool();
-        check.details = table.index(row, CheckColumn::Details).data().toString();
-        checks.append(check);
-    }
-    return checks;
 }
 
 } // namespace
@@ -599,20 +543,6 @@ FileRecords Values::inputRecords() const
     return records;
 }
 
-/// The failed checks, one for each ingredient: a missing file is not of the wrong size too.
-Problems Values::failedChecks() const
-{
-    QSet<IngredientId> failed;
-    Problems problems;
-    for (const FileCheck &check : lastChecks) {
-        if (!check.passed && !failed.contains(check.ingredient.id)) {
-            failed.insert(check.ingredient.id);
-            problems.append(problemOf(check));
-        }
-    }
-    return problems;
-}
-
 Problems Values::problems() const
 {
     Problems problems = inputProblems + findingsFor(ingredients());
@@ -630,7 +560,7 @@ Problems Values::problems() const
         }
     }
     // What the host has found out about a file explains why the plug-in's check failed.
-    for (const Problem &check : failedChecks()) {
+    for (const Problem &check : failuresIn(lastChecks)) {
         const bool explained
             = std::any_of(problems.begin(), problems.end(), [&check](const Problem &each) {
                   return each.kind == ProblemKind::Finding && each.severity != Severity::Warning

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "host/core/filecheck.h"
 #include "host/core/filehasher.h"
 #include "host/core/problem.h"
 #include "host/core/project.h"
@@ -13,16 +14,6 @@
 #include <optional>
 
 class Plugin;
-
-/// One row of the plug-in's check table, with the ingredient and file it is about.
-struct FileCheck {
-    bool passed = false;      ///< Whether the check succeeded.
-    QString details;          ///< What was found, in the plug-in's words.
-    Ingredient ingredient;    ///< The one that was checked.
-    QString file;             ///< The path that was checked.
-    qint64 expectedSize = -1; ///< In bytes; -1 when any size is valid.
-    qint64 actualSize = -1;   ///< In bytes; -1 when there is no such regular file.
-};
 
 /// The values from which an image is built: the inputs that a user applies, their problems, and so
 /// what blocks a build.
@@ -129,7 +120,6 @@ private:
     void addMessages(const QStringList &messages, const Ingredient &ingredient);
     void warn(const QString &text, const QStringList &files);
     void dropMissingCandidates();
-    Problems failedChecks() const;
 
     Plugin *plugin;
     Problems inputProblems;
