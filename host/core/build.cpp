@@ -143,7 +143,7 @@ QString Build::startStitcher()
     request.isKept = options.keepWork;
     const auto begin = [this] { plugin->executionManager()->beginExecution(); };
     isStarting = true;
-    const QString problem
+    QString problem
         = run->start(request, [&] { stage ? values->withImage(stage->path(), begin) : begin(); });
     isStarting = false;
     if (!problem.isEmpty()) {
@@ -507,13 +507,14 @@ QString writeManifest(const BuildResult &result, const QString &file)
     }
     const auto isReplaced
         = [&result] { return FileState::ofLink(result.image.file) != result.image.state; };
-    const QString replaced = QStringLiteral("The manifest %1 is of no use: the image %2 was "
-                                            "replaced or changed after the build.")
-                                 .arg(file, result.image.file);
+    QString replaced
+        = QStringLiteral("The image %1 was replaced or changed after the build, so there "
+                         "is no valid manifest %2.")
+              .arg(result.image.file, file);
     if (isReplaced()) {
         return replaced;
     }
-    const QString problem = writeProject(file, result.manifest);
+    QString problem = writeProject(file, result.manifest);
     // Once more: this may have been the image of a build that has this image as its manifest.
     return problem.isEmpty() && isReplaced() ? replaced : problem;
 }
