@@ -4,6 +4,7 @@
 // A plug-in for a made-up target that has nothing in common with the shipped one but the interfaces:
 // the value is not in the second column, there are texts and choices, a hidden ingredient, a file
 // that may be missing, two data views, one of them without a model, and another command line.
+// docs/writing-a-plugin.md explains it.
 
 #include "model/choice.h"
 #include "model/filepath.h"
@@ -14,13 +15,11 @@
 #include "plugin/iloomwrightplugin.h"
 #include "plugin/statusmanager.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QFileInfo>
 #include <QLabel>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardItemModel>
-#include <QTimer>
 
 namespace {
 
@@ -98,9 +97,7 @@ public:
         add(group, "Overlay", "OVERLAY", fileValue(true, false));
         add(group, "Image", "IMAGE", fileValue(false, true));
         add(group, "Serial", "SERIAL", QString("0"))->setData("hidden", VisibilityRole);
-        if (qEnvironmentVariableIsSet("SECOND_TARGET_BUILDS")) {
-            QTimer::singleShot(0, this, &SecondTarget::pressBuild);
-        }
+        connect(&stitcher, &QProcess::readyReadStandardOutput, this, &SecondTarget::relayOutput);
     }
 
     QString getAuthor() override
@@ -131,7 +128,10 @@ public:
     {
         return "0.1";
     }
-    void registerStatusManager(StatusManager *) override { }
+    void registerStatusManager(StatusManager *manager) override
+    {
+        status = manager;
+    }
 
     bool dataLoaded() override
     {
@@ -216,15 +216,11 @@ public:
     }
 
 private:
-    /// Does in the window what the user of a test would do.
-    static void pressBuild()
+    void relayOutput()
     {
-        for (const QWidget *window : QApplication::topLevelWidgets()) {
-            for (QAction *action : window->findChildren<QAction *>()) {
-                if (action->text().remove('&') == "Build") {
-                    action->trigger();
-                }
-            }
+        const QString text = QString::fromLocal8Bit(stitcher.readAllStandardOutput());
+        if (status) {
+            status->relayStatusMessage(text);
         }
     }
     static QStandardItem *add(QStandardItem *group, const QString &name, const QString &key,
@@ -246,6 +242,7 @@ private:
     CheckResultSummary summary;
     View memoryMap{"Memory map", &model};
     View bareView{"Bare", nullptr};
+    QPointer<StatusManager> status;
     QProcess stitcher;
     QLabel details;
 };
