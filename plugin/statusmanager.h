@@ -22,10 +22,10 @@ public:
     {
     }
 
-    /// @name For the plug-in: each emits the signal of the same name.
+    /// @name For the plug-in
+    /// Each emits the signal that its name ends with.
     /// @{
 
-    /// Emits the signal.
     void relayStatusMessage(const QString &message)
     {
         emit statusMessage(message);

@@ -1,11 +1,25 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 # SPDX-License-Identifier: MIT
-#
-# Runs the end-to-end test, with the loaded library and a real child process, under valgrind's memcheck.
-# Fails on any error or definite leak that tests/valgrind.supp does not list. Needs a built release preset.
 
 set -eu
+
+case ${1:-} in
+    '') ;;
+    -h | --help)
+        cat <<'EOT'
+Usage: tests/memcheck.sh
+
+Runs the end-to-end test, with the loaded library and a real child process, under valgrind's memcheck.
+Fails on any error or definite leak that tests/valgrind.supp does not list. Needs a built release preset.
+EOT
+        exit 0
+        ;;
+    *)
+        echo "memcheck.sh takes no arguments (try --help)" >&2
+        exit 2
+        ;;
+esac
 
 cd "$(dirname "$0")/.."
 . scripts/dependencies.sh

@@ -15,8 +15,10 @@
 /// that, the library beside the program (a build directory), then the one in the install directory.
 QStringList pluginCandidates(const QString &chosenFile);
 
-/// The plug-ins in the plug-in directory, as absolute paths in alphabetical order, each library
-/// once.
-/// The directory is that of the file named by @p chosenFile or LOOMWRIGHT_PLUGIN; without both,
-/// those of the program and the installation.
+/// The plug-ins in the directory of @p chosenFile, as absolute paths in alphabetical order, each
+/// library once.
+///
+/// @param chosenFile a file named by the user. If it is empty, the directory is that of the file
+/// named by LOOMWRIGHT_PLUGIN; without that, the program's directory and the one of the installed
+/// plug-ins are searched.
 QStringList installedPlugins(const QString &chosenFile);

@@ -15,7 +15,7 @@ struct StitcherLocation {
 };
 
 /// Finds the stitcher: @p chosenFile if it is not empty, else the first executable file named
-/// tamblin-stitcher in the search path (PATH) that is not the runner of this program.
+/// tamblin-stitcher in PATH that is not the runner of this program.
 StitcherLocation locateStitcher(const QString &chosenFile);
 
 /// The directory of the runner, which the plug-in starts in place of the stitcher: below the
