@@ -392,7 +392,7 @@ private slots:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("problem");
         const QString name = "/tamblin-stitcher";
-        row("in the search path", "", "/nope:DIR/plain:DIR/good", "DIR/good" + name, "");
+        row("in PATH", "", "/nope:DIR/plain:DIR/good", "DIR/good" + name, "");
         row("relative", "../good" + name, "", "DIR/good" + name, "");
         row("none", "", "/nope", "", "There is no tamblin-stitcher in PATH.");
         row("runner alone", "", runnerDirectory(), "", "There is no tamblin-stitcher in PATH.");
@@ -400,7 +400,7 @@ private slots:
         row("missing", "DIR/nope", "", "", "does not exist");
         row("directory", "DIR", "", "", "is a directory");
         row("not executable", "DIR/plain" + name, "", "", "is not executable");
-        row("not executable in the search path", "", "DIR/plain", "", "is not executable");
+        row("not executable in PATH", "", "DIR/plain", "", "is not executable");
         row("dangling", "DIR/link", "", "", "is a symlink that leads nowhere");
     }
     void locate()

@@ -30,7 +30,8 @@ private slots:
         QTest::addColumn<QString>("output");
         QTest::addColumn<QString>("errors");
         const QString none = "^$";
-        const QString wrong = "Try --help";
+        const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
+        const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
         row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
         row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("the same", "build --help", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
@@ -38,19 +39,20 @@ private slots:
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
         row("version", "--version", 0, "^loomwright \\d+\\.\\d+\\.\\d+\n$", none);
-        row("no command", "", 2, none, wrong + ".*Commands:\n  check");
+        row("no command", "", 2, none, "^loomwright: No command is given\\." + wrong);
         row("mistyped command", "bild", 2, none,
-            "Unknown command \"bild\". Did you mean \"build\"\\? " + wrong + ".*Commands:");
+            "Unknown command \"bild\". Did you mean \"build\"\\?" + wrong);
+        row("option as command", "version", 2, none, "Did you mean \"--version\"\\?" + wrong);
         row("unknown option", "--frob info", 2, none, "\"--frob\".*" + wrong);
         row("mistyped option", "--manifets build", 2, none, "Did you mean \"--manifest\"\\?");
-        row("validate what", "validate", 2, none, wrong);
-        row("too many", "info me", 2, none, "Unexpected argument \"me\".*" + wrong);
-        row("set what", "-s novalue info", 2, none, "novalue.*" + wrong);
-        row("timeout of no number", "build --timeout x", 2, none, wrong);
-        row("timeout past int", "build --timeout 1e9", 2, none, wrong);
+        row("validate what", "validate", 2, none, wrongFor.arg("validate"));
+        row("too many", "info me", 2, none, "Unexpected argument \"me\"\\." + wrongFor.arg("info"));
+        row("set what", "-s novalue info", 2, none, "novalue.*" + wrongFor.arg("info"));
+        row("timeout of no number", "build --timeout x", 2, none, wrongFor.arg("build"));
+        row("timeout past int", "build --timeout 1e9", 2, none, wrongFor.arg("build"));
         row("inputs elsewhere", "-d GOOD targets", 2, none, "targets does not take --directory");
-        row("twice", "-d a -d b info", 2, none, wrong);
-        row("empty name", "--directory= info", 2, none, "--directory.*" + wrong);
+        row("twice", "-d a -d b info", 2, none, wrongFor.arg("info"));
+        row("empty name", "--directory= info", 2, none, "--directory.*" + wrongFor.arg("info"));
         row("standard input twice", "validate - -", 2, none, "only once");
         row("inputs without effect", "-c c.txt validate d.xml", 2, none, "does not take --config");
         row("quiet and verbose", "-q -v info", 2, none, "cannot be combined");
@@ -94,9 +96,8 @@ private slots:
             "GOOD/platform/veldmark-d1.xml GOOD/../deep.xml",
             1, "^[^\n]*: not valid\n[^\n]*: valid\n[^\n]*: not valid\n$",
             "^ERROR: Offset mismatch!.*\nERROR: Size mismatch!.*\n"
-            "ERROR: XML Document content could not be set!\nloomwright: \\S*deep.xml: line 1, "
-            "column "
-            "\\d+: Premature end of document.\n$");
+            "ERROR: XML Document content could not be set!\nloomwright: [^\n]*deep.xml: line 1, "
+            "column \\d+: Premature end of document.\n$");
         row("config alone on standard output", "-v -d GOOD config", 0,
             "^'This file was generated.*HostFW_1.4.2.bin\n.*Anchor",
             "Status bridge registered.*\"Legacy XML Data File\" is not part of a configuration");
@@ -111,7 +112,7 @@ private slots:
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",
             "Not building: see the errors above. Use --no-check to build anyway.\n$");
-        row("build with a refused input", "-q -d GOOD -s XML=x build --no-check", 1, "FAIL",
+        row("build with a rejected input", "-q -d GOOD -s XML=x build --no-check", 1, "FAIL",
             "Not building: see the errors above.\n$");
         row("stitcher that is none", "-q build --no-check -o i --stitcher /etc/passwd", 1, none,
             "/etc/passwd is not executable");
@@ -127,6 +128,22 @@ private slots:
         QTEST(run.status, "status");
     }
 
+    /// Each command has an example, and no line is wider than a terminal.
+    void help()
+    {
+        const QRegularExpression command("^  ([a-z]+) ", QRegularExpression::MultilineOption);
+        QStringList texts(host.start("--help").output);
+        const QString commands = texts.first().section("\nInputs:", 0, 0);
+        for (auto match = command.globalMatch(commands); match.hasNext();) {
+            texts << host.start("help " + match.next().captured(1)).output;
+            QVERIFY2(texts.last().contains("\nExample:\n  loomwright "), qPrintable(texts.last()));
+        }
+        QCOMPARE(texts.count(), 1 + 10);
+        for (const QString &line : texts.join('\n').split('\n')) {
+            QVERIFY2(line.size() < 80, qPrintable(line));
+        }
+    }
+
     void standardInput()
     {
         const QByteArray xml = readFile(host.samples.filePath("good/platform/veldmark-d1.xml"));
@@ -137,6 +154,9 @@ private slots:
         const Run run = host.start("-q -c - ingredients", "Flash-Layer = /a\n");
         QVERIFY2(matches(run.output, "Flash-Layer +/a "), qPrintable(run.output));
         QCOMPARE(run.status, 0);
+        const QString errors = host.start("-q -c - ingredients", "Odd = 1\n").errors;
+        QVERIFY2(errors.contains("The configuration standard input was rejected: Nothing to"),
+                 qPrintable(errors));
     }
 
     /// What must not be written, because it would overwrite what it is made of.
@@ -164,7 +184,7 @@ private slots:
         QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
         const Run run = host.start("-q " + arguments);
         QCOMPARE(run.status, 1);
-        QVERIFY2(matches(run.output + run.errors, "same file|one of the inputs|is the image"),
+        QVERIFY2(matches(run.output + run.errors, "same file|that was loaded|is the image"),
                  qPrintable(run.output + run.errors));
         QCOMPARE(readFile(input), QByteArray("precious"));
         QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));

@@ -169,7 +169,7 @@ private slots:
         row("directory", ".", "The image is a directory");
         row("in a directory that cannot be written", "locked/i.bin",
             "locked cannot be written: Perm");
-        row("a configuration that was loaded", "c.txt", "same file as one that is in use");
+        row("a configuration that was loaded", "c.txt", "same file as one that was loaded");
     }
     void unusableImages()
     {

@@ -507,10 +507,9 @@ QString writeManifest(const BuildResult &result, const QString &file)
     }
     const auto isReplaced
         = [&result] { return FileState::ofLink(result.image.file) != result.image.state; };
-    QString replaced
-        = QStringLiteral("The image %1 was replaced or changed after the build, so there "
-                         "is no valid manifest %2.")
-              .arg(result.image.file, file);
+    QString replaced = QStringLiteral("The manifest %1 is not valid: the image %2 was replaced or "
+                                      "changed after the build.")
+                           .arg(file, result.image.file);
     if (isReplaced()) {
         return replaced;
     }

@@ -91,9 +91,10 @@ void findUnusableImage(const Ingredient &output, Problems *problems)
     const QString image = output.text();
     const FileState state = FileState::ofLink(image);
     if (state.exists && !state.isRegular()) {
-        problems->append(findingFor(
-            output, Severity::Fatal,
-            QStringLiteral("The image is %1, which no build replaces").arg(typeText(state.type))));
+        problems->append(
+            findingFor(output, Severity::Fatal,
+                       QStringLiteral("The image is %1, which a build does not replace")
+                           .arg(typeText(state.type))));
         return;
     }
     const QString directory = QFileInfo(absolutePath(image)).path();

@@ -204,11 +204,12 @@ QString readProject(const QString &file, Project *project)
 {
     QFile source(file);
     if (!QFileInfo(source).isFile()) {
-        return QFileInfo::exists(file) ? QStringLiteral("%1 is not a regular file.").arg(file)
-                                       : QStringLiteral("%1 does not exist.").arg(file);
+        return (QFileInfo::exists(file) ? QStringLiteral("The file %1 is not a regular file.")
+                                        : QStringLiteral("The file %1 does not exist."))
+            .arg(file);
     }
     if (!source.open(QIODevice::ReadOnly)) {
-        return QStringLiteral("%1 cannot be read: %2.").arg(file, source.errorString());
+        return QStringLiteral("The file %1 cannot be read: %2.").arg(file, source.errorString());
     }
     const QByteArray content = source.readAll();
     QJsonParseError error;

@@ -235,9 +235,6 @@ void Values::dropMissingCandidates()
 
 void Values::warn(const QString &text, const QStringList &files)
 {
-    if (files.isEmpty()) {
-        return;
-    }
     Problem problem;
     problem.severity = Severity::Warning;
     problem.text = text;
@@ -370,8 +367,10 @@ QString Values::setText(const Ingredient &ingredient, const QString &text)
         : QStringLiteral("\"%1\" cannot be set.").arg(ingredient.id.name);
 }
 
-bool Values::loadConfiguration(const QString &file)
+bool Values::loadConfiguration(const QString &file, const QString &shownName)
 {
+    const QString name
+        = QStringLiteral("The configuration %1").arg(shownName.isEmpty() ? file : shownName);
     const QString path = absolutePath(file);
     configurationFiles.append(path);
     QStringList errors;
@@ -379,13 +378,16 @@ bool Values::loadConfiguration(const QString &file)
         DataFile::MaybeSet, [&] { return plugin->ingredientManager()->loadConfigFromFile(path); },
         &errors);
     if (!taken) {
-        return reject(QStringLiteral("The configuration %1 was rejected: %2.")
-                          .arg(file, errors.join(QStringLiteral("; "))));
+        if (errors.isEmpty()) {
+            errors.append(QStringLiteral("no line in it sets an ingredient"));
+        }
+        return reject(
+            QStringLiteral("%1 was rejected: %2.").arg(name, errors.join(QStringLiteral("; "))));
     }
     const Plugin::Silence silence(plugin);
     const QByteArray written = configurationOf(*plugin).value_or(QByteArray());
     for (const QString &remark : ineffectiveEntries(contentOf(path), written, ingredients())) {
-        warn(QStringLiteral("The configuration %1, %2").arg(file, remark), {path});
+        warn(QStringLiteral("%1, %2").arg(name, remark));
     }
     return true;
 }
@@ -430,10 +432,17 @@ bool Values::fillFromDirectory(const QString &directory)
         reject(directoryRejection(directory));
         skipped.unreadable.removeAll(path);
     }
-    warn(QStringLiteral("Directories that cannot be read were skipped"), skipped.unreadable);
-    warn(QStringLiteral("Symlinks were skipped, although their names match"), symlinks);
-    warn(QStringLiteral("Files were skipped whose names are not valid in the locale's encoding"),
-         skipped.undecodable);
+    const auto warnAboutSkipped = [this](const QString &text, const QStringList &files) {
+        if (!files.isEmpty()) {
+            warn(text, files);
+        }
+    };
+    warnAboutSkipped(QStringLiteral("Directories that cannot be read were skipped"),
+                     skipped.unreadable);
+    warnAboutSkipped(QStringLiteral("Symlinks were skipped, although their names match"), symlinks);
+    warnAboutSkipped(QStringLiteral("Files were skipped, as their names are not valid in the "
+                                    "locale's encoding"),
+                     skipped.undecodable);
     return taken;
 }
 
@@ -553,7 +562,7 @@ Problems Values::problems() const
             Problem problem;
             problem.kind = ProblemKind::Finding;
             problem.severity = Severity::Fatal;
-            problem.text = QStringLiteral("The image is the same file as one that is in use");
+            problem.text = QStringLiteral("The image is the same file as one that was loaded");
             problem.ingredient = outputIngredient(ingredients())->id;
             problem.files.append(file);
             problems.append(problem);
@@ -658,5 +667,5 @@ QString Values::overwriteProblem(const QString &file) const
     const bool used = std::any_of(files.begin(), files.end(), [&state](const QString &each) {
         return FileState::of(each).isSameFileAs(state);
     });
-    return used ? QStringLiteral("%1 is one of the inputs.").arg(file) : QString();
+    return used ? QStringLiteral("%1 is a file that was loaded.").arg(file) : QString();
 }

@@ -36,7 +36,8 @@ public:
     /// it was rejected: problems() says why, and nothing else has changed. If the plug-in could not
     /// be renewed, it is not loaded any more; nothing else may be called then.
     /// @{
-    bool loadConfiguration(const QString &file);
+    /// @param shownName how problems name the file, if not by its path
+    bool loadConfiguration(const QString &file, const QString &shownName = {});
     bool fillFromDirectory(const QString &directory);
     bool addFile(const QString &file);
     bool setValue(const QString &nameOrKey, const QString &text);
@@ -118,7 +119,7 @@ private:
     void settle(const IngredientId &id);
     void addCandidates(const QString &key, const QStringList &files);
     void addMessages(const QStringList &messages, const Ingredient &ingredient);
-    void warn(const QString &text, const QStringList &files);
+    void warn(const QString &text, const QStringList &files = {});
     void dropMissingCandidates();
 
     Plugin *plugin;

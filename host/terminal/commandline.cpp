@@ -95,23 +95,24 @@ QString unknownOption(const QCommandLineParser &parser)
         .arg(name, isShort ? QString() : suggestionText(closestTo(name, names)));
 }
 
-QString unknownCommand(const QString &name, CommandLine *commandLine)
+QString unknownCommand(const QString &name)
 {
-    commandLine->isCommandUnknown = true;
-    return QStringLiteral("Unknown command \"%1\".%2")
-        .arg(name, suggestionText(closestTo(name, commandNames())));
+    QString meant = closestTo(name, commandNames());
+    for (const OptionInfo &option : generalOptions()) {
+        meant = name == QLatin1String(option.name) ? dashed(option.name) : meant;
+    }
+    return QStringLiteral("Unknown command \"%1\".%2").arg(name, suggestionText(meant));
 }
 
 QString readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     commandLine->arguments = parser.positionalArguments();
     if (commandLine->arguments.isEmpty()) {
-        commandLine->isCommandUnknown = true;
         return QStringLiteral("No command is given.");
     }
     commandLine->command = findCommand(commandLine->arguments.first());
     if (!commandLine->command) {
-        return unknownCommand(commandLine->arguments.first(), commandLine);
+        return unknownCommand(commandLine->arguments.first());
     }
     commandLine->arguments.removeFirst();
     return {};
@@ -127,7 +128,7 @@ QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
     }
     const bool isHelp = !command.function;
     if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
-        return unknownCommand(commandLine->arguments.first(), commandLine);
+        return unknownCommand(commandLine->arguments.first());
     }
     return count > command.maxArguments ? QStringLiteral("Unexpected argument \"%1\".")
                                               .arg(commandLine->arguments.at(command.maxArguments))

@@ -47,8 +47,6 @@ struct CommandLine {
 
     /// What is wrong with the command line; empty when it is valid.
     QString problem;
-    /// Whether to show the list of commands with the error.
-    bool isCommandUnknown = false;
 };
 
 /// The argument that means standard input.

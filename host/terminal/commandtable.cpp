@@ -31,16 +31,16 @@ std::vector<OptionInfo> buildOptions()
 {
     return {
         {"output", "o", "FILE", "Short form of --image.", &CommandLine::imageFile},
-        {"dry-run", nullptr, nullptr, "Show checks, configuration and command line only.",
+        {"dry-run", nullptr, nullptr, "Only show checks, configuration and command line.",
          &CommandLine::isDryRun},
-        {"no-check", nullptr, nullptr, "Build in spite of errors, unless they are fatal.",
+        {"no-check", nullptr, nullptr, "Build in spite of errors that are not fatal.",
          &CommandLine::isUnchecked},
         stitcherOption(),
         {"timeout", nullptr, "SECONDS", "Terminate a stitcher that runs longer than this.",
          &CommandLine::timeoutText},
         {"manifest", nullptr, "FILE", "Write a manifest of a successful build.",
          &CommandLine::manifestFile},
-        {"keep-work", nullptr, nullptr, "Keep the work directory and a failed image.",
+        {"keep-work", nullptr, nullptr, "Keep the work directory and what was written.",
          &CommandLine::isWorkKept},
     };
 }
@@ -56,8 +56,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          "check all files",
          "Runs the checks of the plug-in and of this program, and lists all problems.\n"
-         "Errors block a build, warnings do not. With --verbose, also lists the checks\n"
-         "that passed.",
+         "Errors block a build, warnings do not. With --verbose, the checks that passed\n"
+         "are listed too.",
          {stitcherOption()},
          "loomwright -d drop --image image.bin check",
          CommandNeeds::Inputs,
@@ -65,17 +65,17 @@ const std::vector<CommandInfo> &commandTable()
          runCheck},
         {"build", "", 0, 0, "check, then run the stitcher and wait for it",
          "Builds only if there are no errors; see --no-check. The image appears whole or\n"
-         "not at all: if a build fails, an older image stays as it was. Without --image,\n"
-         "the image has the target's default name, in the current directory.",
+         "not at all: if the build fails, an older image stays as it was. Without\n"
+         "--image, the image has the target's default name, in the current directory.",
          buildOptions(), "loomwright -d drop build -o image.bin --manifest image.bin.manifest.json",
          CommandNeeds::Inputs, CommandStyle::ListsProblems, buildImage},
         {"verify",
          "FILE",
          1,
          1,
-         "compare image and inputs with a manifest",
-         "Lists the files that differ from the manifest. A stitcher that is not there is\n"
-         "not compared.",
+         "compare image, inputs and stitcher with a manifest",
+         "Compares the image, the input files and the stitcher with a manifest, and lists\n"
+         "what differs. A stitcher that does not exist any more is not compared.",
          {},
          "loomwright verify image.bin.manifest.json",
          CommandNeeds::Plugin,
@@ -88,7 +88,7 @@ const std::vector<CommandInfo> &commandTable()
          "list ingredients, their values and requirements",
          "Lists group, name, key, value and requirement of every ingredient. Hidden\n"
          "ingredients are marked.",
-         {namesOption("Print every name and key that --set accepts, one per line.")},
+         {namesOption("Print only names and keys that --set accepts.")},
          "loomwright -d drop ingredients",
          CommandNeeds::Inputs,
          CommandStyle::Plain,
@@ -109,8 +109,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "write the stitcher configuration",
-         "Writes to standard output without -o. The legacy XML data file is not part of a\n"
-         "configuration; a project file stores all values.",
+         "Writes to standard output unless -o is given. The legacy XML data file is not\n"
+         "part of a configuration; a project file stores all values.",
          {outputOption()},
          "loomwright -d drop config -o config.txt",
          CommandNeeds::Inputs,
@@ -121,8 +121,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "write the current values as a project file",
-         "Writes to standard output without -o. Paths are relative to the file, or to the\n"
-         "current directory.",
+         "Writes to standard output unless -o is given. Paths are relative to the file,\n"
+         "or to the current directory.",
          {outputOption()},
          "loomwright -d drop --image image.bin project -o image.loomwright",
          CommandNeeds::Inputs,
@@ -133,8 +133,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "show plug-in information",
-         "Shows target, version, author, interfaces, Qt version and file of the plug-in, and\n"
-         "the data views that it offers with the given inputs.",
+         "Shows target, version, author, interfaces, Qt version and file of the plug-in,\n"
+         "and the data views that it offers with the given inputs.",
          {},
          "loomwright -d drop info",
          CommandNeeds::Inputs,
@@ -144,10 +144,10 @@ const std::vector<CommandInfo> &commandTable()
          "",
          0,
          0,
-         "list the plug-ins in the plug-in directory",
-         "Lists the targets of all plug-ins, as names for --target. Searches the directory\n"
-         "of the plug-in given by --plugin or LOOMWRIGHT_PLUGIN, else the program's and\n"
-         "the installed plug-in directory.",
+         "list the targets of the installed plug-ins",
+         "Lists the targets of all plug-ins, as names for --target. Searches the\n"
+         "directory of the plug-in that --plugin or LOOMWRIGHT_PLUGIN names, else those\n"
+         "of the program and of the installed plug-ins.",
          {namesOption("Print only the names, one per line.")},
          "loomwright targets",
          CommandNeeds::Nothing,
@@ -196,11 +196,11 @@ const std::vector<OptionInfo> &inputOptions()
 {
     static const std::vector<OptionInfo> options{
         {"project", "p", "FILE", "Load a project file or a manifest.", &CommandLine::projectFile},
-        {"config", "c", "FILE", "Load a stitcher configuration; \"-\" is standard input.",
+        {"config", "c", "FILE", "Load a configuration; \"-\" is standard input.",
          &CommandLine::configInput},
         {"directory", "d", "DIR", "Fill ingredients from files in DIR, by name.",
          &CommandLine::directory},
-        {"file", "f", "FILE", "Fill the ingredient that matches the name.", &CommandLine::files},
+        {"file", "f", "FILE", "Fill an ingredient from FILE, by name.", &CommandLine::files},
         {"set", "s", "NAME=VALUE", "Set one ingredient by its name or key.",
          &CommandLine::settingTexts, true},
         {"image", nullptr, "FILE", "Set the image to write.", &CommandLine::imageFile},

@@ -16,12 +16,17 @@ current directory, those in a project file against its directory.
 
 Exit status:
   0  success
-  1  an input, a check, a validation or the build failed
-  2  the command line is not valid
+  1  an input was rejected, or a check, a validation or the build failed
+  2  the command line is invalid; nothing was done
   3  the plug-in could not be loaded
+After INT, TERM, HUP or QUIT, the program cleans up and is killed by the same
+signal. A shell shows 130 for INT (Ctrl-C) and 143 for TERM.
 
 Environment:
-  LOOMWRIGHT_PLUGIN  the plug-in, unless --plugin or --target is given
+  LOOMWRIGHT_PLUGIN  the plug-in, unless --plugin is given; with --target, its
+                     directory is searched
+  PATH               where tamblin-stitcher is, unless --stitcher is given
+  TMPDIR             the directory for the work directory of a build, or /tmp
   NO_COLOR           if set, output has no colour
 )";
 
@@ -41,7 +46,9 @@ QString optionLines(const char *title, const std::vector<OptionInfo> &options)
 
 QString commandOverview()
 {
-    QString text = QStringLiteral("Usage: loomwright [OPTIONS] COMMAND\n\nCommands:\n");
+    QString text
+        = QStringLiteral("Usage: loomwright [OPTIONS] COMMAND\n\n"
+                         "Checks firmware files and builds phone images from them.\n\nCommands:\n");
     for (const CommandInfo &command : commandTable()) {
         const QString usage
             = QLatin1String(command.name) + QLatin1Char(' ') + QLatin1String(command.arguments);

@@ -38,11 +38,15 @@ void loadProject(CommandContext &context, Project *project)
 
 void loadConfiguration(CommandContext &context)
 {
-    QString file = context.commandLine.configInput;
-    const QString problem
-        = file == QLatin1String(standardInputName) ? copyStandardInput(context, &file) : QString();
-    if (problem.isEmpty()) {
+    const QString file = context.commandLine.configInput;
+    if (file != QLatin1String(standardInputName)) {
         context.values->loadConfiguration(file);
+        return;
+    }
+    QString copy;
+    const QString problem = copyStandardInput(context, &copy);
+    if (problem.isEmpty()) {
+        context.values->loadConfiguration(copy, QStringLiteral("standard input"));
     } else {
         context.values->reject(problem);
     }
@@ -102,7 +106,8 @@ void printRejections(CommandContext &context)
             context.report.printError(
                 QStringLiteral("%1: %2: %3").arg(problem.ingredient.name, problem.text, files));
         } else if (problem.kind == ProblemKind::Input && problem.severity == Severity::Warning) {
-            context.report.printWarning(QStringLiteral("%1: %2").arg(problem.text, files));
+            context.report.printWarning(
+                files.isEmpty() ? problem.text : QStringLiteral("%1: %2").arg(problem.text, files));
         } else if (problem.kind == ProblemKind::Input) {
             context.report.printError(problem.text);
         }

@@ -196,10 +196,10 @@ int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, R
     report->set("command",
                 commandLine.command ? QLatin1String(commandLine.command->name) : QLatin1String());
     if (!commandLine.problem.isEmpty()) {
-        report->addFailure(commandLine.problem + QLatin1String(" Try --help."));
-        if (commandLine.isCommandUnknown) {
-            report->printHint(commandOverview());
-        }
+        report->addFailure(commandLine.problem);
+        report->printHint(commandLine.command ? QStringLiteral("Try \"loomwright help %1\".")
+                                                    .arg(QLatin1String(commandLine.command->name))
+                                              : QStringLiteral("Try \"loomwright --help\"."));
         return UsageError;
     }
     if (QDir::currentPath().isEmpty()) {

@@ -40,7 +40,7 @@ Record recordOf(const Ingredient &ingredient)
                                         : ingredient.id.name + QLatin1String(" (hidden)")},
                   {"Key", "key", ingredient.id.key},
                   {"Value", "value", ingredient.text()},
-                  {"Must be", nullptr, {}, demandOf(ingredient.value)},
+                  {"Requirement", nullptr, {}, demandOf(ingredient.value)},
                   {nullptr, "kind", kindName(kindOf(ingredient.value))},
                   {nullptr, "visible", ingredient.isVisible}};
     if (kindOf(ingredient.value) == ValueKind::File) {
