@@ -191,6 +191,30 @@ private slots:
         QVERIFY(!QFile::exists(host.path("started")));
     }
 
+    /// A limit on the size of files stands for a full disk.
+    void fullDisk_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<int>("limit"); // In units of 1024 bytes.
+        row("project", "-d GOOD project -o file", 1);
+        row("manifest", "-d GOOD build -o i.bin --manifest file", 2);
+    }
+    void fullDisk()
+    {
+        QFETCH(QString, arguments);
+        writeStitcher(host.folder->path(),
+                      "printf image > \"$(sed -n 's/^ImageName = //p' \"$4\")\"");
+        writeFile(host.path("file"), "old");
+        const QString words = "'" + host.words(arguments).join("' '") + "'";
+        QFETCH(int, limit);
+        const Run run
+            = host.shell(QString("trap '' XFSZ; ulimit -f %1; \"$1\" -q %2").arg(limit).arg(words));
+        QCOMPARE(run.status, 1);
+        QVERIFY2(matches(run.errors, "/file cannot be written: File too large\\.\n$"),
+                 qPrintable(run.errors));
+        QCOMPARE(readFile(host.path("file")), QByteArray("old"));
+    }
+
     void controlCharacters()
     {
         const QString drop = host.path("a\nImageName = b");

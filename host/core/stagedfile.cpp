@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -45,30 +44,23 @@ void syncDirectory(const QString &directory)
     }
 }
 
-/// Writes all of @p content and stores it durably. Returns 0 or an error number.
-int writeAll(int descriptor, const QByteArray &content)
-{
-    int written = 0;
-    while (written < content.size()) {
-        const ssize_t count
-            = write(descriptor, content.constData() + written, size_t(content.size() - written));
-        if (count < 0 && errno != EINTR) {
-            return errno;
-        }
-        written += std::max(0, int(count));
-    }
-    return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
-}
-
 /// Creates a file. Returns an empty text, or why that failed.
 QString writeNew(const QString &path, const QByteArray &content)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         return file.errorString();
     }
-    const int error = writeAll(file.handle(), content);
-    return error == 0 ? QString() : qt_error_string(error);
+    for (qint64 written = 0; written < content.size();) {
+        // If the disk takes only a part, the next round shows why.
+        const qint64 count = file.write(content.constData() + written, content.size() - written);
+        if (count <= 0) {
+            return file.errorString();
+        }
+        written += count;
+    }
+    const bool synced = fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
+    return synced ? QString() : qt_error_string(errno);
 }
 
 QString cannotBeWritten(const QString &file, const QString &reason)
