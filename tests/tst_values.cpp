@@ -12,8 +12,6 @@
 #include <QAbstractItemModel>
 #include <QtTest>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -346,22 +344,6 @@ private slots:
         QCOMPARE(readFile("old"), QByteArray(existed ? "new" : "old"));
         QCOMPARE(QFileInfo("old").permissions(), QFile::Permissions(0x6660));
         QVERIFY(QDir().entryList({".loomwright-*"}, QDir::AllEntries | QDir::Hidden).isEmpty());
-    }
-
-    void failedWriting()
-    {
-        writeFile("old", "old");
-        rlimit before = {};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit small = {100, before.rlim_max};
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &small);
-        const QString problem = writeWhole(folder->filePath("old"), QByteArray(1000, 'x'));
-        setrlimit(RLIMIT_FSIZE, &before);
-        QVERIFY2(problem.contains("old cannot be written: File too large"), qPrintable(problem));
-        QCOMPARE(readFile("old"), QByteArray("old"));
-        QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                 QStringList("old"));
     }
 
 private:
