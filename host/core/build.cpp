@@ -202,8 +202,8 @@ void Build::judgeStitcher()
 {
     giveUpTimer.stop();
     isStitcherDone = true;
-    result.exitStatus = run->exitStatus();
-    result.signalNumber = run->signalNumber();
+    result.exitStatus = run->reported(RunnerStatus::Exited).value_or(-1);
+    result.signalNumber = run->reported(RunnerStatus::Signaled).value_or(0);
     if (isConcluded) {
         return;
     }
@@ -223,21 +223,22 @@ void Build::judgeStitcher()
 /// Why the way the stitcher ended is a failure; empty when it succeeded.
 QString Build::stitcherProblem() const
 {
-    if (!run->hasStarted()) {
+    if (!run->reported(RunnerStatus::Started)) {
         return joined(QStringLiteral("The stitcher was not started."), startError);
     }
-    if (run->startError() == ENOENT && QFile::exists(options.stitcher)) {
+    const std::optional<int> startErrorNumber = run->reported(RunnerStatus::StartFailed);
+    if (startErrorNumber == ENOENT && QFile::exists(options.stitcher)) {
         return QStringLiteral("The stitcher %1 could not be started: its interpreter is missing.")
             .arg(options.stitcher);
     }
-    if (run->startError() != 0) {
+    if (startErrorNumber) {
         return QStringLiteral("The stitcher %1 could not be started: %2.")
-            .arg(options.stitcher, qt_error_string(run->startError()));
+            .arg(options.stitcher, qt_error_string(*startErrorNumber));
     }
-    if (!run->hasFinished()) {
+    if (!run->reported(RunnerStatus::Finished)) {
         return QStringLiteral("The program that supervises the stitcher was killed.");
     }
-    if (run->hasTimedOut()) {
+    if (run->reported(RunnerStatus::TimedOut)) {
         return QStringLiteral("The stitcher did not finish within %1 s and was terminated.")
             .arg(options.timeoutMs / 1000.0);
     }
@@ -249,10 +250,10 @@ QString Build::stitcherProblem() const
     if (result.exitStatus > 0) {
         return QStringLiteral("The stitcher failed with exit status %1.").arg(result.exitStatus);
     }
-    if (run->wasStopped()) {
+    if (run->reported(RunnerStatus::Stopped)) {
         return QStringLiteral("The program that supervises the stitcher was stopped by a signal.");
     }
-    if (run->hasLeftProcesses()) {
+    if (run->reported(RunnerStatus::LeftBehind)) {
         return QStringLiteral("The stitcher finished, but left processes running. They were "
                               "terminated, so the image may be incomplete.");
     }
@@ -277,9 +278,10 @@ QString Build::imageProblem() const
         return QStringLiteral("The stitcher linked the older image instead of writing %1.")
             .arg(result.image.file);
     }
-    return run->syncError() == 0 ? QString()
-                                 : QStringLiteral("The image %1 could not be stored: %2.")
-                                       .arg(result.image.file, qt_error_string(run->syncError()));
+    const std::optional<int> syncError = run->reported(RunnerStatus::SyncFailed);
+    return syncError ? QStringLiteral("The image %1 could not be stored: %2.")
+                           .arg(result.image.file, qt_error_string(*syncError))
+                     : QString();
 }
 
 /// Names a file that has changed since its state was noted: "The stitcher /x has changed". Empty

@@ -4,6 +4,7 @@
 #include "host/core/stitcherrun.h"
 
 #include "host/core/stitcher.h"
+#include "host/core/temporaryvariable.h"
 
 #include <QFile>
 #include <QTimer>
@@ -16,7 +17,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -26,36 +26,6 @@ const int settleIntervalMs = 1;
 const int maxSettleRounds = 2000;
 /// The runner gives the stitcher two seconds to end before it kills it.
 const int maxWaitMs = 5000;
-
-/// Changes environment variables and restores them in the destructor.
-class EnvironmentChange
-{
-public:
-    EnvironmentChange() = default;
-    ~EnvironmentChange()
-    {
-        for (auto change = before.rbegin(); change != before.rend(); ++change) {
-            put(change->first, change->second);
-        }
-    }
-    EnvironmentChange(const EnvironmentChange &) = delete;
-    EnvironmentChange &operator=(const EnvironmentChange &) = delete;
-
-    /// A null @p value unsets the variable.
-    void set(const char *name, const QByteArray &value)
-    {
-        before.emplace_back(name, qgetenv(name));
-        put(name, value);
-    }
-
-private:
-    static void put(const char *name, const QByteArray &value)
-    {
-        value.isNull() ? qunsetenv(name) : qputenv(name, value);
-    }
-
-    std::vector<std::pair<const char *, QByteArray>> before;
-};
 
 /// A program that starts the host may have set SIGCHLD to be ignored. Then the system would discard
 /// exit statuses, and the plug-in would report a crash.
@@ -78,15 +48,10 @@ bool waitForMessage(int socket)
     return ready > 0;
 }
 
-std::string toMessage(const StitcherRequest &request)
+/// Cannot truncate: a longer path names nothing.
+void setPath(char (&path)[PATH_MAX], const QString &text)
 {
-    RunnerRequest message;
-    message.stitcher = QFile::encodeName(request.stitcher).toStdString();
-    message.stagingDirectory = QFile::encodeName(request.stagingDirectory).toStdString();
-    message.workDirectory = QFile::encodeName(request.workDirectory).toStdString();
-    message.timeoutMs = request.timeoutMs;
-    message.isKept = request.isKept;
-    return message.serialize();
+    qstrncpy(path, QFile::encodeName(text).constData(), sizeof path);
 }
 
 } // namespace
@@ -99,11 +64,13 @@ StitcherRun::StitcherRun(QObject *parent)
 StitcherRun::~StitcherRun()
 {
     notifier.reset();
-    send(hasFinished() ? HostCommand::Finish : HostCommand::Stop);
-    RunnerStatus status = {};
-    while (socket >= 0 && waitForMessage(socket)
-           && recv(socket, &status, sizeof status, 0) == sizeof status) {
-        if (status.kind == RunnerStatus::Finished) {
+    send(reported(RunnerStatus::Finished) ? HostCommand::Finish : HostCommand::Stop);
+    while (socket >= 0 && waitForMessage(socket)) {
+        const auto status = receiveMessage<RunnerStatus>(socket);
+        if (!status) {
+            break;
+        }
+        if (status->kind == RunnerStatus::Finished) {
             finish();
         }
     }
@@ -117,26 +84,30 @@ QString StitcherRun::start(const StitcherRequest &request, const std::function<v
         return tr("The program that supervises the stitcher is missing: the installation is "
                   "incomplete.");
     }
-    const std::string message = toMessage(request);
+    RunnerRequest message;
+    setPath(message.stitcher, request.stitcher);
+    setPath(message.stagingDirectory, request.stagingDirectory);
+    setPath(message.workDirectory, request.workDirectory);
+    message.timeoutMs = request.timeoutMs;
+    message.isKept = request.isKept;
     int ends[2] = {-1, -1};
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0
-        || ::send(ends[0], message.data(), message.size(), MSG_DONTWAIT) < 0) {
+        || !sendMessage(ends[0], message)) {
         const QString problem = qt_error_string(errno);
         close(ends[0]);
         close(ends[1]);
         return tr("The stitcher cannot be supervised: %1.").arg(problem);
     }
     socket = ends[0];
-    fcntl(socket, F_SETFL, O_NONBLOCK);
 
     stopIgnoringChildren();
     {
-        EnvironmentChange environment;
         const QByteArray path = qgetenv("PATH");
-        environment.set(RunnerProtocol::pathVariable, path);
-        environment.set("PATH", QFile::encodeName(directory) + ':' + path);
-        environment.set("TMPDIR", QFile::encodeName(request.workDirectory));
-        environment.set(RunnerProtocol::socketVariable, QByteArray::number(ends[1]));
+        const TemporaryVariable userPath(RunnerProtocol::pathVariable, path);
+        const TemporaryVariable searchPath("PATH", QFile::encodeName(directory) + ':' + path);
+        const TemporaryVariable temporary("TMPDIR", QFile::encodeName(request.workDirectory));
+        const TemporaryVariable runnerSocket(RunnerProtocol::socketVariable,
+                                             QByteArray::number(ends[1]));
         fcntl(ends[1], F_SETFD, 0); // The runner inherits it.
         begin();
     }
@@ -165,27 +136,21 @@ void StitcherRun::finish()
 /// Ignores errors: the end of the connection shows that the runner has gone.
 void StitcherRun::send(HostCommand command)
 {
-    ::send(socket, &command, sizeof command, MSG_NOSIGNAL);
+    sendMessage(socket, command);
 }
 
 /// Emits signals last: their receivers may delete this object.
 void StitcherRun::readStatus()
 {
-    RunnerStatus status = {};
-    const ssize_t size = recv(socket, &status, sizeof status, 0);
-    // A runner that is killed before it reads a command resets the connection once; what it has sent
-    // before can still be read.
-    if (size < 0 && (errno == EINTR || errno == EAGAIN || errno == ECONNRESET)) {
-        return;
-    }
-    if (size != sizeof status) {
+    const auto status = receiveMessage<RunnerStatus>(socket);
+    if (!status) {
         disconnectRunner();
         return;
     }
-    reports.insert(status.kind, status.value);
-    if (status.kind == RunnerStatus::Started) {
+    reports.insert(status->kind, status->value);
+    if (status->kind == RunnerStatus::Started) {
         emit started();
-    } else if (status.kind == RunnerStatus::Finished) {
+    } else if (status->kind == RunnerStatus::Finished) {
         emit stitcherEnded();
     }
 }
@@ -194,8 +159,8 @@ void StitcherRun::disconnectRunner()
 {
     notifier->setEnabled(false);
     close(std::exchange(socket, -1));
-    afterReadyEvents(&StitcherRun::settle);
-    if (!hasFinished()) {
+    settle();
+    if (!reported(RunnerStatus::Finished)) {
         emit stitcherEnded();
     }
 }
@@ -207,34 +172,26 @@ void StitcherRun::settle()
         QTimer::singleShot(settleIntervalMs, this, &StitcherRun::settle);
         return;
     }
-    afterReadyEvents(&StitcherRun::ended);
-}
-
-/// Calls @p next when everything that was ready to be read has been delivered. A timer without
-/// delay expires after that; two are needed, since the first may expire in the current round.
-void StitcherRun::afterReadyEvents(void (StitcherRun::*next)())
-{
-    QTimer::singleShot(0, this, [this, next] { QTimer::singleShot(0, this, next); });
+    // A timer without delay expires after everything that was ready to be read has been delivered.
+    // Two are needed, since the first may expire in the current round.
+    QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &StitcherRun::ended); });
 }
 
 /// Whether the plug-in has waited for the runner; all output has arrived before that.
 bool StitcherRun::isReaped() const
 {
     siginfo_t info = {};
-    return !hasStarted()
-        || (waitid(P_PID, runnerProcess(), &info, WEXITED | WNOHANG | WNOWAIT) == -1
+    const std::optional<int> runner = reported(RunnerStatus::Started);
+    return !runner
+        || (waitid(P_PID, id_t(*runner), &info, WEXITED | WNOHANG | WNOWAIT) == -1
             && errno == ECHILD);
-}
-
-id_t StitcherRun::runnerProcess() const
-{
-    return static_cast<id_t>(reports.value(RunnerStatus::Started));
 }
 
 QStringList StitcherRun::commandLine() const
 {
-    QFile file(QStringLiteral("/proc/%1/cmdline").arg(runnerProcess()));
-    if (!hasStarted() || !file.open(QIODevice::ReadOnly)) {
+    const std::optional<int> runner = reported(RunnerStatus::Started);
+    QFile file(QStringLiteral("/proc/%1/cmdline").arg(runner.value_or(0)));
+    if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
     QList<QByteArray> texts = file.readAll().split('\0'); // Each one is followed by a NUL byte.
@@ -246,52 +203,8 @@ QStringList StitcherRun::commandLine() const
     return arguments;
 }
 
-bool StitcherRun::hasStarted() const
+std::optional<int> StitcherRun::reported(RunnerStatus::Kind kind) const
 {
-    return reports.contains(RunnerStatus::Started);
-}
-
-int StitcherRun::startError() const
-{
-    return reports.value(RunnerStatus::StartFailed);
-}
-
-int StitcherRun::exitStatus() const
-{
-    return reports.value(RunnerStatus::Exited, -1);
-}
-
-int StitcherRun::signalNumber() const
-{
-    return reports.value(RunnerStatus::Signaled);
-}
-
-bool StitcherRun::hasLeftProcesses() const
-{
-    return reports.contains(RunnerStatus::LeftBehind);
-}
-
-bool StitcherRun::hasTimedOut() const
-{
-    return reports.contains(RunnerStatus::TimedOut);
-}
-
-bool StitcherRun::wasStopped() const
-{
-    return reports.contains(RunnerStatus::Stopped);
-}
-
-int StitcherRun::syncError() const
-{
-    return reports.value(RunnerStatus::SyncFailed);
-}
-
-bool StitcherRun::hasFinished() const
-{
-    return reports.contains(RunnerStatus::Finished);
-}
-
-bool StitcherRun::isRunning() const
-{
-    return socket >= 0;
+    const auto report = reports.constFind(kind);
+    return report == reports.constEnd() ? std::nullopt : std::optional(*report);
 }

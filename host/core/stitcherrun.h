@@ -12,7 +12,7 @@
 
 #include <functional>
 #include <memory>
-#include <sys/types.h>
+#include <optional>
 
 /// What a run of the stitcher needs.
 struct StitcherRequest {
@@ -56,29 +56,10 @@ public:
     /// The arguments with which the plug-in has started the runner, without its name; empty before
     /// started() and after ended().
     QStringList commandLine() const;
-    /// Whether the plug-in has started the runner.
-    bool hasStarted() const;
-    /// The error number if the runner could not start the stitcher; else 0.
-    int startError() const;
-    /// The stitcher's exit status; -1 when it did not exit by itself or the status is unknown.
-    int exitStatus() const;
-    /// The signal that killed the stitcher; 0 when none did.
-    int signalNumber() const;
-    /// Whether processes were still running some time after the stitcher had ended by itself. They
-    /// have been terminated.
-    bool hasLeftProcesses() const;
-    /// Whether the stitcher ran too long and has been terminated.
-    bool hasTimedOut() const;
-    /// Whether stop() or a signal to the runner has terminated the stitcher.
-    bool wasStopped() const;
-    /// The error number if files in the staging directory may not be on disk after exit status 0;
-    /// else 0.
-    int syncError() const;
-    /// Whether no process of the stitcher is left. If it is false after stitcherEnded(), the runner
-    /// was killed or never started.
-    bool hasFinished() const;
-    /// Whether the runner is still running.
-    bool isRunning() const;
+    /// The value of what the runner has reported; empty if it has not. Without
+    /// RunnerStatus::Started, the plug-in has not started it. Without RunnerStatus::Finished after
+    /// stitcherEnded(), it was killed or never started.
+    std::optional<int> reported(RunnerStatus::Kind kind) const;
 
 signals:
     /// The runner runs; the stitcher does not yet.
@@ -94,9 +75,7 @@ private:
     void send(HostCommand command);
     void disconnectRunner();
     void settle();
-    void afterReadyEvents(void (StitcherRun::*next)());
     bool isReaped() const;
-    id_t runnerProcess() const;
 
     int socket = -1;
     std::unique_ptr<QSocketNotifier> notifier;

@@ -1,24 +1,27 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/runner/hostconnection.h"
 #include "host/runner/processtree.h"
-#include "host/runner/signals.h"
+#include "host/runner/runnerprotocol.h"
 #include "host/runner/supervisor.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
+#include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
 constexpr int usageError = 2;
+
+/// With this the supervisor is asked to end, also by the kernel when its parent is killed.
+constexpr int stopSignal = SIGUSR2;
 
 /// Removes the variables meant for the runner alone, and restores the user's PATH for the stitcher.
 void restoreEnvironment()
@@ -32,17 +35,52 @@ void restoreEnvironment()
     unsetenv(RunnerProtocol::socketVariable);
 }
 
+/// Blocks SIGCHLD and the signals that ask a process to end, to be waited for. Those that are ignored,
+/// for example under nohup, stay ignored.
+sigset_t blockSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGCHLD, stopSignal}) {
+        std::signal(number, SIG_DFL); // If it were ignored, it would be lost.
+        sigaddset(&signals, number);
+    }
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        struct sigaction action = {};
+        if (sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            sigaddset(&signals, number);
+        }
+    }
+    sigprocmask(SIG_SETMASK, &signals, nullptr);
+    return signals;
+}
+
+/// Ends this process as @p status says, which is one of waitpid(): with the same exit status, or by
+/// the same signal but without a core dump.
+[[noreturn]] void endLike(int status)
+{
+    if (WIFSIGNALED(status)) {
+        const int number = WTERMSIG(status);
+        prctl(PR_SET_DUMPABLE, 0);
+        std::signal(number, SIG_DFL);
+        sigset_t unblocked;
+        sigemptyset(&unblocked);
+        sigaddset(&unblocked, number);
+        sigprocmask(SIG_UNBLOCK, &unblocked, nullptr);
+        std::raise(number);
+    }
+    _exit(WEXITSTATUS(status));
+}
+
 /// Waits for the end of @p supervisor and of what it leaves behind when it is killed.
-/// @param signals blocked; those that ask this process to end are passed on
-/// @param stopPipe its end stops the supervisor, also when this process is killed
-[[noreturn]] void guard(pid_t supervisor, const sigset_t &signals, int stopPipe)
+[[noreturn]] void guard(pid_t supervisor, const sigset_t &signals)
 {
     ProcessTree processes(supervisor);
     while (processes.reap() && !processes.status()) {
         int number = 0;
         sigwait(&signals, &number);
         if (number != SIGCHLD) {
-            close(std::exchange(stopPipe, -1));
+            kill(supervisor, stopSignal);
         }
     }
     processes.terminate();
@@ -57,34 +95,36 @@ void restoreEnvironment()
 /// the plug-in waits for, and its child, which does the work. Whichever is left terminates them.
 int main(int, char **arguments)
 {
-    const char *socketText = std::getenv(RunnerProtocol::socketVariable);
-    const HostConnection host(socketText ? std::atoi(socketText) : -1);
-    const std::optional<RunnerRequest> request = host.takeRequest();
+    const char *socket = std::getenv(RunnerProtocol::socketVariable);
+    const int host = socket ? std::atoi(socket) : -1;
+    const auto request = receiveMessage<RunnerRequest>(host, MSG_DONTWAIT);
     if (!request) {
         std::fputs("loomwright starts this program in place of the stitcher; it is of no use by "
                    "itself.\n",
                    stderr);
         return usageError;
     }
+    fcntl(host, F_SETFD, FD_CLOEXEC);
     restoreEnvironment();
     const sigset_t signals = blockSignals();
-    host.report(RunnerStatus::Started, getpid());
+    const pid_t self = getpid();
+    sendMessage(host, RunnerStatus{RunnerStatus::Started, self});
 
-    const int signalDescriptor = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-    int stopPipe[2] = {-1, -1};
-    const bool prepared = signalDescriptor >= 0 && pipe2(stopPipe, O_CLOEXEC) == 0
-        && prctl(PR_SET_CHILD_SUBREAPER, 1) == 0;
-    const pid_t supervisor = prepared ? fork() : -1;
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    const int signalSource = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    const pid_t supervisor = signalSource < 0 ? -1 : fork();
     if (supervisor == -1) {
-        host.report(RunnerStatus::StartFailed, errno);
-        host.report(RunnerStatus::Finished);
+        sendMessage(host, RunnerStatus{RunnerStatus::StartFailed, errno});
+        sendMessage(host, RunnerStatus{RunnerStatus::Finished, 0});
         return startFailedStatus;
     }
-    if (supervisor == 0) {
-        close(stopPipe[1]);
-        prctl(PR_SET_CHILD_SUBREAPER, 1); // It is not inherited.
-        endLike(Supervisor(*request, host, signalDescriptor, stopPipe[0]).run(arguments));
+    if (supervisor != 0) {
+        guard(supervisor, signals);
     }
-    close(stopPipe[0]);
-    guard(supervisor, signals, stopPipe[1]);
+    prctl(PR_SET_CHILD_SUBREAPER, 1); // It is not inherited.
+    prctl(PR_SET_PDEATHSIG, stopSignal);
+    if (getppid() != self) {
+        std::raise(stopSignal); // The other process was killed before that.
+    }
+    endLike(Supervisor(*request, host, signalSource).run(arguments));
 }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -56,9 +55,7 @@ std::vector<pid_t> descendantsOf(pid_t process)
 /// Returns when a child has ended, or at @p end.
 void waitForChild(Clock::time_point end)
 {
-    constexpr int thousand = 1000;
-    const int timeMs = millisecondsUntil(end);
-    const timespec time = {timeMs / thousand, long(timeMs % thousand) * thousand * thousand};
+    const timespec time = timeUntil(end);
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGCHLD);
@@ -67,10 +64,13 @@ void waitForChild(Clock::time_point end)
 
 } // namespace
 
-int millisecondsUntil(Clock::time_point end)
+timespec timeUntil(Clock::time_point end)
 {
-    const auto time = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
-    return int(std::clamp<decltype(time)>(time, 0, INT_MAX));
+    using std::chrono::nanoseconds;
+    using std::chrono::seconds;
+    const auto time = std::max(nanoseconds(end - Clock::now()), nanoseconds::zero());
+    const auto whole = std::chrono::duration_cast<seconds>(time);
+    return {whole.count(), nanoseconds(time - whole).count()};
 }
 
 ProcessTree::ProcessTree(pid_t process)

@@ -4,13 +4,14 @@
 #pragma once
 
 #include <chrono>
+#include <ctime>
 #include <optional>
 #include <sys/types.h>
 
 using Clock = std::chrono::steady_clock;
 
-/// The time until @p end in milliseconds, rounded up; 0 when it has passed.
-int millisecondsUntil(Clock::time_point end);
+/// The time until @p end; 0 when it has passed.
+timespec timeUntil(Clock::time_point end);
 
 /// The descendants of this process, which all are or become its children before they end.
 ///

@@ -11,10 +11,11 @@
 /// RunnerStatus per message. When the connection ends without HostCommand::Finish, the host has died:
 /// the runner terminates everything and removes the directories that the request names.
 
+#include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <optional>
-#include <sstream>
-#include <string>
+#include <sys/socket.h>
 
 namespace RunnerProtocol {
 
@@ -28,35 +29,11 @@ constexpr char pathVariable[] = "LOOMWRIGHT_PATH";
 
 /// The host's first message: what the runner needs to know.
 struct RunnerRequest {
-    std::string stitcher;         ///< Absolute path.
-    std::string stagingDirectory; ///< Where the stitcher writes; may be empty.
-    std::string workDirectory;    ///< The value of TMPDIR; may be empty.
-    int timeoutMs = 0;            ///< How long the stitcher may run; 0 for forever.
-    bool isKept = false;          ///< Whether the directories stay when the host dies.
-
-    /// The request as a message.
-    std::string serialize() const
-    {
-        std::ostringstream message;
-        message << timeoutMs << ' ' << isKept << ' ';
-        for (const std::string &text : {stitcher, stagingDirectory, workDirectory}) {
-            message << text << '\0';
-        }
-        return message.str();
-    }
-
-    /// Reads a message that serialize() made; empty if it is not valid.
-    static std::optional<RunnerRequest> parse(const std::string &message)
-    {
-        RunnerRequest request;
-        std::istringstream stream(message);
-        stream >> request.timeoutMs >> request.isKept;
-        stream.get();
-        std::getline(stream, request.stitcher, '\0');
-        std::getline(stream, request.stagingDirectory, '\0');
-        std::getline(stream, request.workDirectory, '\0');
-        return stream.good() ? std::optional(request) : std::nullopt;
-    }
+    char stitcher[PATH_MAX] = "";         ///< Absolute path.
+    char stagingDirectory[PATH_MAX] = ""; ///< Where the stitcher writes; may be empty.
+    char workDirectory[PATH_MAX] = "";    ///< The value of TMPDIR; may be empty.
+    std::int32_t timeoutMs = 0;           ///< How long the stitcher may run; 0 for forever.
+    bool isKept = false;                  ///< Whether the directories stay when the host dies.
 };
 
 /// A later message from the host.
@@ -85,3 +62,23 @@ struct RunnerStatus {
     std::int32_t kind;
     std::int32_t value;
 };
+
+/// Sends one message through @p socket. False when that failed.
+template <typename Message> bool sendMessage(int socket, const Message &message)
+{
+    return send(socket, &message, sizeof message, MSG_NOSIGNAL) == sizeof message;
+}
+
+/// Waits for one message from @p socket; empty when the other end has gone.
+/// @param flags those of recv()
+template <typename Message> std::optional<Message> receiveMessage(int socket, int flags = 0)
+{
+    Message message;
+    ssize_t size = 0;
+    do {
+        size = recv(socket, &message, sizeof message, flags);
+        // A process that ends without reading all messages resets the connection once; what it has
+        // sent before can still be read.
+    } while (size < 0 && (errno == EINTR || errno == ECONNRESET));
+    return size == sizeof message ? std::optional(message) : std::nullopt;
+}

@@ -3,17 +3,18 @@
 
 #include "host/runner/supervisor.h"
 
-#include "host/runner/directories.h"
-
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
-#include <utility>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -27,14 +28,36 @@ constexpr milliseconds lingerPeriod(1000);
 constexpr int timedOutStatus = 124;
 constexpr int stoppedStatus = 128 + SIGTERM;
 
+/// Returns an error number. A file system that cannot sync is no error.
+int syncFile(const char *file)
+{
+    const int descriptor = open(file, O_RDONLY | O_CLOEXEC);
+    const int error = descriptor >= 0 && fsync(descriptor) == 0 ? 0 : errno;
+    close(descriptor);
+    return error == EINVAL || error == ENOTSUP ? 0 : error;
+}
+
+/// Waits until all regular files directly in @p directory are on disk. Returns the first error.
+int syncFiles(const char *directory)
+{
+    std::error_code error;
+    for (fs::directory_iterator file(directory, error), end; !error && file != end;
+         file.increment(error)) {
+        const bool isRegular = file->symlink_status(error).type() == fs::file_type::regular;
+        const int syncError = isRegular ? syncFile(file->path().c_str()) : 0;
+        if (syncError != 0) {
+            return syncError;
+        }
+    }
+    return error.value();
+}
+
 } // namespace
 
-Supervisor::Supervisor(const RunnerRequest &hostRequest, const HostConnection &connection,
-                       int signalSource, int stopSource)
+Supervisor::Supervisor(const RunnerRequest &hostRequest, int hostSocket, int signalSource)
     : request(hostRequest)
-    , host(connection)
+    , host(hostSocket)
     , signals(signalSource)
-    , stopPipe(stopSource)
 {
 }
 
@@ -42,7 +65,7 @@ int Supervisor::run(char **arguments)
 {
     Event event = Event::None;
     while (event == Event::None) {
-        event = nextEvent(-1);
+        event = nextEvent(Clock::time_point::max());
     }
     if (event == Event::Start) {
         startStitcher(arguments);
@@ -52,13 +75,20 @@ int Supervisor::run(char **arguments)
     const int status = statusAfter(event);
     reportEnd(event);
     while (event != Event::Finish && event != Event::HostGone) {
-        event = nextEvent(-1);
+        event = nextEvent(Clock::time_point::max());
     }
     if (event == Event::HostGone && !request.isKept) {
-        removeDirectory(request.stagingDirectory);
-        removeDirectory(request.workDirectory);
+        std::error_code ignored;
+        fs::remove_all(request.stagingDirectory, ignored);
+        fs::remove_all(request.workDirectory, ignored);
     }
     return status;
+}
+
+/// Ignores errors: a host that has died needs no reports.
+void Supervisor::report(RunnerStatus::Kind kind, int value) const
+{
+    sendMessage(host, RunnerStatus{kind, value});
 }
 
 void Supervisor::startStitcher(char **arguments)
@@ -69,7 +99,7 @@ void Supervisor::startStitcher(char **arguments)
         becomeStitcher(arguments, supervisor);
     }
     if (stitcher == -1) {
-        host.report(RunnerStatus::StartFailed, errno);
+        report(RunnerStatus::StartFailed, errno);
     }
     processes = ProcessTree(stitcher);
 }
@@ -86,36 +116,29 @@ void Supervisor::becomeStitcher(char **arguments, pid_t supervisor) const
 
     const int input = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (input >= 0 && dup2(input, STDIN_FILENO) == STDIN_FILENO) {
-        arguments[0] = const_cast<char *>(request.stitcher.c_str());
+        arguments[0] = const_cast<char *>(request.stitcher);
         execv(arguments[0], arguments);
     }
-    host.report(RunnerStatus::StartFailed, errno);
+    report(RunnerStatus::StartFailed, errno);
     _exit(startFailedStatus);
 }
 
-/// Returns when the stitcher and its descendants have ended, or why they have to be terminated.
+/// Returns Event::None when the stitcher and its descendants have ended, or why they have to be
+/// terminated.
 Supervisor::Event Supervisor::waitForEnd()
 {
-    const auto timeout = request.timeoutMs > 0 ? Clock::now() + milliseconds(request.timeoutMs)
-                                               : Clock::time_point::max();
-    const auto isStitcherRunning = [this] { return processes.reap() && !processes.status(); };
-    const Event event = waitWhile(isStitcherRunning, timeout, Event::TimedOut);
-    if (event != Event::None) {
-        return event;
-    }
-    const auto isAnyRunning = [this] { return processes.reap(); };
-    return waitWhile(isAnyRunning, Clock::now() + lingerPeriod, Event::LeftBehind);
-}
-
-/// Returns Event::None when nothing is running any more, @p late at @p end, or an earlier event.
-Supervisor::Event Supervisor::waitWhile(const std::function<bool()> &isRunning,
-                                        Clock::time_point end, Event late)
-{
-    while (isRunning()) {
+    auto end = request.timeoutMs > 0 ? Clock::now() + milliseconds(request.timeoutMs)
+                                     : Clock::time_point::max();
+    Event late = Event::TimedOut;
+    while (processes.reap()) {
+        if (processes.status() && late == Event::TimedOut) {
+            end = Clock::now() + lingerPeriod;
+            late = Event::LeftBehind;
+        }
         if (Clock::now() >= end) {
             return late;
         }
-        const Event event = nextEvent(millisecondsUntil(end));
+        const Event event = nextEvent(end);
         if (event != Event::None) {
             return event;
         }
@@ -123,41 +146,22 @@ Supervisor::Event Supervisor::waitWhile(const std::function<bool()> &isRunning,
     return Event::None;
 }
 
-/// Waits for a signal or the host. Returns Event::None when a child has ended or the time is over.
-/// @param timeoutMs in milliseconds; negative for forever
-Supervisor::Event Supervisor::nextEvent(int timeoutMs)
+/// Waits for a signal or the host. Returns Event::None when a child has ended, or at @p end.
+Supervisor::Event Supervisor::nextEvent(Clock::time_point end) const
 {
-    pollfd sources[]
-        = {{signals, POLLIN, 0}, {stopPipe, POLLIN, 0}, {host.descriptor(), POLLIN, 0}};
-    const auto &[signal, pipe, socket] = sources;
-    if (poll(sources, std::size(sources), timeoutMs) <= 0) {
+    pollfd sources[] = {{signals, POLLIN, 0}, {host, POLLIN, 0}};
+    const timespec time = timeUntil(end);
+    if (ppoll(sources, std::size(sources), &time, nullptr) <= 0) {
         return Event::None;
     }
-    if (signal.revents != 0 && takeSignals()) {
+    if (takeSignals()) {
         return Event::Stop;
     }
-    if (pipe.revents != 0) {
-        close(std::exchange(stopPipe, -1)); // poll() ignores it from now on.
-        return Event::Stop;
+    if (sources[1].revents == 0) {
+        return Event::None;
     }
-    return socket.revents != 0 ? nextCommand() : Event::None;
-}
-
-Supervisor::Event Supervisor::nextCommand() const
-{
-    const std::optional<HostCommand> command = host.nextCommand();
-    if (!command) {
-        return Event::HostGone;
-    }
-    switch (*command) {
-    case HostCommand::Start:
-        return Event::Start;
-    case HostCommand::Stop:
-        return Event::Stop;
-    case HostCommand::Finish:
-        return Event::Finish;
-    }
-    return Event::None;
+    const auto command = receiveMessage<HostCommand>(host);
+    return command ? Event(*command) : Event::HostGone;
 }
 
 /// Empties the queue of signals; true when one of them is a request to terminate the stitcher.
@@ -176,23 +180,23 @@ void Supervisor::reportEnd(Event end) const
 {
     const std::optional<int> status = processes.status();
     if (status && WIFSIGNALED(*status)) {
-        host.report(RunnerStatus::Signaled, WTERMSIG(*status));
+        report(RunnerStatus::Signaled, WTERMSIG(*status));
     } else if (status) {
-        host.report(RunnerStatus::Exited, WEXITSTATUS(*status));
+        report(RunnerStatus::Exited, WEXITSTATUS(*status));
     }
     if (end == Event::LeftBehind) {
-        host.report(RunnerStatus::LeftBehind);
+        report(RunnerStatus::LeftBehind);
     } else if (end == Event::TimedOut) {
-        host.report(RunnerStatus::TimedOut);
+        report(RunnerStatus::TimedOut);
     } else if (end != Event::None) {
-        host.report(RunnerStatus::Stopped);
-    } else if (status == 0 && !request.stagingDirectory.empty()) {
+        report(RunnerStatus::Stopped);
+    } else if (status == 0 && *request.stagingDirectory) {
         const int error = syncFiles(request.stagingDirectory);
         if (error != 0) {
-            host.report(RunnerStatus::SyncFailed, error);
+            report(RunnerStatus::SyncFailed, error);
         }
     }
-    host.report(RunnerStatus::Finished);
+    report(RunnerStatus::Finished);
 }
 
 /// The stitcher's own status, unless it was terminated: an end by a signal would look like a crash to

@@ -3,10 +3,8 @@
 
 #pragma once
 
-#include "host/runner/hostconnection.h"
 #include "host/runner/processtree.h"
-
-#include <functional>
+#include "host/runner/runnerprotocol.h"
 
 /// The exit status that shells use for a program that could not be started.
 constexpr int startFailedStatus = 127;
@@ -18,12 +16,11 @@ constexpr int startFailedStatus = 127;
 class Supervisor
 {
 public:
-    /// This process must be a child subreaper that has called blockSignals(). All descriptors must be
-    /// closed on exec.
-    /// @param signalSource a signalfd for the blocked signals
-    /// @param stopSource a pipe whose other end is closed when the stitcher has to be terminated
-    Supervisor(const RunnerRequest &hostRequest, const HostConnection &connection, int signalSource,
-               int stopSource);
+    /// This process must be a child subreaper. Both descriptors must be closed on exec.
+    /// @param hostSocket the connection to the host
+    /// @param signalSource a signalfd for SIGCHLD and for signals that ask this process to end; all
+    /// are blocked
+    Supervisor(const RunnerRequest &hostRequest, int hostSocket, int signalSource);
 
     /// Waits until the host lets the stitcher start, runs it, and waits for the host's last command.
     /// @param arguments for the stitcher, null-terminated; the first one is replaced
@@ -31,21 +28,27 @@ public:
     int run(char **arguments);
 
 private:
-    enum class Event { None, Start, Stop, Finish, HostGone, TimedOut, LeftBehind };
+    enum class Event {
+        Start = int(HostCommand::Start),
+        Stop = int(HostCommand::Stop),
+        Finish = int(HostCommand::Finish),
+        HostGone,
+        TimedOut,
+        LeftBehind,
+        None
+    };
 
+    void report(RunnerStatus::Kind kind, int value = 0) const;
     void startStitcher(char **arguments);
     [[noreturn]] void becomeStitcher(char **arguments, pid_t supervisor) const;
     Event waitForEnd();
-    Event waitWhile(const std::function<bool()> &isRunning, Clock::time_point end, Event late);
-    Event nextEvent(int timeoutMs);
-    Event nextCommand() const;
+    Event nextEvent(Clock::time_point end) const;
     bool takeSignals() const;
     void reportEnd(Event end) const;
     int statusAfter(Event end) const;
 
     RunnerRequest request;
-    HostConnection host;
+    int host;
     int signals;
-    int stopPipe;
     ProcessTree processes{-1};
 };

@@ -4,6 +4,7 @@
 #include "host/core/plugin.h"
 #include "host/core/pluginfiles.h"
 #include "host/core/signalwatch.h"
+#include "host/core/temporaryvariable.h"
 #include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
@@ -47,39 +48,6 @@ QString encodingProblem(int count, char **words)
     return {};
 }
 
-/// Sets or unsets an environment variable and restores it in the destructor, so that the stitcher
-/// gets the user's value.
-class TemporaryVariable
-{
-public:
-    TemporaryVariable(const char *variableName, const char *value)
-        : name(variableName)
-        , wasSet(qEnvironmentVariableIsSet(variableName))
-        , before(qgetenv(variableName))
-    {
-        if (value) {
-            qputenv(name, value);
-        } else {
-            qunsetenv(name);
-        }
-    }
-    ~TemporaryVariable()
-    {
-        if (wasSet) {
-            qputenv(name, before);
-        } else {
-            qunsetenv(name);
-        }
-    }
-    TemporaryVariable(const TemporaryVariable &) = delete;
-    TemporaryVariable &operator=(const TemporaryVariable &) = delete;
-
-private:
-    const char *name;
-    bool wasSet;
-    QByteArray before;
-};
-
 /// Shows only the message with which Qt aborts.
 void showFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
@@ -89,15 +57,15 @@ void showFatal(QtMsgType type, const QMessageLogContext &, const QString &messag
 }
 
 /// The plug-in creates a widget, but never shows it, so no display is needed. The user's settings
-/// for programs with windows could make Qt load plug-ins or abort. Qt gets none of the user's
+/// for programs with windows could make Qt load plug-ins or abort; the stitcher gets them back. Qt gets none of the user's
 /// arguments, since it would remove those that it knows.
 std::unique_ptr<QApplication> createApplication(int *argumentCount, char **arguments)
 {
     const TemporaryVariable platform("QT_QPA_PLATFORM", "offscreen");
-    const TemporaryVariable theme("QT_QPA_PLATFORMTHEME", nullptr);
-    const TemporaryVariable inputMethod("QT_IM_MODULE", nullptr);
-    const TemporaryVariable generic("QT_QPA_GENERIC_PLUGINS", nullptr);
-    const TemporaryVariable style("QT_STYLE_OVERRIDE", nullptr);
+    const TemporaryVariable theme("QT_QPA_PLATFORMTHEME", {});
+    const TemporaryVariable inputMethod("QT_IM_MODULE", {});
+    const TemporaryVariable generic("QT_QPA_GENERIC_PLUGINS", {});
+    const TemporaryVariable style("QT_STYLE_OVERRIDE", {});
     // Without a runtime directory, Qt creates one in the temporary directory to look for a
     // display's socket, and leaves it behind. This prevents it.
     const TemporaryVariable temporaryDirectory("TMPDIR", "/dev/null");
