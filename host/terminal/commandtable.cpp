@@ -65,8 +65,8 @@ const std::vector<CommandInfo> &commandTable()
          runCheck},
         {"build", "", 0, 0, "check, then run the stitcher and wait for it",
          "Builds only if there are no errors; see --no-check. The image appears whole or\n"
-         "not at all: if the build fails, an older image stays as it was. Without\n"
-         "--image, the image has the target's default name, in the current directory.",
+         "not at all: if the build fails, an older image stays as it was. By default,\n"
+         "the image has the target's default name and is in the current directory.",
          buildOptions(), "loomwright -d drop build -o image.bin --manifest image.bin.manifest.json",
          CommandNeeds::Inputs, CommandStyle::ListsProblems, buildImage},
         {"verify",
