@@ -11,22 +11,11 @@
 
 namespace {
 
-/// The options that are offered before a command is typed, or after a command that takes them.
-std::vector<OptionInfo> sharedOptions(bool withInputs)
+/// The options that are offered before a command is typed.
+std::vector<OptionInfo> sharedOptions()
 {
-    std::vector<OptionInfo> options;
-    if (withInputs) {
-        options = inputOptions();
-    }
+    std::vector<OptionInfo> options = inputOptions();
     options.insert(options.end(), generalOptions().begin(), generalOptions().end());
-    return options;
-}
-
-std::vector<OptionInfo> optionsOf(const CommandInfo &command)
-{
-    std::vector<OptionInfo> options = command.options;
-    const std::vector<OptionInfo> shared = sharedOptions(command.needs == CommandNeeds::Inputs);
-    options.insert(options.end(), shared.begin(), shared.end());
     return options;
 }
 
@@ -53,7 +42,7 @@ QString branches(const std::function<QString(const std::vector<OptionInfo> &)> &
         text += QStringLiteral("    %1) %2 ;;\n")
                     .arg(QLatin1String(command.name), body(optionsOf(command)));
     }
-    return text + QStringLiteral("    *) %1 ;;\n").arg(body(sharedOptions(true)));
+    return text + QStringLiteral("    *) %1 ;;\n").arg(body(sharedOptions()));
 }
 
 QString zshAction(const OptionInfo &option)
@@ -147,7 +136,7 @@ QString bashOptions()
 
 QString bashValues()
 {
-    std::vector<OptionInfo> options = sharedOptions(true);
+    std::vector<OptionInfo> options = sharedOptions();
     for (const CommandInfo &command : commandTable()) {
         options.insert(options.end(), command.options.begin(), command.options.end());
     }

@@ -19,14 +19,6 @@
 
 namespace {
 
-const char notBuilding[] = "Not building: see the errors above.";
-
-int failWith(CommandContext &context, const QString &text)
-{
-    context.report.addFailure(text);
-    return Failed;
-}
-
 /// Shows what blocks the build; true when something does.
 bool isBlocked(CommandContext &context)
 {
@@ -36,7 +28,7 @@ bool isBlocked(CommandContext &context)
     reportChecks(context, checked || values.isBlocked(false) || context.report.isVerbose());
     if (values.isBlocked(checked)) {
         const bool helps = !values.isBlocked(false);
-        context.report.addFailure(QLatin1String(notBuilding)
+        context.report.addFailure(QLatin1String("Not building: see the errors above.")
                                   + QLatin1String(helps ? " Use --no-check to build anyway." : ""));
         return true;
     }
@@ -94,17 +86,15 @@ BuildResult run(CommandContext &context, const BuildOptions &options)
         result = finished;
         loop.quit();
     });
-    QObject::connect(&build, &Build::hashing, &loop, [&](qint64 done, qint64 total) {
-        report.showProgress(
-            QStringLiteral("Hashing: %1%").arg(total > 0 ? done * 100 / total : 100));
-    });
+    QObject::connect(&build, &Build::hashing, &loop,
+                     [&](qint64 done, qint64 total) { report.showHashing(done, total); });
     context.signalWatch.whenReceived(&build, [&] { build.stop(interruptReason(context)); });
     build.start();
     // Messages up to here, while the stitcher was being started, were the plug-in's own.
     report.setSource(Report::Source::Stitcher);
     loop.exec();
     report.setSource(Report::Source::Plugin);
-    report.showProgress(QString());
+    report.removeProgress();
     return result;
 }
 
@@ -112,7 +102,7 @@ int showDryRun(CommandContext &context, const BuildResult &result)
 {
     Report &report = context.report;
     if (!result.isSuccess) {
-        return failWith(context, result.reason);
+        return context.report.addFailure(result.reason);
     }
     QStringList words;
     for (const QString &word : result.commandLine) {
@@ -148,7 +138,7 @@ int showResult(CommandContext &context, const BuildResult &result)
     if (!result.isSuccess) {
         report.set("image", result.image.file);
         report.set("elapsedMs", result.elapsedMs);
-        return failWith(context, QLatin1String("The build failed. ") + result.reason);
+        return context.report.addFailure(QLatin1String("The build failed. ") + result.reason);
     }
     report.add({{"Image", "image", result.image.file},
                 {"Size", "size", result.image.state.size, sizeText(result.image.state.size)},
@@ -166,7 +156,7 @@ int saveManifest(CommandContext &context, const BuildResult &result, const QStri
 {
     const QString problem = writeManifest(result, file);
     if (!problem.isEmpty()) {
-        return failWith(context, problem);
+        return context.report.addFailure(problem);
     }
     context.report.add({{"Manifest", "manifest", file}});
     return Success;
@@ -187,7 +177,7 @@ int buildImage(CommandContext &context)
         ? stitcher.problem
         : manifestProblem(context, manifest, stitcher.file);
     if (!problem.isEmpty()) {
-        return failWith(context, problem);
+        return context.report.addFailure(problem);
     }
     BuildOptions options;
     options.stitcher = stitcher.file;

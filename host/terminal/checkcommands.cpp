@@ -15,12 +15,6 @@
 
 namespace {
 
-QString resultText(const Report &report, Severity severity)
-{
-    return severity == Severity::Warning ? QStringLiteral("warn")
-                                         : report.bad(QStringLiteral("FAIL"));
-}
-
 QJsonValue sizeValue(qint64 size)
 {
     return size >= 0 ? QJsonValue(size) : QJsonValue();
@@ -39,23 +33,25 @@ Record recordOf(const FileCheck &check)
             {nullptr, "actualSize", sizeValue(check.actualSize)}};
 }
 
-Record shownRow(const QString &result, const QString &ingredient, const QString &details,
-                const QStringList &files)
+Record passedRow(const FileCheck &check)
 {
-    return {{"Result", nullptr, {}, result},
-            {"Ingredient", nullptr, ingredient},
-            {"Details", nullptr, details},
-            {"File", nullptr, files.join(QStringLiteral(", "))}};
+    return {{"Result", nullptr, "pass", {}, Tone::Good},
+            {"Ingredient", nullptr, check.ingredient.id.name},
+            {"Details", nullptr, check.details},
+            {"File", nullptr, check.file}};
 }
 
-Record shownRow(const Problem &problem, const Report &report)
+Record problemRow(const Problem &problem)
 {
+    const bool warns = problem.severity == Severity::Warning;
     const bool compares = !problem.required.isEmpty() && !problem.actual.isEmpty();
     const QString comparison = compares
         ? QStringLiteral(" (required: %1, actual: %2)").arg(problem.required, problem.actual)
         : QString();
-    return shownRow(resultText(report, problem.severity), problem.ingredient.name,
-                    problem.text + comparison, problem.files);
+    return {{"Result", nullptr, warns ? "warn" : "FAIL", {}, warns ? Tone::Plain : Tone::Bad},
+            {"Ingredient", nullptr, problem.ingredient.name},
+            {"Details", nullptr, problem.text + comparison},
+            {"File", nullptr, problem.files.join(QStringLiteral(", "))}};
 }
 
 QString counted(qint64 count, const char *noun)
@@ -116,13 +112,12 @@ void reportChecks(CommandContext &context, bool listed)
     for (const FileCheck &check : checks) {
         rows.push_back(recordOf(check));
         if (check.passed && report.isVerbose()) {
-            shownRows.push_back(shownRow(report.good(QStringLiteral("pass")),
-                                         check.ingredient.id.name, check.details, {check.file}));
+            shownRows.push_back(passedRow(check));
         }
     }
     const Problems problems = context.values->problems();
     for (const Problem &problem : problems) {
-        shownRows.push_back(shownRow(problem, report));
+        shownRows.push_back(problemRow(problem));
     }
     const CheckResultSummary summary
         = context.plugin->executionManager()->getIngredientCheckSummary();
@@ -163,7 +158,7 @@ int validateFiles(CommandContext &context)
             return Failed;
         }
         const QString verdict = file + QLatin1String(valid ? ": valid" : ": not valid");
-        report.print(valid ? report.good(verdict) : report.bad(verdict));
+        report.print(verdict, valid ? Tone::Good : Tone::Bad);
         rows.push_back({{nullptr, "file", file}, {nullptr, "valid", valid}});
         status = valid ? status : Failed;
     }

@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -22,11 +23,10 @@ QString dashed(const char *name)
 /// All options of all commands, each name once.
 std::vector<OptionInfo> allOptions()
 {
-    std::vector<OptionInfo> options = inputOptions();
-    options.insert(options.end(), generalOptions().begin(), generalOptions().end());
+    std::vector<OptionInfo> options;
     QStringList names;
     for (const CommandInfo &command : commandTable()) {
-        for (const OptionInfo &option : command.options) {
+        for (const OptionInfo &option : optionsOf(command)) {
             if (!names.contains(QLatin1String(option.name))) {
                 names.append(QLatin1String(option.name));
                 options.push_back(option);
@@ -43,24 +43,6 @@ QCommandLineOption parserOption(const OptionInfo &option)
         names.prepend(QLatin1String(option.shortName));
     }
     return {names, QString(), QLatin1String(option.value ? option.value : "")};
-}
-
-/// The option named @p name as @p command takes it; null when it does not.
-const OptionInfo *findOption(const CommandInfo &command, const char *name)
-{
-    const bool takesInputs = command.needs == CommandNeeds::Inputs;
-    for (const std::vector<OptionInfo> *options :
-         {&command.options, &generalOptions(), takesInputs ? &inputOptions() : nullptr}) {
-        if (!options) {
-            continue;
-        }
-        for (const OptionInfo &option : *options) {
-            if (qstrcmp(option.name, name) == 0) {
-                return &option;
-            }
-        }
-    }
-    return nullptr;
 }
 
 void store(const QStringList &values, const OptionMember &member, CommandLine *commandLine)
@@ -95,44 +77,37 @@ QString unknownOption(const QCommandLineParser &parser)
         .arg(name, isShort ? QString() : suggestionText(closestTo(name, names)));
 }
 
-QString unknownCommand(const QString &name)
+/// Notes what is wrong with the command line; the first problem is reported.
+void reject(CommandLine *commandLine, const QString &problem)
+{
+    if (commandLine->problem.isEmpty()) {
+        commandLine->problem = problem;
+    }
+}
+
+void rejectCommand(CommandLine *commandLine, const QString &name)
 {
     QString meant = closestTo(name, commandNames());
     for (const OptionInfo &option : generalOptions()) {
         meant = name == QLatin1String(option.name) ? dashed(option.name) : meant;
     }
-    return QStringLiteral("Unknown command \"%1\".%2").arg(name, suggestionText(meant));
+    reject(commandLine,
+           QStringLiteral("Unknown command \"%1\".%2").arg(name, suggestionText(meant)));
 }
 
-QString readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
+void readCommand(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     commandLine->arguments = parser.positionalArguments();
     if (commandLine->arguments.isEmpty()) {
-        return QStringLiteral("No command is given.");
+        reject(commandLine, QStringLiteral("No command is given."));
+        return;
     }
     commandLine->command = findCommand(commandLine->arguments.first());
-    if (!commandLine->command) {
-        return unknownCommand(commandLine->arguments.first());
+    if (commandLine->command) {
+        commandLine->arguments.removeFirst();
+    } else {
+        rejectCommand(commandLine, commandLine->arguments.first());
     }
-    commandLine->arguments.removeFirst();
-    return {};
-}
-
-QString readArguments(const QCommandLineParser &, CommandLine *commandLine)
-{
-    const CommandInfo &command = *commandLine->command;
-    const int count = commandLine->arguments.count();
-    if (count < command.minArguments) {
-        return QStringLiteral("%1 needs an argument: %2")
-            .arg(QLatin1String(command.name), QLatin1String(command.arguments));
-    }
-    const bool isHelp = !command.function;
-    if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
-        return unknownCommand(commandLine->arguments.first());
-    }
-    return count > command.maxArguments ? QStringLiteral("Unexpected argument \"%1\".")
-                                              .arg(commandLine->arguments.at(command.maxArguments))
-                                        : QString();
 }
 
 /// Why @p option cannot have these values; empty when it can.
@@ -148,95 +123,105 @@ QString valueProblem(const OptionInfo &option, const QStringList &values)
 }
 
 /// Stores the values of the options that the command takes.
-QString readOptions(const QCommandLineParser &parser, CommandLine *commandLine)
+void readOptions(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    const CommandInfo &command = *commandLine->command;
+    const std::vector<OptionInfo> taken = optionsOf(*commandLine->command);
     for (const OptionInfo &each : allOptions()) {
-        if (!parser.isSet(QLatin1String(each.name))) {
+        const QLatin1String name(each.name);
+        if (!parser.isSet(name)) {
             continue;
         }
-        const OptionInfo *option = findOption(command, each.name);
-        if (!option) {
-            return QStringLiteral("%1 does not take %2.")
-                .arg(QLatin1String(command.name), dashed(each.name));
+        const auto option = std::find_if(taken.begin(), taken.end(), [name](const OptionInfo &own) {
+            return QLatin1String(own.name) == name;
+        });
+        if (option == taken.end()) {
+            reject(commandLine,
+                   QStringLiteral("%1 does not take %2.")
+                       .arg(QLatin1String(commandLine->command->name), dashed(each.name)));
+            continue;
         }
-        const QStringList values = parser.values(QLatin1String(each.name));
+        const QStringList values = parser.values(name);
         const QString problem = valueProblem(*option, values);
         if (!problem.isEmpty()) {
-            return problem;
+            reject(commandLine, problem);
         }
         store(values, option->member, commandLine);
     }
-    return {};
 }
 
-QString checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
+void checkArguments(CommandLine *commandLine)
+{
+    const CommandInfo &command = *commandLine->command;
+    const int count = commandLine->arguments.count();
+    const bool isHelp = !command.function;
+    if (count < command.minArguments) {
+        reject(commandLine,
+               QStringLiteral("%1 needs an argument: %2")
+                   .arg(QLatin1String(command.name), QLatin1String(command.arguments)));
+    } else if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
+        rejectCommand(commandLine, commandLine->arguments.first());
+    } else if (count > command.maxArguments) {
+        reject(commandLine,
+               QStringLiteral("Unexpected argument \"%1\".")
+                   .arg(commandLine->arguments.at(command.maxArguments)));
+    }
+}
+
+void checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
 {
     if (!commandLine->pluginFile.isEmpty() && !commandLine->target.isEmpty()) {
-        return QStringLiteral("--plugin and --target cannot be combined.");
+        reject(commandLine, QStringLiteral("--plugin and --target cannot be combined."));
     }
     if (commandLine->isQuiet && commandLine->isVerbose) {
-        return QStringLiteral("--quiet and --verbose cannot be combined.");
+        reject(commandLine, QStringLiteral("--quiet and --verbose cannot be combined."));
     }
     if (commandLine->areNamesWanted && commandLine->isJson) {
-        return QStringLiteral("--names and --json cannot be combined.");
+        reject(commandLine, QStringLiteral("--names and --json cannot be combined."));
     }
     if (commandLine->isLocked && commandLine->projectFile.isEmpty()) {
-        return QStringLiteral("--locked needs --project.");
+        reject(commandLine, QStringLiteral("--locked needs --project."));
     }
     if (commandLine->isDryRun && !commandLine->manifestFile.isEmpty()) {
-        return QStringLiteral("--dry-run and --manifest cannot be combined.");
+        reject(commandLine, QStringLiteral("--dry-run and --manifest cannot be combined."));
     }
-    const bool isImageNamedTwice = parser.isSet(QStringLiteral("image"))
-        && parser.isSet(QStringLiteral("output")) && commandLine->outputFile.isEmpty();
-    if (isImageNamedTwice) {
-        return QStringLiteral("--output and --image are the same here; give one of them.");
+    if (parser.isSet(QStringLiteral("image")) && parser.isSet(QStringLiteral("output"))
+        && commandLine->outputFile.isEmpty()) {
+        reject(commandLine,
+               QStringLiteral("--output and --image are the same here; give one of them."));
     }
-    const int standardInputs = commandLine->arguments.count(QLatin1String(standardInputName))
-        + (commandLine->configInput == QLatin1String(standardInputName) ? 1 : 0);
-    return standardInputs > 1 ? QStringLiteral("Standard input can be read only once.") : QString();
+    const QLatin1String standardInput(standardInputName);
+    if (commandLine->arguments.count(standardInput) + (commandLine->configInput == standardInput)
+        > 1) {
+        reject(commandLine, QStringLiteral("Standard input can be read only once."));
+    }
 }
 
-QString readSettings(const QCommandLineParser &, CommandLine *commandLine)
+void readSettings(CommandLine *commandLine)
 {
     for (const QString &setting : qAsConst(commandLine->settingTexts)) {
         const int separator = setting.indexOf(QLatin1Char('='));
         if (separator < 1) {
-            return QStringLiteral("--set needs NAME=VALUE, not \"%1\".").arg(setting);
+            reject(commandLine, QStringLiteral("--set needs NAME=VALUE, not \"%1\".").arg(setting));
         }
         commandLine->settings.append({setting.left(separator), setting.mid(separator + 1)});
     }
-    return {};
 }
 
-QString readTimeout(const QCommandLineParser &, CommandLine *commandLine)
+void readTimeout(CommandLine *commandLine)
 {
     const QString text = commandLine->timeoutText;
     if (text.isEmpty()) {
-        return {};
+        return;
     }
-    bool isNumber = false;
-    const double seconds = text.toDouble(&isNumber);
+    const double seconds = text.toDouble(); // 0 if it is no number.
     const int maxSeconds = std::numeric_limits<int>::max() / millisecondsPerSecond;
-    if (!isNumber || !(seconds >= 0.001 && seconds <= maxSeconds)) {
-        return QStringLiteral("--timeout needs a number of seconds from 0.001 to %1, not \"%2\".")
-            .arg(QString::number(maxSeconds), text);
+    if (seconds >= 0.001 && seconds <= maxSeconds) {
+        commandLine->timeoutMs = int(seconds * millisecondsPerSecond);
+    } else {
+        reject(commandLine,
+               QStringLiteral("--timeout needs a number of seconds from 0.001 to %1, not \"%2\".")
+                   .arg(QString::number(maxSeconds), text));
     }
-    commandLine->timeoutMs = int(seconds * millisecondsPerSecond);
-    return {};
-}
-
-/// The first error; empty when there is none.
-QString readAll(const QCommandLineParser &parser, CommandLine *commandLine)
-{
-    for (const auto &reader :
-         {readCommand, readOptions, readArguments, checkCombinations, readSettings, readTimeout}) {
-        QString problem = reader(parser, commandLine);
-        if (!problem.isEmpty()) {
-            return problem;
-        }
-    }
-    return {};
 }
 
 } // namespace
@@ -249,7 +234,18 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     CommandLine commandLine;
     const bool isParsed = parser.parse(arguments);
-    commandLine.problem = isParsed ? readAll(parser, &commandLine) : unknownOption(parser);
+    if (isParsed) {
+        readCommand(parser, &commandLine);
+    } else {
+        reject(&commandLine, unknownOption(parser));
+    }
+    if (commandLine.command) {
+        readOptions(parser, &commandLine);
+        checkArguments(&commandLine);
+        checkCombinations(parser, &commandLine);
+        readSettings(&commandLine);
+        readTimeout(&commandLine);
+    }
     // Also when there is no command, or something else is wrong.
     for (const OptionInfo &option : generalOptions()) {
         if (parser.isSet(QLatin1String(option.name))) {

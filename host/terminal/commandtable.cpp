@@ -226,6 +226,16 @@ const std::vector<OptionInfo> &generalOptions()
     return options;
 }
 
+std::vector<OptionInfo> optionsOf(const CommandInfo &command)
+{
+    std::vector<OptionInfo> options = command.options;
+    if (command.needs == CommandNeeds::Inputs) {
+        options.insert(options.end(), inputOptions().begin(), inputOptions().end());
+    }
+    options.insert(options.end(), generalOptions().begin(), generalOptions().end());
+    return options;
+}
+
 QString optionUsage(const OptionInfo &option)
 {
     QString usage = option.shortName

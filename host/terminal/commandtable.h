@@ -69,5 +69,8 @@ const std::vector<OptionInfo> &inputOptions();
 /// The options that every command takes.
 const std::vector<OptionInfo> &generalOptions();
 
+/// All options that @p command takes; its own come first.
+std::vector<OptionInfo> optionsOf(const CommandInfo &command);
+
 /// The name of an option as it is typed, "-o, --output FILE".
 QString optionUsage(const OptionInfo &option);

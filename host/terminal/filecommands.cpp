@@ -16,12 +16,6 @@
 
 namespace {
 
-int failWith(CommandContext &context, const QString &text)
-{
-    context.report.addFailure(text);
-    return Failed;
-}
-
 /// Whether problems or the name of the output file forbid writing it; shows why. Rejected inputs
 /// have been shown already.
 bool isBlocked(CommandContext &context, const QString &conclusion)
@@ -43,6 +37,24 @@ bool isBlocked(CommandContext &context, const QString &conclusion)
         context.report.addFailure(problem);
     }
     return !problem.isEmpty() || context.isInterrupted();
+}
+
+/// Writes the output file with @p write, which returns why it failed.
+int writeFile(CommandContext &context, const char *title, const char *name,
+              const std::function<QString(const QString &)> &write)
+{
+    const QString file = resolvedTarget(context.commandLine.outputFile);
+    QString problem = writeProblem(file);
+    if (problem.isEmpty()) {
+        problem = write(file);
+    }
+    if (!problem.isEmpty()) {
+        return context.report.addFailure(problem);
+    }
+    context.report.printUnlessQuiet(
+        QStringLiteral("%1 written to %2").arg(QLatin1String(title), file));
+    context.report.set(name, file);
+    return inputStatus(context);
 }
 
 } // namespace
@@ -69,17 +81,8 @@ int writeConfig(CommandContext &context)
         report.set("config", QString::fromLocal8Bit(*configuration));
         return inputStatus(context);
     }
-    const QString file = resolvedTarget(context.commandLine.outputFile);
-    QString problem = writeProblem(file);
-    if (problem.isEmpty()) {
-        problem = writeWhole(file, *configuration);
-    }
-    if (!problem.isEmpty()) {
-        return failWith(context, problem);
-    }
-    report.printUnlessQuiet(QStringLiteral("Configuration written to %1").arg(file));
-    report.set("configFile", file);
-    return inputStatus(context);
+    return writeFile(context, "Configuration", "configFile",
+                     [&](const QString &file) { return writeWhole(file, *configuration); });
 }
 
 int writeProjectFile(CommandContext &context)
@@ -95,15 +98,6 @@ int writeProjectFile(CommandContext &context)
         report.set("project", object);
         return inputStatus(context);
     }
-    const QString file = resolvedTarget(context.commandLine.outputFile);
-    QString problem = writeProblem(file);
-    if (problem.isEmpty()) {
-        problem = writeProject(file, project);
-    }
-    if (!problem.isEmpty()) {
-        return failWith(context, problem);
-    }
-    report.printUnlessQuiet(QStringLiteral("Project written to %1").arg(file));
-    report.set("projectFile", file);
-    return inputStatus(context);
+    return writeFile(context, "Project", "projectFile",
+                     [&](const QString &file) { return writeProject(file, project); });
 }

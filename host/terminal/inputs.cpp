@@ -53,47 +53,11 @@ void loadConfiguration(CommandContext &context)
 }
 
 /// A build server has no documents directory, where the plug-in would put the image.
-void useCurrentDirectory(Values *values)
+void useCurrentDirectory(Values &values)
 {
-    if (!values->image().isEmpty()) {
-        values->setImage(QFileInfo(values->image()).fileName());
+    if (!values.image().isEmpty()) {
+        values.setImage(QFileInfo(values.image()).fileName());
     }
-}
-
-/// The inputs of the command line in their order.
-std::vector<std::function<void()>> inputsOf(CommandContext &context, Project *project)
-{
-    const CommandLine &commandLine = context.commandLine;
-    Values *values = context.values;
-    std::vector<std::function<void()>> inputs;
-    inputs.emplace_back([values] { useCurrentDirectory(values); });
-    if (!commandLine.projectFile.isEmpty()) {
-        inputs.emplace_back([&context, project] { loadProject(context, project); });
-    }
-    if (!commandLine.configInput.isEmpty()) {
-        inputs.emplace_back([&context] { loadConfiguration(context); });
-    }
-    if (!commandLine.directory.isEmpty()) {
-        inputs.emplace_back([&, values] { values->fillFromDirectory(commandLine.directory); });
-    }
-    for (const QString &file : commandLine.files) {
-        inputs.emplace_back([&file, values] { values->addFile(file); });
-    }
-    for (const auto &setting : commandLine.settings) {
-        inputs.emplace_back(
-            [&setting, values] { values->setValue(setting.first, setting.second); });
-    }
-    if (!commandLine.imageFile.isEmpty()) {
-        inputs.emplace_back([&, values] { values->setImage(commandLine.imageFile); });
-    }
-    if (commandLine.isLocked) {
-        inputs.emplace_back([&context, project] {
-            if (!project->target.isEmpty()) {
-                checkLock(context, *project);
-            }
-        });
-    }
-    return inputs;
 }
 
 /// Shows what became of the inputs; the plug-in's own errors were shown as they arrived.
@@ -143,14 +107,38 @@ bool CommandContext::isInterrupted() const
 
 void applyInputs(CommandContext &context)
 {
+    const CommandLine &commandLine = context.commandLine;
+    Values &values = *context.values;
+    const auto goesOn = [&] { return context.plugin->isLoaded() && !context.isInterrupted(); };
+    const auto isGiven = [&](const QString &input) { return !input.isEmpty() && goesOn(); };
     Project project;
-    for (const std::function<void()> &applyInput : inputsOf(context, &project)) {
-        if (context.isInterrupted() || !context.plugin->isLoaded()) {
-            return;
-        }
-        applyInput();
+    useCurrentDirectory(values);
+    if (isGiven(commandLine.projectFile)) {
+        loadProject(context, &project);
     }
-    if (context.commandLine.command->style != CommandStyle::ListsProblems) {
+    if (isGiven(commandLine.configInput)) {
+        loadConfiguration(context);
+    }
+    if (isGiven(commandLine.directory)) {
+        values.fillFromDirectory(commandLine.directory);
+    }
+    for (const QString &file : commandLine.files) {
+        if (goesOn()) {
+            values.addFile(file);
+        }
+    }
+    for (const auto &[nameOrKey, text] : commandLine.settings) {
+        if (goesOn()) {
+            values.setValue(nameOrKey, text);
+        }
+    }
+    if (isGiven(commandLine.imageFile)) {
+        values.setImage(commandLine.imageFile);
+    }
+    if (commandLine.isLocked && isGiven(project.target)) {
+        checkLock(context, project);
+    }
+    if (context.plugin->isLoaded() && commandLine.command->style != CommandStyle::ListsProblems) {
         printRejections(context);
     }
 }
@@ -204,10 +192,8 @@ std::optional<QList<FileRecord>> hashFiles(CommandContext &context, const QList<
     QEventLoop loop;
     FileHasher hasher;
     std::optional<QList<FileRecord>> hashed;
-    QObject::connect(&hasher, &FileHasher::progress, &loop, [&](qint64 done, qint64 total) {
-        context.report.showProgress(
-            QStringLiteral("Hashing: %1%").arg(total > 0 ? done * 100 / total : 100));
-    });
+    QObject::connect(&hasher, &FileHasher::progress, &loop,
+                     [&](qint64 done, qint64 total) { context.report.showHashing(done, total); });
     QObject::connect(&hasher, &FileHasher::finished, &loop, [&](const QList<FileRecord> &records) {
         hashed = records;
         loop.quit();
@@ -215,7 +201,7 @@ std::optional<QList<FileRecord>> hashFiles(CommandContext &context, const QList<
     context.signalWatch.whenReceived(&loop, [&loop] { loop.quit(); });
     hasher.start(files);
     loop.exec();
-    context.report.showProgress(QString());
+    context.report.removeProgress();
     return context.isInterrupted() ? std::nullopt : hashed;
 }
 

@@ -25,27 +25,19 @@
 
 namespace {
 
-QStringList argumentsOf(int count, char **words)
+/// The program's arguments. One that is not valid in the encoding of the locale would name another
+/// file than the user means; then @p problem says so.
+QStringList argumentsOf(int count, char **words, QString *problem)
 {
     QStringList arguments;
     for (int i = 0; i < count; ++i) {
         arguments.append(QString::fromLocal8Bit(words[i]));
-    }
-    return arguments;
-}
-
-/// Why an argument cannot be used; empty when all can. One that is not valid in the encoding of the
-/// locale would name another file than the user means.
-QString encodingProblem(int count, char **words)
-{
-    for (int i = 0; i < count; ++i) {
-        const QString argument = QString::fromLocal8Bit(words[i]);
-        if (argument.toLocal8Bit() != words[i]) {
-            return QStringLiteral("\"%1\" is not valid in the encoding of the locale.")
-                .arg(argument);
+        if (problem->isEmpty() && arguments.last().toLocal8Bit() != words[i]) {
+            *problem = QStringLiteral("\"%1\" is not valid in the encoding of the locale.")
+                           .arg(arguments.last());
         }
     }
-    return {};
+    return arguments;
 }
 
 /// Shows only the message with which Qt aborts.
@@ -87,8 +79,8 @@ void occupyStandardDescriptors()
     }
 }
 
-/// Finds the plug-in for the target that the user names.
-bool loadTarget(const QString &target, Plugin *plugin, QString *problem)
+/// Loads the plug-in for the target that the user names. Returns why that failed.
+QString loadTarget(const QString &target, Plugin *plugin)
 {
     QStringList targets;
     for (const QString &file : installedPlugins(QString())) {
@@ -96,35 +88,25 @@ bool loadTarget(const QString &target, Plugin *plugin, QString *problem)
         if (!candidate.load({file})) {
             continue;
         }
-        targets.append(QLatin1Char('"') + candidate.root()->getTargetName() + QLatin1Char('"'));
-        if (candidate.root()->getTargetName() == target) {
-            const bool loaded = plugin->load({file});
-            *problem = plugin->problem();
-            return loaded;
+        const QString name = candidate.root()->getTargetName();
+        if (name == target) {
+            return plugin->load({file}) ? QString() : plugin->problem();
         }
+        targets.append(QLatin1Char('"') + name + QLatin1Char('"'));
     }
     targets.removeDuplicates();
-    *problem = targets.isEmpty() ? QStringLiteral("No plug-in found.")
-                                 : QStringLiteral("No plug-in has the target \"%1\". Targets: %2.")
-                                       .arg(target, targets.join(QStringLiteral(", ")));
-    return false;
+    return targets.isEmpty() ? QStringLiteral("No plug-in found.")
+                             : QStringLiteral("No plug-in has the target \"%1\". Targets: %2.")
+                                   .arg(target, targets.join(QStringLiteral(", ")));
 }
 
-/// Loads the plug-in that the command line names; on failure, reports why.
-bool loadPlugin(const CommandLine &commandLine, Plugin *plugin, Report *report)
+/// Loads the plug-in that the command line names. Returns why that failed.
+QString loadPlugin(const CommandLine &commandLine, Plugin *plugin)
 {
-    QString problem;
-    bool loaded = false;
-    if (commandLine.target.isEmpty()) {
-        loaded = plugin->load(pluginCandidates(commandLine.pluginFile));
-        problem = plugin->problem();
-    } else {
-        loaded = loadTarget(commandLine.target, plugin, &problem);
+    if (!commandLine.target.isEmpty()) {
+        return loadTarget(commandLine.target, plugin);
     }
-    if (!loaded) {
-        report->addFailure(problem);
-    }
-    return loaded;
+    return plugin->load(pluginCandidates(commandLine.pluginFile)) ? QString() : plugin->problem();
 }
 
 int runWithPlugin(CommandContext &context)
@@ -132,11 +114,13 @@ int runWithPlugin(CommandContext &context)
     const CommandInfo &command = *context.commandLine.command;
     Report &report = context.report;
     Plugin plugin;
-    QObject::connect(&plugin, &Plugin::statusMessage, &plugin,
+    QObject::connect(&plugin, &Plugin::statusMessage,
                      [&report](const QString &message) { report.addStatus(message); });
-    QObject::connect(&plugin, &Plugin::errorMessage, &plugin,
+    QObject::connect(&plugin, &Plugin::errorMessage,
                      [&report](const QString &message) { report.addError(message); });
-    if (!loadPlugin(context.commandLine, &plugin, &report)) {
+    const QString problem = loadPlugin(context.commandLine, &plugin);
+    if (!problem.isEmpty()) {
+        report.addFailure(problem);
         return PluginProblem;
     }
     Values values(&plugin);
@@ -172,8 +156,7 @@ int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, R
     }
     if (QDir::currentPath().isEmpty()) {
         // Qt would resolve relative paths against the root directory.
-        report->addFailure(QStringLiteral("The current directory no longer exists."));
-        return Failed;
+        return report->addFailure(QStringLiteral("The current directory no longer exists."));
     }
     const bool writesToOutput = commandLine.outputFile.isEmpty()
         && commandLine.command->style == CommandStyle::WritesContent;
@@ -221,9 +204,11 @@ int runProgram(int argumentCount, char **arguments, const SignalWatch &signalWat
     // Hides Qt's warnings about its environment, which do not belong among the plug-in's messages;
     // QT_LOGGING_RULES shows them again.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-    CommandLine commandLine = parseCommandLine(argumentsOf(argumentCount, arguments));
+    QString encodingProblem;
+    CommandLine commandLine
+        = parseCommandLine(argumentsOf(argumentCount, arguments, &encodingProblem));
     if (commandLine.problem.isEmpty()) {
-        commandLine.problem = encodingProblem(argumentCount, arguments);
+        commandLine.problem = encodingProblem;
     }
     const QString information = informationFor(commandLine);
     const bool isJson = commandLine.isJson && information.isEmpty();

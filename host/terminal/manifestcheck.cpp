@@ -32,7 +32,8 @@ RecordedFile recordedStitcher(const QString &file, const BuildRecord &build)
     return {{QStringLiteral("The stitcher"), {}}, recordOf(file), -1, build.stitcherSha256};
 }
 
-Problem differenceOf(const IngredientId &id, const QString &file, const QString &text)
+Problem differenceOf(const IngredientId &id, const QString &file, const QString &text,
+                     const QString &recorded = {}, const QString &actual = {})
 {
     Problem problem;
     problem.kind = ProblemKind::Difference;
@@ -40,13 +41,6 @@ Problem differenceOf(const IngredientId &id, const QString &file, const QString 
     problem.ingredient = id;
     problem.text = text;
     problem.files.append(file);
-    return problem;
-}
-
-Problem differenceOf(const RecordedFile &file, const QString &text, const QString &recorded,
-                     const QString &actual)
-{
-    Problem problem = differenceOf(file.id, file.current.file, text);
     problem.required = recorded;
     problem.actual = actual;
     return problem;
@@ -55,48 +49,45 @@ Problem differenceOf(const RecordedFile &file, const QString &text, const QStrin
 /// How the hashed @p file differs from its record, if it does.
 std::optional<Problem> differenceIn(const RecordedFile &file)
 {
-    const FileRecord &current = file.current;
+    const auto &[id, current, size, sha256] = file;
     if (!current.error.isEmpty()) {
-        return differenceOf(file, current.error, {}, {});
+        return differenceOf(id, current.file, current.error);
     }
-    if (file.sha256.isEmpty()) {
-        return differenceOf(file, QStringLiteral("The manifest records no checksum"), {}, {});
+    if (sha256.isEmpty()) {
+        return differenceOf(id, current.file, QStringLiteral("The manifest records no checksum"));
     }
-    if (file.size >= 0 && current.state.size != file.size) {
-        return differenceOf(file, QStringLiteral("The size differs from the manifest"),
-                            sizeText(file.size), sizeText(current.state.size));
+    if (size >= 0 && current.state.size != size) {
+        return differenceOf(id, current.file, QStringLiteral("The size differs from the manifest"),
+                            sizeText(size), sizeText(current.state.size));
     }
-    if (current.sha256 != file.sha256) {
-        return differenceOf(file, QStringLiteral("The content differs from the manifest"),
-                            QLatin1String(file.sha256), QLatin1String(current.sha256));
+    if (current.sha256 != sha256) {
+        return differenceOf(id, current.file,
+                            QStringLiteral("The content differs from the manifest"),
+                            QLatin1String(sha256), QLatin1String(current.sha256));
     }
     return std::nullopt;
 }
 
-/// Hashes @p files. False when a signal interrupted it.
-bool hashRecorded(CommandContext &context, RecordedFiles *files)
+/// Hashes @p files. Returns how they differ from their records; none when a signal interrupted it.
+std::optional<Problems> compareContents(CommandContext &context, RecordedFiles *files)
 {
     QList<FileRecord> records;
     for (const RecordedFile &file : qAsConst(*files)) {
         records.append(file.current);
     }
     const auto hashed = hashFiles(context, records);
-    for (int i = 0; hashed && i < files->count(); ++i) {
-        (*files)[i].current = hashed->at(i);
+    if (!hashed) {
+        return std::nullopt;
     }
-    return hashed.has_value();
-}
-
-Problems differencesIn(const RecordedFiles &files)
-{
-    Problems problems;
-    for (const RecordedFile &file : files) {
-        const auto difference = differenceIn(file);
+    Problems differences;
+    for (int i = 0; i < files->count(); ++i) {
+        (*files)[i].current = hashed->at(i);
+        const auto difference = differenceIn(files->at(i));
         if (difference) {
-            problems.append(*difference);
+            differences.append(*difference);
         }
     }
-    return problems;
+    return differences;
 }
 
 ProjectEntry entryFor(const Ingredient &ingredient, const Project &manifest)
@@ -124,12 +115,9 @@ RecordedFiles compareValues(Values *values, const Project &manifest)
             files.append({ingredient.id, current, entry.size, entry.sha256});
         } else if (!ingredient.isOutputFile() && kindOf(ingredient.value) != ValueKind::Other
                    && value != entry.value) {
-            Problem problem
-                = differenceOf(ingredient.id, ingredient.isInputFile() ? value : QString(),
-                               QStringLiteral("The value differs from the manifest"));
-            problem.required = entry.value;
-            problem.actual = value;
-            values->addProblem(problem);
+            values->addProblem(differenceOf(
+                ingredient.id, ingredient.isInputFile() ? value : QString(),
+                QStringLiteral("The value differs from the manifest"), entry.value, value));
         }
     }
     return files;
@@ -177,12 +165,6 @@ QString manifestProblem(const CommandContext &context, const QString &file, cons
     return problem.isEmpty() ? QString() : file + QLatin1String(": ") + problem;
 }
 
-int failWith(CommandContext &context, const QString &text)
-{
-    context.report.addFailure(text);
-    return Failed;
-}
-
 } // namespace
 
 void checkLock(CommandContext &context, const Project &manifest)
@@ -198,14 +180,15 @@ void checkLock(CommandContext &context, const Project &manifest)
     if (!stitcher.isEmpty()) {
         files.append(recordedStitcher(stitcher, *manifest.build));
     }
-    if (!hashRecorded(context, &files)) {
+    const auto differences = compareContents(context, &files);
+    if (!differences) {
         values->reject(QLatin1String(interrupted));
         return;
     }
     for (const RecordedFile &file : qAsConst(files)) {
         context.lockedFiles.insert(file.current.file, file.current);
     }
-    for (const Problem &difference : differencesIn(files)) {
+    for (const Problem &difference : *differences) {
         values->addProblem(difference);
     }
 }
@@ -220,7 +203,7 @@ int verifyManifest(CommandContext &context)
         problem = manifestProblem(context, file, manifest);
     }
     if (!problem.isEmpty()) {
-        return failWith(context, problem);
+        return context.report.addFailure(problem);
     }
     RecordedFiles files = filesIn(manifest, context.values->ingredients());
     const RecordedFile stitcher = recordedStitcher(manifest.build->stitcherFile, *manifest.build);
@@ -231,19 +214,19 @@ int verifyManifest(CommandContext &context)
         remark = QStringLiteral("; the stitcher %1 was not compared: it does not exist")
                      .arg(stitcher.current.file);
     }
-    if (!hashRecorded(context, &files)) {
-        return failWith(context, QLatin1String(interrupted));
+    const auto differences = compareContents(context, &files);
+    if (!differences) {
+        return report.addFailure(QLatin1String(interrupted));
     }
-    const Problems differences = differencesIn(files);
-    showDifferences(context, differences);
+    showDifferences(context, *differences);
     report.print(QStringLiteral("%1: %2 files compared, %3 different%4")
                      .arg(file, QString::number(files.count()),
-                          QString::number(differences.count()), remark));
+                          QString::number(differences->count()), remark));
     report.set("manifest", absolutePath(file));
     report.set("compared", files.count());
-    report.set("differences", differences.count());
+    report.set("differences", differences->count());
     report.set("notCompared",
                QJsonArray::fromStringList(remark.isEmpty() ? QStringList()
                                                            : QStringList(stitcher.current.file)));
-    return differences.isEmpty() ? Success : Failed;
+    return differences->isEmpty() ? Success : Failed;
 }

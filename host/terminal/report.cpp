@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -19,74 +20,19 @@ const int schemaVersion = 1;
 /// Aligns fields that are added one after the other, such as those of a build.
 const int minTitleWidth = 8;
 
-const char green[] = "\033[32m";
-const char red[] = "\033[31m";
-const char plain[] = "\033[0m";
+const int columnGap = 2;
+
 const char eraseLine[] = "\r\033[K";
 
-/// The width on screen, without colour codes.
-int widthOf(QString text)
-{
-    for (const char *code : {green, red, plain}) {
-        text.remove(QLatin1String(code));
-    }
-    return text.length();
-}
-
-QString alignedLine(const QStringList &cells, const QVector<int> &widths)
-{
-    QString line;
-    for (int column = 0; column < cells.count(); ++column) {
-        line += cells.at(column);
-        if (column + 1 < cells.count()) {
-            line += QString(widths.at(column) - widthOf(cells.at(column)) + 2, QLatin1Char(' '));
-        }
-    }
-    while (line.endsWith(QLatin1Char(' '))) {
-        line.chop(1);
-    }
-    return line;
-}
+/// In the order of ProblemKind.
+const char *const kindNames[]
+    = {"input", "difference", "candidates", "message", "finding", "check"};
+/// In the order of Severity.
+const char *const severityNames[] = {"warning", "error", "fatal"};
 
 QString textOf(const Field &field)
 {
-    if (!field.text.isNull()) {
-        return field.text;
-    }
-    return field.value.isDouble() ? QString::number(field.value.toDouble(), 'f', 0)
-                                  : field.value.toString();
-}
-
-QString kindName(ProblemKind kind)
-{
-    switch (kind) {
-    case ProblemKind::Input:
-        return QStringLiteral("input");
-    case ProblemKind::Difference:
-        return QStringLiteral("difference");
-    case ProblemKind::Candidates:
-        return QStringLiteral("candidates");
-    case ProblemKind::Message:
-        return QStringLiteral("message");
-    case ProblemKind::Finding:
-        return QStringLiteral("finding");
-    case ProblemKind::Check:
-        break;
-    }
-    return QStringLiteral("check");
-}
-
-QString severityName(Severity severity)
-{
-    switch (severity) {
-    case Severity::Warning:
-        return QStringLiteral("warning");
-    case Severity::Error:
-        return QStringLiteral("error");
-    case Severity::Fatal:
-        break;
-    }
-    return QStringLiteral("fatal");
+    return field.text.isNull() ? field.value.toString() : field.text;
 }
 
 QJsonObject toJson(const Record &record)
@@ -102,8 +48,8 @@ QJsonObject toJson(const Record &record)
 
 QJsonObject toJson(const Problem &problem)
 {
-    return toJson(Record{{nullptr, "kind", kindName(problem.kind)},
-                         {nullptr, "severity", severityName(problem.severity)},
+    return toJson(Record{{nullptr, "kind", kindNames[int(problem.kind)]},
+                         {nullptr, "severity", severityNames[int(problem.severity)]},
                          {nullptr, "ingredient", problem.ingredient.name},
                          {nullptr, "key", problem.ingredient.key},
                          {nullptr, "text", problem.text},
@@ -144,44 +90,36 @@ bool Report::isVerbose() const
 
 void Report::addStatus(const QString &message)
 {
-    if (source == Source::Repeated) {
-        return;
-    }
     addMessage("status", message);
-    const bool shown = source == Source::Plugin ? isVerbose() : verbosity != Verbosity::Quiet;
-    if (!shown) {
-        return;
-    }
-    Stream *stream = isStatusOnError ? &errors : &output;
-    if (source == Source::Stitcher) {
-        writeUnchanged(stream, message);
-    } else {
-        writeLine(stream, message);
+    if (source == Source::Plugin ? isVerbose() : verbosity != Verbosity::Quiet) {
+        relay(isStatusOnError ? &errors : &output, message);
     }
 }
 
 void Report::addError(const QString &message)
 {
-    if (source == Source::Repeated) {
-        return;
-    }
     addMessage("error", message);
-    if (format == Format::Json && verbosity == Verbosity::Quiet) {
-        return;
-    }
-    if (source == Source::Stitcher) {
-        writeUnchanged(&errors, message);
-    } else {
-        writeLine(&errors, message);
+    if (format == Format::Text || verbosity != Verbosity::Quiet) {
+        relay(&errors, message);
     }
 }
 
-void Report::addFailure(const QString &text)
+/// Shows a message of the plug-in; the stitcher's output arrives in chunks and stays as it is.
+void Report::relay(Stream *stream, const QString &message)
 {
-    failures.append(toJson(Record{{nullptr, "kind", QStringLiteral("failure")},
-                                  {nullptr, "severity", QStringLiteral("fatal")},
-                                  {nullptr, "text", text}}));
+    if (source == Source::Stitcher) {
+        write(stream, (stream->isTerminal ? safeOutput(message) : message).toLocal8Bit());
+    } else {
+        writeLine(stream, message);
+    }
+}
+
+int Report::addFailure(const QString &text)
+{
+    failures.append(toJson(Record{
+        {nullptr, "kind", "failure"}, {nullptr, "severity", "fatal"}, {nullptr, "text", text}}));
     printError(text);
+    return Failed;
 }
 
 void Report::printError(const QString &text)
@@ -214,17 +152,25 @@ void Report::printWarning(const QString &text)
     }
 }
 
-void Report::showProgress(const QString &text)
+void Report::showHashing(qint64 done, qint64 total)
 {
-    if (!errors.isTerminal || verbosity == Verbosity::Quiet
-        || (text.isEmpty() && !isProgressShown)) {
+    if (!errors.isTerminal || verbosity == Verbosity::Quiet) {
         return;
     }
     if (!isProgressShown) {
         startLine(&errors);
     }
-    isProgressShown = !text.isEmpty();
-    writer.write(errors.descriptor, eraseLine + safeLine(text).toLocal8Bit());
+    isProgressShown = true;
+    const QByteArray percent = QByteArray::number(total > 0 ? done * 100 / total : 100);
+    writer.write(errors.descriptor, eraseLine + QByteArray("Hashing: ") + percent + '%');
+}
+
+void Report::removeProgress()
+{
+    if (isProgressShown) {
+        isProgressShown = false;
+        writer.write(errors.descriptor, eraseLine);
+    }
 }
 
 void Report::addMessage(const char *channel, const QString &message)
@@ -235,10 +181,10 @@ void Report::addMessage(const char *channel, const QString &message)
     }
 }
 
-void Report::print(const QString &line)
+void Report::print(const QString &line, Tone tone)
 {
     if (format == Format::Text) {
-        writeLine(&output, line);
+        writeLine(&output, line, tone);
     }
 }
 
@@ -265,37 +211,37 @@ void Report::set(const char *name, const QJsonValue &value)
 
 void Report::add(const Record &record)
 {
-    QVector<QStringList> lines;
+    std::vector<Cells> rows;
     for (const Field &field : record) {
         if (field.name) {
             set(field.name, field.value);
         }
         if (field.title) {
-            lines.append(
-                {QString::fromLatin1(field.title).leftJustified(minTitleWidth), textOf(field)});
+            rows.push_back({{QString::fromLatin1(field.title).leftJustified(minTitleWidth)},
+                            {textOf(field), field.tone}});
         }
     }
-    printLines(lines);
+    printRows(std::move(rows));
 }
 
 void Report::printTable(const std::vector<Record> &rows)
 {
-    QVector<QStringList> lines;
+    std::vector<Cells> shown;
     for (const Record &row : rows) {
-        QStringList titles;
-        QStringList cells;
+        Cells titles;
+        Cells cells;
         for (const Field &field : row) {
             if (field.title) {
-                titles.append(QLatin1String(field.title));
-                cells.append(textOf(field));
+                titles.push_back({QLatin1String(field.title)});
+                cells.push_back({textOf(field), field.tone});
             }
         }
-        if (lines.isEmpty()) {
-            lines.append(titles);
+        if (shown.empty()) {
+            shown.push_back(titles);
         }
-        lines.append(cells);
+        shown.push_back(cells);
     }
-    printLines(lines);
+    printRows(std::move(shown));
 }
 
 void Report::setList(const char *name, const std::vector<Record> &rows)
@@ -308,40 +254,41 @@ void Report::setList(const char *name, const std::vector<Record> &rows)
 }
 
 /// Prints cells in aligned columns.
-void Report::printLines(const QVector<QStringList> &lines)
+void Report::printRows(std::vector<Cells> rows)
 {
-    if (format != Format::Text || lines.isEmpty()) {
+    if (format != Format::Text || rows.empty()) {
         return;
     }
-    QVector<QStringList> shown = lines;
-    QVector<int> widths(lines.first().count(), 0);
-    for (QStringList &cells : shown) {
-        for (int column = 0; column < cells.count(); ++column) {
-            QString &cell = cells[column];
-            const bool isOurs = hasColour && cell.startsWith(QLatin1Char('\033'));
-            cell = output.isTerminal && !isOurs ? safeLine(cell) : cell;
-            widths[column] = std::max(widths.at(column), widthOf(cell));
+    std::vector<int> widths(rows.front().size(), 0);
+    for (Cells &cells : rows) {
+        for (std::size_t column = 0; column < cells.size(); ++column) {
+            QString &text = cells[column].text;
+            text = output.isTerminal ? safeLine(text) : text;
+            widths[column] = std::max(widths[column], text.length() + columnGap);
         }
     }
     startLine(&output);
-    for (const QStringList &cells : qAsConst(shown)) {
-        write(&output, alignedLine(cells, widths).toLocal8Bit() + '\n');
+    for (const Cells &cells : rows) {
+        QString line;
+        for (std::size_t column = 0; column < cells.size(); ++column) {
+            const auto &[text, tone] = cells[column];
+            line
+                += coloured(text, tone) + QString(widths[column] - text.length(), QLatin1Char(' '));
+        }
+        while (line.endsWith(QLatin1Char(' '))) {
+            line.chop(1);
+        }
+        write(&output, line.toLocal8Bit() + '\n');
     }
 }
 
-QString Report::good(const QString &text) const
+QString Report::coloured(const QString &text, Tone tone) const
 {
-    return coloured(green, text);
-}
-
-QString Report::bad(const QString &text) const
-{
-    return coloured(red, text);
-}
-
-QString Report::coloured(const char *code, const QString &text) const
-{
-    return hasColour ? QLatin1String(code) + text + QLatin1String(plain) : text;
+    if (!hasColour || tone == Tone::Plain) {
+        return text;
+    }
+    const QLatin1String code(tone == Tone::Good ? "\033[32m" : "\033[31m");
+    return code + text + QLatin1String("\033[0m");
 }
 
 /// Ends a line that the stitcher has left unfinished.
@@ -353,16 +300,12 @@ void Report::startLine(Stream *stream)
 }
 
 /// Writes a text on lines of its own.
-void Report::writeLine(Stream *stream, const QString &text)
+void Report::writeLine(Stream *stream, const QString &text, Tone tone)
 {
-    const QByteArray bytes = (stream->isTerminal ? safeText(text) : text).toLocal8Bit();
+    const QString shown = stream->isTerminal ? safeText(text) : text;
     startLine(stream);
-    write(stream, bytes.endsWith('\n') ? bytes : bytes + '\n');
-}
-
-void Report::writeUnchanged(Stream *stream, const QString &text)
-{
-    write(stream, (stream->isTerminal ? safeOutput(text) : text).toLocal8Bit());
+    write(stream,
+          coloured(shown, tone).toLocal8Bit() + (shown.endsWith(QLatin1Char('\n')) ? "" : "\n"));
 }
 
 void Report::write(Stream *stream, const QByteArray &bytes)
@@ -370,7 +313,7 @@ void Report::write(Stream *stream, const QByteArray &bytes)
     if (bytes.isEmpty()) {
         return;
     }
-    showProgress(QString());
+    removeProgress();
     stream->isAtLineStart = bytes.endsWith('\n');
     if (output.isTerminal && errors.isTerminal) {
         // Both are on the same screen.
@@ -382,7 +325,7 @@ void Report::write(Stream *stream, const QByteArray &bytes)
 
 int Report::finish(int exitStatus)
 {
-    showProgress(QString());
+    removeProgress();
     if (format == Format::Json) {
         set("schemaVersion", schemaVersion);
         set("exitStatus", exitStatus);

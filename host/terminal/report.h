@@ -9,9 +9,11 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
-#include <QVector>
 
 #include <vector>
+
+/// Green, red or no colour, if the output is a terminal with colour.
+enum class Tone { Plain, Good, Bad };
 
 /// One fact of a report, for people and for JSON.
 struct Field {
@@ -19,6 +21,7 @@ struct Field {
     const char *name;  ///< In JSON; null if the field is only for people.
     QJsonValue value;  ///< In JSON, and for people when @c text is null.
     QString text = {}; ///< For people, if it differs from the value.
+    Tone tone = Tone::Plain;
 };
 
 /// The fields of one object; in a table, one row.
@@ -35,7 +38,6 @@ public:
     /// Where the messages that the plug-in relays come from.
     enum class Source {
         Plugin,     ///< The plug-in itself: status is shown with --verbose.
-        Repeated,   ///< Messages that were shown before: nothing is shown.
         Validation, ///< The report on a data file: status is hidden by --quiet.
         Stitcher    ///< The stitcher's output, passed on in chunks: status is hidden by --quiet.
     };
@@ -50,7 +52,8 @@ public:
     void addStatus(const QString &message);
     void addError(const QString &message);
     /// A failure of the program itself: a line on standard error, and a problem in JSON.
-    void addFailure(const QString &text);
+    /// @return ExitStatus::Failed
+    int addFailure(const QString &text);
     /// A line on standard error, and a warning in JSON.
     void printError(const QString &text);
     /// The same for a warning that is among the problems.
@@ -61,13 +64,14 @@ public:
     void noteProblem(const Problem &problem);
     /// A line on standard error, and a warning of its own in JSON.
     void addWarning(const QString &text);
-    /// Replaces the progress line on a terminal; an empty text removes it.
-    void showProgress(const QString &text);
+    /// Shows the progress of hashing on a terminal, @p done of @p total bytes.
+    void showHashing(qint64 done, qint64 total);
+    void removeProgress();
 
     bool isVerbose() const;
 
     /// A line of text on standard output; nothing with JSON.
-    void print(const QString &line);
+    void print(const QString &line, Tone tone = Tone::Plain);
     /// The same, but nothing when quiet.
     void printUnlessQuiet(const QString &line);
     /// Bytes on standard output, unchanged; nothing with JSON.
@@ -81,10 +85,6 @@ public:
     /// A list in JSON; nothing without JSON.
     void setList(const char *name, const std::vector<Record> &rows);
 
-    /// @p text in green or red if the output is a terminal with colour.
-    QString good(const QString &text) const;
-    QString bad(const QString &text) const;
-
     /// Ends the report: prints the JSON document, and returns @p exitStatus, or ExitStatus::Failed when
     /// writing to standard output failed.
     int finish(int exitStatus);
@@ -96,12 +96,19 @@ private:
         bool isAtLineStart;
     };
 
-    QString coloured(const char *code, const QString &text) const;
+    /// One text of a table.
+    struct Cell {
+        QString text;
+        Tone tone = Tone::Plain;
+    };
+    using Cells = std::vector<Cell>;
+
+    QString coloured(const QString &text, Tone tone) const;
     void addMessage(const char *channel, const QString &message);
-    void printLines(const QVector<QStringList> &lines);
+    void relay(Stream *stream, const QString &message);
+    void printRows(std::vector<Cells> rows);
     void startLine(Stream *stream);
-    void writeLine(Stream *stream, const QString &text);
-    void writeUnchanged(Stream *stream, const QString &text);
+    void writeLine(Stream *stream, const QString &text, Tone tone = Tone::Plain);
     void write(Stream *stream, const QByteArray &bytes);
 
     Format format;
