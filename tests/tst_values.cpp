@@ -192,7 +192,7 @@ private slots:
         QVERIFY(values->fillFromDirectory(samples.filePath("good")));
         QVERIFY(values->setImage(QString()));
         values->check();
-        QCOMPARE(texts(), QStringList("Output file name: Directory and file is missing"));
+        QCOMPARE(texts(), QStringList("Output file name: No image is named"));
     }
 
     void skippedEntries()

@@ -89,6 +89,10 @@ void findUnusableFile(const Ingredient &ingredient, Problems *problems)
 void findUnusableImage(const Ingredient &output, Problems *problems)
 {
     const QString image = output.text();
+    if (image.isEmpty()) {
+        problems->append(findingFor(output, Severity::Fatal, QStringLiteral("No image is named")));
+        return;
+    }
     const FileState state = FileState::ofLink(image);
     if (state.exists && !state.isRegular()) {
         problems->append(
@@ -99,7 +103,7 @@ void findUnusableImage(const Ingredient &output, Problems *problems)
     }
     const QString directory = QFileInfo(absolutePath(image)).path();
     const QString reason = directoryProblem(directory);
-    if (!image.isEmpty() && QFileInfo(directory).isDir() && !reason.isEmpty()) {
+    if (QFileInfo(directory).isDir() && !reason.isEmpty()) {
         problems->append(findingFor(
             output, Severity::Fatal,
             QStringLiteral("The directory %1 cannot be written: %2").arg(directory, reason)));
