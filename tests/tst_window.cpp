@@ -33,8 +33,7 @@ private slots:
     {
         drop(window.data(), {sample()});
         setImage();
-        action("Build")->trigger();
-        QTRY_VERIFY(action("Build")->isEnabled());
+        build();
         for (const char *name : {"target", "buildState", "status"}) {
             auto label = window->findChild<QLabel *>(name);
             QVERIFY2(label->isVisible(), name);
@@ -71,7 +70,7 @@ private slots:
     void everythingComesBack()
     {
         QCOMPARE(action("Quit")->shortcut().toString(), QString("Ctrl+Q"));
-        for (const char *name : {"Toolbar", "Problems", "Log", "Data views", "Target details"}) {
+        for (const char *name : {"Toolbar", "Log", "Data views", "Target details"}) {
             QVERIFY2(action(name)->isCheckable(), name);
         }
         auto toolBar = window->findChild<QToolBar *>();
@@ -89,8 +88,8 @@ private slots:
     {
         const QString file = folder->filePath("<b>&1.loomwright");
         drop(window.data(), {broken()});
-        QVERIFY(window->isWindowModified());
-        chooseNextFile(file);
+        QVERIFY(!window->isWindowModified()); // Nothing asks to save it.
+        chooseNextFile(folder->filePath("<b>&1"));
         QTest::keyClick(window.data(), Qt::Key_S, Qt::ControlModifier);
         QVERIFY(QFileInfo::exists(file));
         QVERIFY(!window->isWindowModified());
@@ -139,6 +138,102 @@ private slots:
         QVERIFY2(readFile(file).contains(saved), readFile(file));
     }
 
+    void anotherProgramSaves_data()
+    {
+        columns<QString, bool>("answer", "replaced");
+        row("kept", "Cancel", false);
+        row("replaced", "Replace", true);
+    }
+    void anotherProgramSaves()
+    {
+        QFETCH(QString, answer);
+        QFETCH(bool, replaced);
+        const QString file = folder->filePath("d1.loomwright");
+        chooseNextFile(file);
+        action("Save project as")->trigger();
+        QVERIFY(!action("Rescan")->isEnabled());
+        drop(window.data(), {sample()});
+        QVERIFY(action("Rescan")->isEnabled());
+        QTRY_COMPARE(problemCount(), 0);
+        writeFile(file, "{}");
+        QTRY_VERIFY(problemRow("Project") >= 0);
+        const QString *said = answerNextBox(answer);
+        action("Save project")->trigger();
+        QVERIFY(said->contains("Another program has changed"));
+        QCOMPARE(readFile(file) != "{}", replaced);
+        QTRY_COMPARE(problemCount(), replaced ? 0 : 1);
+        // It is no reason to ask before a build.
+        setImage();
+        build();
+        QVERIFY(text("buildState").startsWith("✔"));
+    }
+
+    void aLostProjectIsNamed()
+    {
+        const QString file = folder->filePath("d1.loomwright");
+        chooseNextFile(file);
+        action("Save project as")->trigger();
+        QFile::remove(file);
+        newWindow();
+        window->restoreLastProject();
+        QVERIFY2(notice().contains(file), qPrintable(notice()));
+        drop(window.data(), {sample()});
+        QVERIFY(!window->findChild<QWidget *>("notice")->isVisible());
+    }
+
+    void theProjectIsNoImage()
+    {
+        drop(window.data(), {sample()});
+        const QString file = folder->filePath("d1.loomwright");
+        chooseNextFile(file);
+        action("Save project as")->trigger();
+        setValue("Output file name", file);
+        const QString *said = answerNextBox("Build anyway");
+        action("Build")->trigger();
+        QVERIFY2(said->contains("cannot be built"), qPrintable(*said));
+        QVERIFY(readFile(file).startsWith('{'));
+    }
+
+    /// It is looked for again as soon as the user comes back.
+    void theStitcherIsMissing()
+    {
+        qputenv("PATH", QFile::encodeName(folder->path()));
+        newWindow();
+        QTRY_VERIFY(problemRow("Stitcher") >= 0);
+        QVERIFY(problemList()->isVisible());
+        bool shown = false;
+        withNextDialog([&shown](QDialog *dialog) {
+            shown = qobject_cast<SettingsDialog *>(dialog);
+            QCOMPARE(QApplication::focusWidget()->objectName(), QString("settingsPlugin"));
+            dialog->reject();
+        });
+        problemList()->setCurrentIndex(problemList()->model()->index(0, 0));
+        QTest::keyClick(problemList(), Qt::Key_Return);
+        QVERIFY(shown);
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        writeStitcher(folder->path(), "exit 0");
+        QCOMPARE(problemRow("Stitcher"), 0);
+        activateWindow();
+        QTRY_COMPARE(problemRow("Stitcher"), -1);
+    }
+
+    void theChosenStitcherIsUsed()
+    {
+        writeStitcher(folder->path(), "exit 7");
+        Settings settings;
+        settings.stitcherFile = folder->filePath("tamblin-stitcher");
+        writeSettings(settings);
+        newWindow();
+        drop(window.data(), {sample()});
+        setImage();
+        build();
+        QVERIFY(text("buildState").contains("exit status 7"));
+        QVERIFY(logText().contains("Building with " + settings.stitcherFile));
+    }
+
     void aConfigurationStatesWhatItLacks()
     {
         drop(window.data(), {sample()});
@@ -158,19 +253,22 @@ private slots:
 
     void verdictsAreThoseOfTheCurrentFile()
     {
-        auto dock = window->findChild<QDockWidget *>("dataViewDock");
-        QVERIFY(dock->isHidden());
+        QVERIFY(!action("Data views")->isEnabled());
         drop(window.data(), {broken()});
         QTRY_VERIFY(problemRow("Legacy XML Data File") >= 0);
         auto views = window->findChild<QTabWidget *>("dataViews");
         QCOMPARE(views->count(), 1);
-        QTRY_VERIFY(!dock->isHidden());
+        QTRY_VERIFY(action("Data views")->isEnabled());
+        action("Data views")->trigger();
         drop(window.data(), {sample()});
-        QTRY_COMPARE(problemList()->model()->rowCount(), 0);
+        QTRY_COMPARE(problemCount(), 0);
         QCOMPARE(views->count(), 1);
         QVERIFY(tree->isExpanded(model()->index(2, 0)));
         auto table = window->findChild<QTableView *>("dataView");
         QVERIFY(table && table->model()->rowCount() > 0);
+        window->close();
+        newWindow();
+        QVERIFY(window->findChild<QDockWidget *>("dataViewDock")->isHidden());
     }
 
     void aWrongPluginChangesNothing()
@@ -190,8 +288,9 @@ private slots:
         window.reset(new MainWindow);
         QVERIFY(!window->loadPlugin({"/nope.so"}));
         window->show();
-        QVERIFY(window->findChild<QLabel *>("problem")->isVisible());
-        QVERIFY(text("problem").contains("/nope.so"));
+        auto page = window->findChild<QWidget *>("noPlugin");
+        QVERIFY(page->isVisible());
+        QVERIFY(page->findChild<QLabel *>("hint")->text().contains("/nope.so"));
         for (const char *name : {"Build", "Open folder", "Add files", "Open project",
                                  "Save project", "Save configuration", "Rescan", "Copy as"}) {
             QVERIFY2(!action(name)->isEnabled(), name);

@@ -3,9 +3,9 @@
 
 #include "host/core/plugin.h"
 #include "host/window/dataviewpane.h"
-#include "host/window/failurecolor.h"
 #include "host/window/icons.h"
 #include "host/window/logpane.h"
+#include "host/window/markcolors.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"
@@ -225,7 +225,7 @@ private slots:
         connect(&zorv, &Plugin::dataFileChanged, &pane, &DataViewPane::refreshViews);
         zorv.ingredientManager()->generateConfigFromDirectory(folder.filePath("sample"));
         QCOMPARE(pane.count(), 1);
-        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("not part of the image"));
+        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("data file does not change them"));
         auto table = pane.findChild<QTableView *>();
         QCOMPARE(spokenText(table), QString("GPIO Settings"));
         pane.show();

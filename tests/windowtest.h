@@ -6,6 +6,7 @@
 #include "files.h"
 #include "host/core/ingredients.h"
 #include "host/window/ingredientproxymodel.h"
+#include "host/window/logpane.h"
 #include "host/window/mainwindow.h"
 #include "model/filepath.h"
 #include "row.h"
@@ -161,6 +162,10 @@ public:
         }
         qFatal("no action %s", qPrintable(text));
     }
+    int problemCount() const
+    {
+        return problemList()->model()->rowCount();
+    }
     QAbstractItemView *problemList() const
     {
         return window->findChild<QAbstractItemView *>("problemList");
@@ -173,6 +178,17 @@ public:
             .match(problems.index(0, 0), Qt::DisplayRole, ingredient, 1, Qt::MatchExactly)
             .value(0)
             .row();
+    }
+    /// Builds the image and waits for the end.
+    void build()
+    {
+        QTRY_VERIFY(action("Build")->isEnabled());
+        action("Build")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(action("Build")->isEnabled(), 20000);
+    }
+    QString logText() const
+    {
+        return window->findChild<LogPane *>()->text();
     }
     void useStitcher(const QByteArray &body)
     {

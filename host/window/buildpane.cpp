@@ -6,6 +6,8 @@
 #include "host/window/problemtext.h"
 #include "host/window/session.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
@@ -18,6 +20,7 @@
 
 namespace {
 
+const int maxChanges = 4;
 const int elapsedIntervalMs = 100;
 /// The image may be larger than the maximum of a progress bar.
 const int progressSteps = 1000;
@@ -29,7 +32,34 @@ QString seconds(qint64 milliseconds)
 
 QString mebibytes(qint64 bytes)
 {
-    return QLocale().toString(double(bytes) / (1 << 20), 'f', 0);
+    return QLocale().toString(double(bytes) / (1 << 20), 'f', 1);
+}
+
+QString imageText(const BuildResult &result)
+{
+    return BuildPane::tr("%1 (%2, %3 s)\nSHA-256 %4")
+        .arg(QDir::toNativeSeparators(result.image.file), bytesText(result.image.state.size),
+             seconds(result.elapsedMs), QString::fromLatin1(result.image.sha256));
+}
+
+/// Names the first of @p changes, ingredients and paths.
+QString changesText(const QStringList &changes)
+{
+    QStringList names;
+    for (const QString &change : changes.mid(0, maxChanges)) {
+        names.append(QDir::toNativeSeparators(change));
+    }
+    const int hidden = changes.count() - names.count();
+    if (hidden > 0) {
+        names.append(BuildPane::tr("%1 more").arg(QLocale().toString(hidden)));
+    }
+    return BuildPane::tr("Changed since: %1").arg(names.join(BuildPane::tr(", ")));
+}
+
+int lineCount(const QString &message)
+{
+    const QString text = message.endsWith(QLatin1Char('\n')) ? message.chopped(1) : message;
+    return text.count(QLatin1Char('\n')) + 1;
 }
 
 } // namespace
@@ -41,23 +71,26 @@ BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     , age(new QLabel(this))
     , progress(new QProgressBar(this))
     , stopButton(new QPushButton(tr("S&top"), this))
-    , folderButton(new QPushButton(tr("Open fol&der"), this))
+    , errorsButton(new QPushButton(this))
+    , copyButton(new QPushButton(tr("Copy &SHA-256"), this))
+    , folderButton(new QPushButton(tr("Show in fol&der"), this))
 {
-    auto texts = new QVBoxLayout;
-    texts->addWidget(text);
-    texts->addWidget(age);
-    auto layout = new QHBoxLayout(this);
-    layout->addLayout(texts, 1);
-    layout->addWidget(progress);
-    layout->addWidget(stopButton);
-    layout->addWidget(folderButton);
+    auto row = new QHBoxLayout;
+    row->addWidget(age, 1);
+    auto layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(text);
+    layout->addLayout(row);
+    for (QWidget *widget : std::initializer_list<QWidget *>{progress, stopButton, errorsButton,
+                                                            copyButton, folderButton}) {
+        row->addWidget(widget);
+    }
 
     text->setObjectName(QStringLiteral("buildState"));
-    text->setTextFormat(Qt::PlainText);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     age->setObjectName(QStringLiteral("buildAge"));
-    age->setText(tr("The values or files have changed since."));
     for (QLabel *label : {text, age}) {
+        label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
         // A long word, such as a hash, must not widen the window.
         label->setMinimumWidth(1);
@@ -65,40 +98,49 @@ BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     progress->setObjectName(QStringLiteral("buildProgress"));
     progress->setAccessibleName(tr("Progress of the build"));
     progress->setTextVisible(false);
-    stopButton->setObjectName(QStringLiteral("stopBuild"));
-    folderButton->setObjectName(QStringLiteral("openImageFolder"));
+    createButtons();
     hide();
 
-    connect(stopButton, &QPushButton::clicked, session, &Session::stopBuild);
-    connect(folderButton, &QPushButton::clicked, this, [this] {
-        const QFileInfo image(session->buildResult().image.file);
-        if (!QDesktopServices::openUrl(QUrl::fromLocalFile(image.path()))) {
-            emit failed(tr("The folder %1 could not be opened.")
-                            .arg(QDir::toNativeSeparators(image.path())));
-        }
-    });
     elapsedTimer.setInterval(elapsedIntervalMs);
     connect(&elapsedTimer, &QTimer::timeout, this, &BuildPane::showElapsed);
-    connect(session, &Session::buildStarted, this, &BuildPane::showRunning);
+    connect(session, &Session::buildStarted, this, &BuildPane::start);
     connect(session, &Session::hashing, this, &BuildPane::showHashing);
-    connect(session, &Session::buildFinished, this, &BuildPane::showResult);
-    connect(session, &Session::changed, this, &BuildPane::showAge);
-    connect(session, &Session::projectOpened, this, &QWidget::hide);
+    connect(session, &Session::buildFinished, this, &BuildPane::showState);
+    connect(session, &Session::changed, this, &BuildPane::showState);
+    connect(session, &Session::errorMessage, this, [this](const QString &message) {
+        if (session->isBuilding()) {
+            errorLines += lineCount(message);
+        }
+    });
 }
 
-void BuildPane::setText(const QString &newText)
+void BuildPane::createButtons()
 {
-    text->setText(newText);
-    show();
+    stopButton->setObjectName(QStringLiteral("stopBuild"));
+    errorsButton->setObjectName(QStringLiteral("showErrors"));
+    copyButton->setObjectName(QStringLiteral("copyHash"));
+    folderButton->setObjectName(QStringLiteral("showInFolder"));
+    connect(stopButton, &QPushButton::clicked, session, &Session::stopBuild);
+    connect(errorsButton, &QPushButton::clicked, this, &BuildPane::errorsRequested);
+    connect(copyButton, &QPushButton::clicked, this, [this] {
+        QApplication::clipboard()->setText(
+            QString::fromLatin1(session->buildResult().image.sha256));
+    });
+    connect(folderButton, &QPushButton::clicked, this, &BuildPane::openFolder);
 }
 
-void BuildPane::showRunning()
+void BuildPane::openFolder()
 {
-    age->hide();
-    folderButton->hide();
+    const QString folder = QFileInfo(session->buildResult().image.file).path();
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) {
+        emit failed(tr("The folder %1 could not be opened.").arg(QDir::toNativeSeparators(folder)));
+    }
+}
+
+void BuildPane::start()
+{
+    errorLines = 0;
     progress->setRange(0, 0);
-    progress->show();
-    stopButton->show();
     elapsed.start();
     elapsedTimer.start();
     showElapsed();
@@ -106,7 +148,7 @@ void BuildPane::showRunning()
 
 void BuildPane::showElapsed()
 {
-    setText(tr("The stitcher is running: %1 s").arg(seconds(elapsed.elapsed())));
+    text->setText(tr("The stitcher is running: %1 s").arg(seconds(elapsed.elapsed())));
 }
 
 void BuildPane::showHashing(qint64 done, qint64 total)
@@ -114,29 +156,58 @@ void BuildPane::showHashing(qint64 done, qint64 total)
     elapsedTimer.stop();
     progress->setRange(0, progressSteps);
     progress->setValue(total > 0 ? int(double(done) / double(total) * progressSteps) : 0);
-    setText(tr("Hashing: %1 of %2 MiB").arg(mebibytes(done), mebibytes(total)));
+    text->setText(tr("Hashing: %1 of %2 MiB").arg(mebibytes(done), mebibytes(total)));
 }
 
-void BuildPane::showResult(const BuildResult &result)
+void BuildPane::showState()
 {
-    elapsedTimer.stop();
-    progress->hide();
-    stopButton->hide();
-    age->hide();
-    folderButton->setVisible(result.isSuccess);
-    if (result.isSuccess) {
-        setText(tr("✔ %1\n%2 in %3 s, SHA-256 %4")
-                    .arg(QDir::toNativeSeparators(result.image.file),
-                         bytesText(result.image.state.size), seconds(result.elapsedMs),
-                         QString::fromLatin1(result.image.sha256)));
-    } else if (result.isStopped) {
-        setText(result.reason);
-    } else {
-        setText(tr("✖ The build failed. %1").arg(result.reason));
+    const BuildState state = session->buildState();
+    const bool built = state == BuildState::Current || state == BuildState::Outdated;
+    setVisible(state != BuildState::NotBuilt);
+    progress->setVisible(session->isBuilding());
+    stopButton->setVisible(session->isBuilding());
+    stopButton->setEnabled(state == BuildState::Running);
+    copyButton->setVisible(built);
+    folderButton->setVisible(built);
+    errorsButton->setVisible(!session->isBuilding() && errorLines > 0);
+    errorsButton->setText(
+        errorLines == 1 ? tr("1 error line in the &log")
+                        : tr("%1 error lines in the &log").arg(QLocale().toString(errorLines)));
+    if (state != BuildState::Running) {
+        elapsedTimer.stop();
+        text->setText(stateText());
     }
+    age->setText(state == BuildState::Outdated ? changesText(session->changesSinceBuild())
+                                               : QString());
 }
 
-void BuildPane::showAge()
+QString BuildPane::stateText() const
 {
-    age->setVisible(session->buildState() == BuildState::Outdated);
+    const BuildResult &result = session->buildResult();
+    switch (session->buildState()) {
+    case BuildState::Stopping:
+        return tr("Stopping…");
+    case BuildState::Current:
+        return tr("✔ %1").arg(imageText(result));
+    case BuildState::Outdated:
+        return tr("↻ Older image: %1").arg(imageText(result));
+    case BuildState::Failed:
+        return tr("✖ The build failed. %1").arg(result.reason);
+    case BuildState::Stopped:
+        return result.reason;
+    case BuildState::NotBuilt:
+    case BuildState::Running:
+        break;
+    }
+    return {};
+}
+
+QString resultLine(const BuildResult &result)
+{
+    if (!result.isSuccess) {
+        return result.isStopped ? result.reason
+                                : BuildPane::tr("The build failed. %1").arg(result.reason);
+    }
+    return BuildPane::tr("Built %1")
+        .arg(imageText(result).replace(QLatin1Char('\n'), QLatin1String(", ")));
 }

@@ -14,8 +14,8 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// Shows the state of the build: how long it has been running, the finished image, or why it
-/// failed. Takes no space before the first build.
+/// Shows the state of the build: how long it has been running, the finished image and what has
+/// changed since, or why it failed. Takes no space when nothing was built from the values.
 class BuildPane : public QWidget
 {
     Q_OBJECT
@@ -27,21 +27,30 @@ public:
 signals:
     /// A request of the user failed.
     void failed(const QString &text);
+    /// The user wants to see what the stitcher has reported.
+    void errorsRequested();
 
 private:
-    void showRunning();
+    void createButtons();
+    void start();
+    void showState();
     void showElapsed();
     void showHashing(qint64 done, qint64 total);
-    void showResult(const BuildResult &result);
-    void showAge();
-    void setText(const QString &newText);
+    QString stateText() const;
+    void openFolder();
 
     Session *session;
     QLabel *text;
     QLabel *age;
     QProgressBar *progress;
     QPushButton *stopButton;
+    QPushButton *errorsButton;
+    QPushButton *copyButton;
     QPushButton *folderButton;
     QElapsedTimer elapsed;
     QTimer elapsedTimer;
+    int errorLines = 0; ///< What the stitcher has written to standard error.
 };
+
+/// How a build ended, in one line for the log.
+QString resultLine(const BuildResult &result);

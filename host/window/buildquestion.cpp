@@ -45,10 +45,13 @@ QString listed(const Problems &problems)
 
 bool askToBuild(QWidget *parent, const Problems &problems)
 {
-    if (problems.isEmpty()) {
+    Problems errors;
+    std::copy_if(problems.begin(), problems.end(), std::back_inserter(errors),
+                 [](const Problem &problem) { return problem.severity != Severity::Warning; });
+    if (errors.isEmpty()) {
         return true;
     }
-    const bool blocked = std::any_of(problems.begin(), problems.end(), [](const Problem &problem) {
+    const bool blocked = std::any_of(errors.begin(), errors.end(), [](const Problem &problem) {
         return problem.severity == Severity::Fatal;
     });
     QMessageBox question(QMessageBox::Warning, tr("Build"),
@@ -56,7 +59,7 @@ bool askToBuild(QWidget *parent, const Problems &problems)
                                  : tr("The image has these problems:"),
                          QMessageBox::NoButton, parent);
     question.setTextFormat(Qt::PlainText);
-    question.setInformativeText(listed(problems));
+    question.setInformativeText(listed(errors));
     QPushButton *cancel = question.addButton(QMessageBox::Cancel);
     const QAbstractButton *anyway
         = blocked ? nullptr : question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
@@ -67,10 +70,12 @@ bool askToBuild(QWidget *parent, const Problems &problems)
 
 bool askToStop(QWidget *parent)
 {
-    QMessageBox question(QMessageBox::Question, tr("Close"),
-                         tr("The stitcher is still running. Stop it and close?"),
-                         QMessageBox::Close | QMessageBox::Cancel, parent);
+    QMessageBox question(QMessageBox::Question, tr("Close"), tr("The image is still being built."),
+                         QMessageBox::NoButton, parent);
     question.setTextFormat(Qt::PlainText);
-    question.setDefaultButton(QMessageBox::Cancel);
-    return question.exec() == QMessageBox::Close;
+    const QAbstractButton *stop
+        = question.addButton(tr("&Stop and close"), QMessageBox::AcceptRole);
+    question.setDefaultButton(question.addButton(tr("&Keep building"), QMessageBox::RejectRole));
+    question.exec();
+    return question.clickedButton() == stop;
 }

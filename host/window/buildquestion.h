@@ -9,8 +9,9 @@
 
 class QWidget;
 
-/// Shows @p problems before a build and asks whether to build anyway, which is not offered when one
-/// of them must be fixed. True when the build is to start; without problems, does not ask.
+/// Shows the errors among @p problems before a build and asks whether to build anyway, which is not
+/// offered when one of them must be fixed. True when the build is to start; without errors, does not
+/// ask.
 bool askToBuild(QWidget *parent, const Problems &problems);
 
 /// Asks whether to stop the running build because the window is about to be closed.

@@ -64,9 +64,10 @@ QWidget *DataViewPane::createPage(IDataView *view)
         layout->addStretch();
         return page;
     }
-    // Nothing saves the settings of a view that exports no data.
+    // Such a view has nothing to do with files, neither with the image nor with the data file.
     if (view->exportData().isEmpty()) {
-        addNote(tr("These settings are not saved and are not part of the image."));
+        addNote(tr("The rows are those of the target; the data file does not change them. The "
+                   "settings are not saved and are not part of the image."));
     }
     layout->addWidget(createTable(model, view->getDisplayName()));
     return page;

@@ -4,13 +4,17 @@
 #include "host/window/filepatheditor.h"
 
 #include "host/window/droppedfiles.h"
+#include "host/window/typedpath.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCompleter>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QTimer>
 #include <QToolButton>
 
 FilePathEditor::FilePathEditor(QWidget *parent)
@@ -52,10 +56,26 @@ void FilePathEditor::setFilePath(const FilePath &newFilePath)
     pathLine->selectAll();
 }
 
+void FilePathEditor::setCandidates(const QStringList &files)
+{
+    if (files.isEmpty()) {
+        return;
+    }
+    auto completer = new QCompleter(files, this);
+    completer->setFilterMode(Qt::MatchContains);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    completer->popup()->setTextElideMode(Qt::ElideLeft);
+    pathLine->setCompleter(completer);
+    connect(completer, QOverload<const QString &>::of(&QCompleter::activated), this,
+            &FilePathEditor::choose, Qt::QueuedConnection);
+    // All of them until the user types something.
+    QTimer::singleShot(0, completer, [completer] { completer->complete(); });
+}
+
 FilePath FilePathEditor::filePath() const
 {
     FilePath edited = value;
-    edited.fileName = QDir::fromNativeSeparators(pathLine->text());
+    edited.fileName = typedPath(pathLine->text());
     return edited;
 }
 

@@ -21,6 +21,8 @@ public:
     ~FilePathEditor() override;
 
     void setFilePath(const FilePath &newFilePath);
+    /// Offers @p files in a list that is searched for what the user types.
+    void setCandidates(const QStringList &files);
     /// The value that was set, with the edited path.
     FilePath filePath() const;
 

@@ -23,8 +23,6 @@ public:
     /// Watches @p files, absolute paths, from their present state on. A file that was watched
     /// before keeps the state that was last reported.
     void setFiles(const QStringList &files);
-    /// Reports now what has changed, whether it was noticed or not.
-    void compare();
 
 signals:
     /// The files that differ from their last reported state. Emitted a fraction of a second after
@@ -32,6 +30,7 @@ signals:
     void changed(const QStringList &files);
 
 private:
+    void compare();
     void watchPaths();
 
     QFileSystemWatcher watcher;

@@ -14,6 +14,9 @@
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
+
+#include <functional>
 
 namespace {
 
@@ -33,6 +36,29 @@ QRect candidatesRect(const QStyleOptionViewItem &cell, const QString &text)
     rect.setLeft(rect.right() - cell.fontMetrics.horizontalAdvance(text + QLatin1String("  ")));
     return rect;
 }
+
+/// A list that opens at once and is left with a choice: the arrow keys only move in it.
+class ChoiceEditor : public QComboBox
+{
+public:
+    ChoiceEditor(QWidget *parent, std::function<void()> onFinished)
+        : QComboBox(parent)
+        , finish(std::move(onFinished))
+    {
+        setAccessibleName(IngredientDelegate::tr("Choice"));
+        QTimer::singleShot(0, this, &QComboBox::showPopup);
+    }
+
+    /// The choice is only known afterwards.
+    void hidePopup() override
+    {
+        QComboBox::hidePopup();
+        QTimer::singleShot(0, this, finish);
+    }
+
+private:
+    std::function<void()> finish;
+};
 
 /// The space between right-aligned text and the next column.
 int columnGap(const QStyleOptionViewItem &cell, const QModelIndex &index)
@@ -92,11 +118,7 @@ QWidget *IngredientDelegate::makeEditor(QWidget *parent, const QStyleOptionViewI
         return editor;
     }
     case ValueKind::Choice: {
-        auto editor = new QComboBox(parent);
-        editor->setAccessibleName(tr("Choice"));
-        connect(editor, QOverload<int>::of(&QComboBox::activated), self,
-                [self, editor] { self->finish(editor); });
-        return editor;
+        return new ChoiceEditor(parent, [self] { self->commit(); });
     }
     case ValueKind::Text:
     case ValueKind::Other:
@@ -114,6 +136,7 @@ void IngredientDelegate::setEditorData(QWidget *editor, const QModelIndex &index
     const QVariant value = index.data(Qt::EditRole);
     if (auto pathEditor = qobject_cast<FilePathEditor *>(editor)) {
         pathEditor->setFilePath(value.value<FilePath>());
+        pathEditor->setCandidates(index.data(IngredientProxyModel::CandidatesRole).toStringList());
     } else if (auto list = qobject_cast<QComboBox *>(editor)) {
         const auto choice = value.value<Choice>();
         list->clear();
@@ -136,8 +159,10 @@ void IngredientDelegate::setModelData(QWidget *editor, QAbstractItemModel *model
         }
     } else if (auto list = qobject_cast<QComboBox *>(editor)) {
         auto choice = index.data(Qt::EditRole).value<Choice>();
-        choice.selectedIndex = list->currentIndex();
-        model->setData(index, QVariant::fromValue(choice), Qt::EditRole);
+        if (choice.selectedIndex != list->currentIndex()) {
+            choice.selectedIndex = list->currentIndex();
+            model->setData(index, QVariant::fromValue(choice), Qt::EditRole);
+        }
     } else {
         QStyledItemDelegate::setModelData(editor, model, index);
     }
@@ -217,7 +242,7 @@ bool IngredientDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
     if (event->type() == QEvent::MouseButtonRelease && !candidates.isEmpty()
         && model->buddy(index) == index
         && candidatesRect(option, candidates).contains(static_cast<QMouseEvent *>(event)->pos())) {
-        emit candidatesRequested(index);
+        emit editRequested(index);
         return true;
     }
     return QStyledItemDelegate::editorEvent(event, model, option, index);

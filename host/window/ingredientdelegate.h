@@ -8,7 +8,8 @@
 
 /// Shows and edits the values of the ingredient tree in place. A path is shown as file name and
 /// folder and edited with a browse button; a choice is edited with a drop-down list, and a text
-/// with a line. If there are several candidates for a file, the cell offers them.
+/// with a line. If there are several candidates for a file, the cell shows how many, and the editor
+/// offers them.
 class IngredientDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -32,8 +33,8 @@ public:
 
 signals:
     void editingChanged(bool isEditing);
-    /// The user wants to choose among the candidates for a cell.
-    void candidatesRequested(const QModelIndex &index);
+    /// The user wants to edit @p cell.
+    void editRequested(const QModelIndex &cell);
 
 protected:
     bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,

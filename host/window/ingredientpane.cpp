@@ -52,15 +52,16 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
     tree->header()->setStretchLastSection(false);
     setEditable(true);
+    setFocusProxy(tree);
 
     clearAction->setShortcut(QKeySequence::Delete);
     clearAction->setShortcutContext(Qt::WidgetShortcut);
     tree->addAction(clearAction);
-    connect(editAction, &QAction::triggered, this, &IngredientPane::editCurrent);
+    connect(editAction, &QAction::triggered, this, [this] { edit(tree->currentIndex()); });
     connect(clearAction, &QAction::triggered, this, &IngredientPane::clearCurrent);
     connect(copyAction, &QAction::triggered, this, &IngredientPane::copyCurrent);
 
-    connect(tree, &QTreeView::activated, this, &IngredientPane::editCurrent);
+    connect(tree, &QTreeView::activated, this, &IngredientPane::edit);
     connect(tree, &QWidget::customContextMenuRequested, this, &IngredientPane::showMenu);
     connect(tree, &IngredientTree::filesDropped, this, &IngredientPane::filesDropped);
     connect(tree, &IngredientTree::fileDropped, this,
@@ -71,8 +72,7 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
                     session->setValue(ingredient->id, file);
                 }
             });
-    connect(delegate, &IngredientDelegate::candidatesRequested, this,
-            &IngredientPane::showCandidates);
+    connect(delegate, &IngredientDelegate::editRequested, this, &IngredientPane::edit);
     connect(delegate, &IngredientDelegate::editingChanged, session, &Session::setEditing);
     connect(session, &Session::pluginAboutToChange, this, &IngredientPane::detach);
     connect(session, &Session::pluginChanged, this, &IngredientPane::attach);
@@ -94,16 +94,17 @@ void IngredientPane::attach()
     IIngredientManager *manager = session->root()->getIngredientManager();
     model->setSourceModel(manager->getIngredients());
     model->update();
-    for (int column = 0; column < model->columnCount(); ++column) {
-        tree->header()->setSectionResizeMode(column,
-                                             column == IngredientColumn::Value
-                                                 ? QHeaderView::Stretch
-                                                 : QHeaderView::ResizeToContents);
+    tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    const Ingredients all = session->ingredients();
+    if (!all.isEmpty()) {
+        tree->header()->setSectionResizeMode(all.first().index.column(), QHeaderView::Stretch);
     }
     hideColumns();
     tree->expandAll();
     hideRows();
-    tree->setCurrentIndex(model->valueCell(current));
+    const QModelIndex cell = model->valueCell(current);
+    // The keyboard starts with a row.
+    tree->setCurrentIndex(cell.isValid() ? cell : model->index(0, 0, model->index(0, 0)));
 }
 
 /// Hides the columns that the plug-in wants hidden. In a narrow window also hides date and size,
@@ -123,6 +124,8 @@ void IngredientPane::hideColumns()
                           characters < minCharactersForSize);
     tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::ModifiedColumn),
                           characters < minCharactersForDate);
+    // Long names and other columns leave room for the values.
+    tree->header()->setMaximumSectionSize(width() / 2);
 }
 
 void IngredientPane::resizeEvent(QResizeEvent *event)
@@ -189,39 +192,12 @@ void IngredientPane::showMenu(const QPoint &position)
     tree->setCurrentIndex(index);
     QMenu menu(this);
     menu.addActions(rowActions());
-    menu.addSeparator();
-    addCandidates(&menu, index);
     menu.exec(tree->viewport()->mapToGlobal(position));
 }
 
-void IngredientPane::showCandidates(const QModelIndex &index)
+void IngredientPane::edit(const QModelIndex &index)
 {
-    QMenu menu(this);
-    addCandidates(&menu, index);
-    menu.exec(tree->viewport()->mapToGlobal(tree->visualRect(index).bottomLeft()));
-}
-
-void IngredientPane::addCandidates(QMenu *menu, const QModelIndex &index)
-{
-    const auto ingredient = model->ingredientAt(index);
-    if (!ingredient) {
-        return;
-    }
-    const QStringList files = index.data(IngredientProxyModel::CandidatesRole).toStringList();
-    for (const QString &file : files) {
-        QString text = QDir::toNativeSeparators(file);
-        QAction *action = menu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
-        action->setCheckable(true);
-        action->setChecked(file == ingredient->text());
-        action->setEnabled(editAction->isEnabled());
-        connect(action, &QAction::triggered, this,
-                [this, id = ingredient->id, file] { session->setValue(id, file); });
-    }
-}
-
-void IngredientPane::editCurrent()
-{
-    const QModelIndex cell = model->buddy(tree->currentIndex());
+    const QModelIndex cell = model->buddy(index);
     if (editAction->isEnabled() && cell.isValid()) {
         tree->setCurrentIndex(cell);
         tree->edit(cell);

@@ -13,7 +13,6 @@ class IngredientDelegate;
 class IngredientProxyModel;
 class IngredientTree;
 class QAction;
-class QMenu;
 
 /// The ingredient tree, edited in place.
 class IngredientPane : public QWidget
@@ -48,9 +47,7 @@ private:
     void update();
     void hideRows();
     void showMenu(const QPoint &position);
-    void showCandidates(const QModelIndex &index);
-    void addCandidates(QMenu *menu, const QModelIndex &index);
-    void editCurrent();
+    void edit(const QModelIndex &index);
     void clearCurrent();
     void copyCurrent();
 

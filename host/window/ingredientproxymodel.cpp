@@ -32,6 +32,8 @@ QString stateText(RowState state)
         return IngredientProxyModel::tr("newer than the image");
     case RowState::Missing:
         return IngredientProxyModel::tr("no file chosen");
+    case RowState::Warning:
+        return IngredientProxyModel::tr("has a warning");
     case RowState::Problem:
         break;
     }
@@ -164,7 +166,8 @@ IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredie
     }
     for (const Problem &problem : session->problems()) {
         if (problem.ingredient == ingredient.id) {
-            row.state = isMissing(ingredient) ? RowState::Missing : RowState::Problem;
+            const RowState state = isMissing(ingredient) ? RowState::Missing : stateOf(problem);
+            row.state = std::max(row.state, state);
             row.remarks << problemLine(problem);
         }
     }

@@ -20,6 +20,7 @@ enum class RowState {
     Good,
     Newer,   ///< The file has changed since the image was built.
     Missing, ///< A required file has not been chosen yet.
+    Warning, ///< A problem that blocks nothing.
     Problem
 };
 

@@ -3,8 +3,8 @@
 
 #include "host/window/logpane.h"
 
-#include "host/window/failurecolor.h"
 #include "host/window/icons.h"
+#include "host/window/markcolors.h"
 #include "host/window/messages.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -300,6 +300,12 @@ void LogPane::setErrorsOnly(bool newErrorsOnly)
     document->markContentsDirty(0, document->characterCount());
     followsEnd = true;
     followTimer.start();
+}
+
+void LogPane::focusSearch()
+{
+    searchLine->setFocus(Qt::ShortcutFocusReason);
+    searchLine->selectAll();
 }
 
 void LogPane::search(QTextDocument::FindFlags direction)

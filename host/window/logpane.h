@@ -31,6 +31,8 @@ public:
     void addStatus(const QString &message);
     void addError(const QString &message);
 
+    /// Moves the focus to the search field.
+    void focusSearch();
     /// Selects the next match of the text in the search field and wraps around at the end.
     void search(QTextDocument::FindFlags direction = {});
     /// Selects the first line of the next error and wraps around at the end.

@@ -9,10 +9,10 @@
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/droppedfiles.h"
+#include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/logpane.h"
 #include "host/window/messages.h"
-#include "host/window/problempage.h"
 #include "host/window/problempane.h"
 #include "host/window/projectfiles.h"
 #include "host/window/settings.h"
@@ -28,6 +28,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -44,7 +45,7 @@
 
 namespace {
 
-const int problemPageIndex = 0;
+const int noPluginPageIndex = 0;
 const int workPageIndex = 1;
 const int maxNoticeLines = 4;
 
@@ -80,6 +81,7 @@ MainWindow::MainWindow(QWidget *parent)
     connectSession();
     connectActions();
     docks->restoreLayout();
+    session.setStitcher(readSettings().stitcherFile);
     showPlugin();
     showState();
 }
@@ -107,6 +109,12 @@ void MainWindow::createPanes()
     notice->setMinimumWidth(1);
     notice->hide();
     ingredientPane = new IngredientPane(&session, this);
+    startHint = new HintPage(tr("Drop a folder of firmware files here"), tr("Open folder…"), this);
+    startHint->setObjectName(QStringLiteral("startHint"));
+    startHint->setText(tr("Files are assigned by their names. You can also drop single files, a "
+                          "configuration or a project, or edit the rows above."));
+    startHint->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
+    problemPane = new ProblemPane(this);
     buildPane = new BuildPane(&session, this);
 
     auto work = new QWidget(this);
@@ -114,13 +122,17 @@ void MainWindow::createPanes()
     layout->addWidget(targetLabel);
     layout->addWidget(notice);
     layout->addWidget(ingredientPane, 1);
+    layout->addWidget(startHint);
+    layout->addWidget(problemPane);
     layout->addWidget(buildPane);
 
-    problemPage = new ProblemPage(this);
+    noPluginPage = new HintPage(tr("No plug-in is loaded"), tr("&Choose a plug-in…"), this);
+    noPluginPage->setObjectName(QStringLiteral("noPlugin"));
     pages = new QStackedWidget(this);
-    pages->insertWidget(problemPageIndex, problemPage);
+    pages->insertWidget(noPluginPageIndex, noPluginPage);
     pages->insertWidget(workPageIndex, work);
     setCentralWidget(pages);
+    ingredientPane->setFocus();
 
     statusLabel = createElidedLabel(QStringLiteral("status"));
     statusBar()->addWidget(statusLabel, 1);
@@ -133,8 +145,9 @@ void MainWindow::connectSession()
     connect(&session, &Session::dataFileChanged, docks->dataViewPane, &DataViewPane::refreshViews);
     connect(&session, &Session::pluginAboutToChange, docks, [this] { docks->setPlugin(nullptr); });
     connect(&session, &Session::pluginChanged, this, &MainWindow::showPlugin);
-    connect(&session, &Session::busyChanged, this, [](bool isBusy) {
+    connect(&session, &Session::busyChanged, this, [this](bool isBusy) {
         if (isBusy) {
+            notice->hide();
             QApplication::setOverrideCursor(Qt::WaitCursor);
         } else {
             QApplication::restoreOverrideCursor();
@@ -142,15 +155,20 @@ void MainWindow::connectSession()
     });
     connect(&session, &Session::noticed, this, &MainWindow::showNotice);
     connect(&session, &Session::changed, this, &MainWindow::showState);
-    connect(&session, &Session::changed, docks, [this] { docks->update(session); });
+    connect(&session, &Session::changed, docks, &WindowDocks::update);
+    connect(&session, &Session::buildStarted, this, &MainWindow::startLog);
+    connect(&session, &Session::buildFinished, this, &MainWindow::finishLog);
     connect(&session, &Session::projectChanged, this, &MainWindow::showTitle);
     connect(&session, &Session::valuesChanged, this, &MainWindow::showTitle);
 
-    connect(docks->problemPane, &ProblemPane::ingredientChosen, ingredientPane,
+    connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
-    connect(problemPage, &ProblemPage::chooseRequested, this, &MainWindow::choosePlugin);
+    connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
+    connect(noPluginPage, &HintPage::requested, this, &MainWindow::choosePlugin);
+    connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
     connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
+    connect(buildPane, &BuildPane::errorsRequested, docks, &WindowDocks::showNextError);
 }
 
 void MainWindow::connectActions()
@@ -160,6 +178,7 @@ void MainWindow::connectActions()
     // Store what is being typed before any action.
     const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
         connect(action, &QAction::triggered, receiver, [this, receiver, operation] {
+            notice->hide();
             ingredientPane->commitEditor();
             (receiver->*operation)();
         });
@@ -174,7 +193,8 @@ void MainWindow::connectActions()
     connectTo(actions->choosePlugin, this, &MainWindow::choosePlugin);
     connectTo(actions->settings, this, &MainWindow::changeSettings);
     connectTo(actions->rescan, &session, &Session::rescan);
-    connectTo(actions->nextProblem, docks, &WindowDocks::showNextProblem);
+    connectTo(actions->nextProblem, problemPane, &ProblemPane::showNext);
+    connectTo(actions->searchLog, docks, &WindowDocks::searchLog);
     connectTo(actions->build, this, &MainWindow::build);
     connectTo(actions->stop, &session, &Session::stopBuild);
     connectTo(actions->writeManifest, &session, &Session::writeManifest);
@@ -194,15 +214,15 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
     if (session.isLoaded()) {
         showWarning(this, tr("Choose a plug-in"), session.pluginProblem());
     }
-    problemPage->setProblem(session.pluginProblem());
+    noPluginPage->setText(session.pluginProblem());
     return false;
 }
 
 void MainWindow::showPlugin()
 {
     const bool loaded = session.isLoaded();
-    pages->setCurrentIndex(loaded ? workPageIndex : problemPageIndex);
-    problemPage->setProblem(session.pluginProblem());
+    pages->setCurrentIndex(loaded ? workPageIndex : noPluginPageIndex);
+    noPluginPage->setText(session.pluginProblem());
     docks->setPlugin(session.root());
     if (loaded) {
         showElided(targetLabel,
@@ -215,6 +235,8 @@ void MainWindow::showPlugin()
 void MainWindow::showState()
 {
     showElided(statusLabel, statusText(session));
+    startHint->setVisible(isStart(session));
+    problemPane->setProblems(shownProblems(session));
     ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
     actions->update(session);
     showTitle();
@@ -225,7 +247,8 @@ void MainWindow::showTitle()
     const QString project = session.projectFile();
     const QString name = project.isEmpty() ? tr("Untitled") : QFileInfo(project).fileName();
     setWindowTitle(session.isLoaded() ? name + QLatin1String("[*]") : QString());
-    setWindowModified(session.isModified());
+    // Without a project file, nothing is lost that was ever kept.
+    setWindowModified(!project.isEmpty() && session.isModified());
 }
 
 void MainWindow::open(const QStringList &paths)
@@ -291,6 +314,21 @@ void MainWindow::showAbout()
             .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()));
 }
 
+void MainWindow::startLog(const QString &stitcher)
+{
+    docks->showLog();
+    docks->logPane->addStatus(tr("Building with %1").arg(QDir::toNativeSeparators(stitcher)));
+}
+
+void MainWindow::finishLog(const BuildResult &result)
+{
+    if (result.isSuccess || result.isStopped) {
+        docks->logPane->addStatus(resultLine(result));
+    } else {
+        docks->logPane->addError(resultLine(result));
+    }
+}
+
 /// Shows @p text literally until the user closes it; of very many lines, only the first.
 void MainWindow::showNotice(const QString &text)
 {
@@ -329,6 +367,15 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     QMainWindow::resizeEvent(event);
     if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
         docks->limitHeight();
+    }
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    // Not every change on disk is noticed as it happens, for example on a network file system.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        session.checkSoon();
     }
 }
 

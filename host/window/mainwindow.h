@@ -8,10 +8,11 @@
 #include <QMainWindow>
 
 class BuildPane;
+class HintPage;
 class IngredientPane;
 class KMessageWidget;
 class KSqueezedTextLabel;
-class ProblemPage;
+class ProblemPane;
 class ProjectFiles;
 class QRubberBand;
 class QStackedWidget;
@@ -42,6 +43,7 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -57,6 +59,8 @@ private:
     void changeSettings();
     void copyCommand();
     void showAbout();
+    void startLog(const QString &stitcher);
+    void finishLog(const BuildResult &result);
     void showNotice(const QString &text);
 
     Session session;
@@ -66,11 +70,13 @@ private:
     ProjectFiles *projectFiles;
 
     QStackedWidget *pages = nullptr;
-    ProblemPage *problemPage = nullptr;
+    HintPage *noPluginPage = nullptr;
+    HintPage *startHint = nullptr;
     KSqueezedTextLabel *targetLabel = nullptr;
     KSqueezedTextLabel *statusLabel = nullptr;
     KMessageWidget *notice = nullptr;
     IngredientPane *ingredientPane = nullptr;
+    ProblemPane *problemPane = nullptr;
     BuildPane *buildPane = nullptr;
     QRubberBand *dropFrame;
 };

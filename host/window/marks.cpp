@@ -3,8 +3,8 @@
 
 #include "host/window/marks.h"
 
-#include "host/window/failurecolor.h"
 #include "host/window/ingredientproxymodel.h"
+#include "host/window/markcolors.h"
 
 #include <QApplication>
 #include <QIconEngine>
@@ -25,7 +25,6 @@ public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
     {
         const QPalette palette = QApplication::palette();
-        const bool isDark = palette.color(QPalette::Base).lightness() < 128;
         const QColor &text = palette.color(QPalette::PlaceholderText);
         const qreal side = qMin(rect.width(), rect.height());
         painter->save();
@@ -36,17 +35,22 @@ public:
         case RowState::Plain:
             break;
         case RowState::Good:
-            painter->setPen(pen(isDark ? QColor(129, 199, 132) : QColor(27, 118, 47), mode));
+            painter->setPen(pen(successColor(palette), mode));
             painter->drawPolyline(QPolygonF({{-5, 0}, {-2, 4}, {5, -4}}));
             break;
         case RowState::Newer:
-            painter->setPen(pen(isDark ? QColor(255, 183, 77) : QColor(176, 92, 0), mode));
+            painter->setPen(pen(warningColor(palette), mode));
             painter->drawPolyline(QPolygonF({{-4, 1}, {0, -5}, {4, 1}}));
             painter->drawLine(QPointF(0, -4), QPointF(0, 6));
             break;
         case RowState::Missing:
             painter->setPen(pen(text, mode));
             painter->drawEllipse(QPointF(0, 0), 5, 5);
+            break;
+        case RowState::Warning:
+            painter->setPen(pen(warningColor(palette), mode));
+            painter->drawPolygon(QPolygonF({{-6, 5}, {0, -6}, {6, 5}}));
+            painter->drawLine(QPointF(0, -1), QPointF(0, 2));
             break;
         case RowState::Problem:
             painter->setPen(pen(failureColor(palette), mode));

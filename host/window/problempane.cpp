@@ -6,9 +6,11 @@
 #include "host/window/ingredientproxymodel.h"
 #include "host/window/marks.h"
 #include "host/window/problemtext.h"
+#include "host/window/session.h"
 
 #include <QDir>
 #include <QHeaderView>
+#include <QLabel>
 #include <QTextDocument>
 
 namespace {
@@ -18,6 +20,9 @@ enum Column { NameColumn, TextColumn, RequiredColumn, ActualColumn, FileColumn, 
 
 /// The width from which the file column is shown; below it, the problem needs the space.
 const int minCharactersForFile = 200;
+/// The tree above needs the height more.
+const int maxRows = 6;
+const int minRows = 2;
 
 } // namespace
 
@@ -26,7 +31,7 @@ ProblemPane::ProblemPane(QWidget *parent)
 {
     setObjectName(QStringLiteral("problemList"));
     setAccessibleName(tr("Problems"));
-    setHeaderLabels({tr("Ingredient"), tr("Problem"), tr("Required"), tr("Found"), tr("File")});
+    setHeaderLabels({tr("Ingredient"), tr("Problem"), tr("Required"), tr("Actual"), tr("File")});
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
@@ -38,9 +43,17 @@ ProblemPane::ProblemPane(QWidget *parent)
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(TextColumn, QHeaderView::Stretch);
     header()->setSectionResizeMode(FileColumn, QHeaderView::Stretch);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    hide();
     // itemActivated() covers the keyboard.
     connect(this, &QTreeWidget::itemClicked, this, &ProblemPane::choose);
-    connect(this, &QTreeWidget::itemActivated, this, &ProblemPane::choose);
+    connect(this, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem *item) {
+        if (item->text(NameColumn) == Session::stitcherId().name) {
+            emit settingsRequested();
+        } else {
+            choose(item);
+        }
+    });
 }
 
 void ProblemPane::resizeEvent(QResizeEvent *event)
@@ -59,7 +72,8 @@ void ProblemPane::choose(const QTreeWidgetItem *item)
 void ProblemPane::showNext()
 {
     if (topLevelItemCount() > 0) {
-        const int next = currentIndex().row() + 1;
+        // The current row is the first one as soon as the list gets the focus.
+        const int next = selectedItems().isEmpty() ? 0 : currentIndex().row() + 1;
         setCurrentItem(topLevelItem(next % topLevelItemCount()));
         choose(currentItem());
     }
@@ -70,7 +84,7 @@ void ProblemPane::setProblems(const Problems &problems)
     QList<QStringList> newRows;
     for (const Problem &problem : problems) {
         newRows << QStringList{problem.ingredient.name,
-                               problem.text,
+                               textOf(problem),
                                requiredText(problem),
                                actualText(problem),
                                QDir::toNativeSeparators(problem.files.join(tr(", "))),
@@ -81,18 +95,39 @@ void ProblemPane::setProblems(const Problems &problems)
     }
     rows = newRows;
     clear();
-    for (const QStringList &row : qAsConst(rows)) {
-        auto item = new QTreeWidgetItem(this, row);
-        item->setIcon(NameColumn, markIcon(RowState::Problem));
-        for (int column = 0; column < columnCount(); ++column) {
-            item->setToolTip(column, Qt::convertFromPlainText(row.at(column)));
-        }
+    for (int i = 0; i < rows.count(); ++i) {
+        addRow(problems.at(i), rows.at(i));
+    }
+    setVisible(!rows.isEmpty());
+    updateGeometry();
+}
+
+void ProblemPane::addRow(const Problem &problem, const QStringList &row)
+{
+    auto item = new QTreeWidgetItem(this, row);
+    item->setIcon(NameColumn, markIcon(stateOf(problem)));
+    for (int column = 0; column < columnCount(); ++column) {
+        item->setToolTip(column, Qt::convertFromPlainText(row.at(column)));
+    }
+    if (problem.ingredient == Session::stitcherId()) {
+        auto link = new QLabel(tr("<a href='settings'>Settings…</a>"), this);
+        connect(link, &QLabel::linkActivated, this, &ProblemPane::settingsRequested);
+        setItemWidget(item, RequiredColumn, link);
     }
 }
 
-/// A few lines, since the tree above it is more important.
+int ProblemPane::heightOfRows(int count) const
+{
+    const int rowHeight = rows.isEmpty() ? fontMetrics().height() : sizeHintForRow(0);
+    return header()->sizeHint().height() + rowHeight * count + 2 * frameWidth();
+}
+
 QSize ProblemPane::sizeHint() const
 {
-    const int lineHeight = fontMetrics().height() * 3 / 2;
-    return {QTreeWidget::sizeHint().width(), lineHeight * 6};
+    return {QTreeWidget::sizeHint().width(), heightOfRows(qMin(rows.count(), maxRows))};
+}
+
+QSize ProblemPane::minimumSizeHint() const
+{
+    return {QTreeWidget::minimumSizeHint().width(), heightOfRows(qMin(rows.count(), minRows))};
 }

@@ -6,9 +6,8 @@
 #include "host/core/problem.h"
 
 #include <QTreeWidget>
-#include <QVector>
 
-/// The list of problems of the image.
+/// The list of problems of the image: as high as its rows, up to a limit, and hidden without rows.
 class ProblemPane : public QTreeWidget
 {
     Q_OBJECT
@@ -19,20 +18,26 @@ public:
     /// Shows @p problems; does nothing if they are unchanged, so that the selection stays.
     void setProblems(const Problems &problems);
 
-    /// Selects the next problem, wrapping around at the end, and emits ingredientChosen().
+    /// Selects the first problem or the one after the selected one, wrapping around at the end, and
+    /// emits ingredientChosen().
     void showNext();
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 signals:
     /// The user wants to see this ingredient.
     void ingredientChosen(const IngredientId &id);
+    /// The user wants to change the settings.
+    void settingsRequested();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void choose(const QTreeWidgetItem *item);
+    void addRow(const Problem &problem, const QStringList &row);
+    int heightOfRows(int count) const;
 
     /// The text of every column of every row.
     QList<QStringList> rows;

@@ -4,6 +4,7 @@
 #include "host/window/problemtext.h"
 
 #include "host/core/problem.h"
+#include "host/window/ingredientproxymodel.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -22,6 +23,23 @@ QString bytesText(qint64 size)
     return size == 1 ? tr("1 byte") : tr("%1 bytes").arg(QLocale().toString(size));
 }
 
+bool isMissingFile(const Problem &problem)
+{
+    return problem.kind == ProblemKind::Check && problem.files == QStringList(QString());
+}
+
+RowState stateOf(const Problem &problem)
+{
+    return problem.severity == Severity::Warning ? RowState::Warning : RowState::Problem;
+}
+
+QString textOf(const Problem &problem)
+{
+    const QLatin1String prefix("ERROR: ");
+    const QString text = isMissingFile(problem) ? tr("No file chosen") : problem.text;
+    return text.startsWith(prefix) ? text.mid(prefix.size()) : text;
+}
+
 QString requiredText(const Problem &problem)
 {
     return problem.requiredSize >= 0 ? bytesText(problem.requiredSize) : problem.required;
@@ -37,7 +55,7 @@ QString problemLine(const Problem &problem)
     const QString required = requiredText(problem);
     const QString actual = actualText(problem);
     if (required.isEmpty() || actual.isEmpty()) {
-        return problem.text;
+        return textOf(problem);
     }
-    return tr("%1: %2 required, found %3").arg(problem.text, required, actual);
+    return tr("%1: %2 required, found %3").arg(textOf(problem), required, actual);
 }

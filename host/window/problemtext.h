@@ -6,9 +6,16 @@
 #include <QString>
 
 struct Problem;
+enum class RowState;
 
 /// A size in the user's locale, with the unit.
 QString bytesText(qint64 size);
+/// Whether @p problem is that no file was chosen.
+bool isMissingFile(const Problem &problem);
+/// How a row with @p problem is marked.
+RowState stateOf(const Problem &problem);
+/// What is wrong, without what its mark shows.
+QString textOf(const Problem &problem);
 /// What @p problem requires; may be empty.
 QString requiredText(const Problem &problem);
 /// What is there instead; may be empty.

@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
 
 #include <KRecentFilesMenu>
@@ -106,8 +107,27 @@ void ProjectFiles::chooseConfiguration()
 
 bool ProjectFiles::save()
 {
-    return session->projectFile().isEmpty() ? saveAs()
-                                            : session->saveProject(session->projectFile());
+    if (session->projectFile().isEmpty()) {
+        return saveAs();
+    }
+    return mayReplaceProject() && session->saveProject(session->projectFile());
+}
+
+/// Asks before a change of another program is lost.
+bool ProjectFiles::mayReplaceProject()
+{
+    if (!session->isProjectFileChanged() || !QFileInfo::exists(session->projectFile())) {
+        return true;
+    }
+    QMessageBox question(QMessageBox::Warning, tr("Save the project"),
+                         tr("Another program has changed %1. Its changes will be lost.")
+                             .arg(QDir::toNativeSeparators(session->projectFile())),
+                         QMessageBox::Cancel, window);
+    question.setTextFormat(Qt::PlainText);
+    const QAbstractButton *replace = question.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+    question.setDefaultButton(QMessageBox::Cancel);
+    question.exec();
+    return question.clickedButton() == replace;
 }
 
 bool ProjectFiles::saveAs()
@@ -115,9 +135,12 @@ bool ProjectFiles::saveAs()
     const QString proposed = session->projectFile().isEmpty()
         ? QDir(startFolder()).filePath(QStringLiteral("image.loomwright"))
         : session->projectFile();
-    const QString file
-        = QFileDialog::getSaveFileName(window, tr("Save the project"), proposed, projectFilter());
-    return !file.isEmpty() && session->saveProject(file);
+    QFileDialog dialog(window, tr("Save the project"), proposed, projectFilter());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("loomwright"));
+    dialog.selectFile(proposed);
+    return dialog.exec() == QDialog::Accepted
+        && session->saveProject(dialog.selectedFiles().value(0));
 }
 
 void ProjectFiles::saveConfigurationAs()
@@ -132,7 +155,7 @@ void ProjectFiles::saveConfigurationAs()
 
 void ProjectFiles::restoreLast()
 {
-    if (QFileInfo(lastProject).isFile()) {
+    if (!lastProject.isEmpty()) {
         session->openProject(lastProject);
     }
 }

@@ -34,6 +34,7 @@ public:
     bool mayLeave();
 
 private:
+    bool mayReplaceProject();
     QString startFolder() const;
 
     Session *session;

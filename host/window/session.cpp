@@ -47,7 +47,7 @@ Session::Session(QObject *parent)
     checkTimer.setSingleShot(true);
     checkTimer.setInterval(0);
     connect(&checkTimer, &QTimer::timeout, this, &Session::check);
-    connect(&watcher, &FileWatcher::changed, &checkTimer, QOverload<>::of(&QTimer::start));
+    connect(&watcher, &FileWatcher::changed, this, &Session::checkSoon);
 }
 
 Session::~Session()
@@ -82,7 +82,7 @@ bool Session::loadPlugin(const QStringList &candidates)
     connect(plugin.get(), &Plugin::renewed, this, &Session::pluginChanged);
     connect(values.get(), &Values::changed, this, [this] {
         if (!isChecking) {
-            checkTimer.start();
+            checkSoon();
         }
     });
     // The plug-in proposes an image in the documents folder, which a new account may not have yet.
@@ -132,7 +132,7 @@ QString Session::pluginFile() const
 void Session::setStitcher(const QString &file)
 {
     stitcher = file;
-    checkTimer.start();
+    checkSoon();
 }
 
 /// Runs an operation that may take some time and renew the plug-in.
@@ -160,7 +160,7 @@ void Session::change(const QString &text, const std::function<void()> &operation
     }
     collectCandidates();
     reportRejections();
-    checkTimer.start();
+    checkSoon();
     const Project after = project();
     if (!after.hasSameValuesAs(before)) {
         emit valuesChanged(text, before, after);
@@ -290,7 +290,7 @@ bool Session::openProject(const QString &file)
         return false;
     }
     reportRejections();
-    checkTimer.start();
+    checkSoon();
     if (taken) {
         candidateFiles.clear();
         directories.clear();
@@ -332,7 +332,7 @@ bool Session::saveProject(const QString &file)
     }
     setProjectFile(path);
     savedValues = project();
-    checkTimer.start();
+    checkSoon();
     emit projectChanged();
     return true;
 }
@@ -409,7 +409,8 @@ Problems Session::problems() const
 
 QStringList Session::candidates(const IngredientId &id) const
 {
-    return candidateFiles.value(id);
+    const QStringList files = candidateFiles.value(id);
+    return files.count() > 1 ? files : QStringList();
 }
 
 void Session::check()
@@ -423,15 +424,7 @@ void Session::check()
         const QScopedValueRollback<bool> checking(isChecking, true);
         values->check();
     }
-    currentProblems = values->problems();
-    const QString problem = locateStitcher(stitcher).problem;
-    if (!problem.isEmpty()) {
-        Problem missing;
-        missing.kind = ProblemKind::Finding;
-        missing.severity = Severity::Fatal;
-        missing.text = problem;
-        currentProblems.prepend(missing);
-    }
+    currentProblems = findings() + values->problems();
     for (QStringList &files : candidateFiles) {
         files.erase(std::remove_if(files.begin(), files.end(),
                                    [](const QString &file) { return !QFileInfo::exists(file); }),
@@ -441,22 +434,49 @@ void Session::check()
     emit changed();
 }
 
+IngredientId Session::stitcherId()
+{
+    return {tr("Stitcher"), {}};
+}
+
+/// Problems of no ingredient that stay until their cause is gone.
+Problems Session::findings() const
+{
+    Problems found;
+    const QString stitcherProblem = locateStitcher(stitcher).problem;
+    if (!stitcherProblem.isEmpty()) {
+        found.append(
+            {ProblemKind::Finding, Severity::Fatal, stitcherProblem, stitcherId(), {}, {}, {}});
+    }
+    if (isProjectFileChanged()) {
+        const QString text = QFileInfo::exists(projectPath)
+            ? tr("Another program has changed the project file")
+            : tr("The project file does not exist any more");
+        found.append({ProblemKind::Finding,
+                      Severity::Warning,
+                      text,
+                      {tr("Project"), {}},
+                      {projectPath},
+                      {},
+                      {}});
+    }
+    return found;
+}
+
 void Session::watchFiles()
 {
     QStringList files = inputFilesOf(ingredients());
     for (const QStringList &candidates : qAsConst(candidateFiles)) {
         files += candidates;
     }
-    files << values->image() << projectPath;
+    files << values->image() << projectPath << locateStitcher(stitcher).file;
     files.removeAll(QString());
     watcher.setFiles(files);
 }
 
-void Session::compareFiles()
+void Session::checkSoon()
 {
-    if (isLoaded()) {
-        watcher.compare();
-    }
+    checkTimer.start();
 }
 
 /// Shows problems that belong to no ingredient once, so that no build asks about them again.
@@ -504,15 +524,17 @@ void Session::build(int timeoutMs)
     connect(runningBuild.get(), &Build::finished, this, &Session::finishBuild);
     builtValues = project();
     lastState = BuildState::Running;
+    emit buildStarted(options.stitcher);
     runningBuild->start();
-    emit buildStarted();
     emit changed();
 }
 
 void Session::stopBuild()
 {
-    if (runningBuild) {
+    if (lastState == BuildState::Running) {
+        lastState = BuildState::Stopping;
         runningBuild->stop(tr("The build was stopped."));
+        emit changed();
     }
 }
 
@@ -524,7 +546,7 @@ void Session::finishBuild(const BuildResult &result)
         : result.isStopped       ? BuildState::Stopped
                                  : BuildState::Failed;
     emit buildFinished(result);
-    checkTimer.start();
+    checkSoon();
 }
 
 bool Session::isBuilding() const
@@ -553,15 +575,21 @@ const BuildResult &Session::buildResult() const
 QStringList Session::changesSinceBuild() const
 {
     QStringList changes;
-    for (const Ingredient &ingredient : ingredients()) {
-        if (valueOf(ingredient.id, project()) != valueOf(ingredient.id, builtValues)) {
-            changes.append(ingredient.id.name);
+    const Project current = project();
+    for (const ProjectEntry &entry : current.entries) {
+        if (entry.value != valueOf(entry.ingredient, builtValues)) {
+            changes.append(entry.ingredient.name);
         }
     }
     for (const FileRecord &input : lastResult.inputs) {
         if (!isUnchanged(input)) {
             changes.append(input.file);
         }
+    }
+    const FileRecord &used = lastResult.stitcher;
+    if (!used.file.isEmpty()
+        && (used.file != locateStitcher(stitcher).file || !isUnchanged(used))) {
+        changes.append(used.file);
     }
     if (lastResult.isSuccess && !isUnchanged(lastResult.image)) {
         changes.append(lastResult.image.file);

@@ -23,6 +23,7 @@ class Values;
 enum class BuildState {
     NotBuilt, ///< Nothing was built from these values.
     Running,
+    Stopping, ///< The user has stopped the build, and the stitcher is being terminated.
     Current,  ///< Values and files are still those that the image was built from.
     Outdated, ///< The image was built, but a value or a file has changed since.
     Failed,   ///< The build from these values failed.
@@ -94,12 +95,14 @@ public:
     Ingredients ingredients() const;
     /// All problems as of the last check.
     Problems problems() const;
+    /// What a problem with the stitcher has in place of an ingredient.
+    static IngredientId stitcherId();
     /// The files to choose from when several were found for an ingredient; else empty.
     QStringList candidates(const IngredientId &id) const;
     /// Checks at once; a changed value is otherwise checked when the event loop runs.
     void check();
-    /// Compares the files on disk now, for changes that were not noticed as they happened.
-    void compareFiles();
+    /// Checks when the event loop runs.
+    void checkSoon();
     /// Postpones whatever would replace the ingredient model while a value is being edited.
     void setEditing(bool newEditing);
 
@@ -145,8 +148,8 @@ signals:
     /// Values, problems, files or the state of the build have changed, and have been checked.
     void changed();
 
-    /// A build has started.
-    void buildStarted();
+    /// A build has started; @p stitcher is the file that will run.
+    void buildStarted(const QString &stitcher);
     /// Files are being hashed: @p done of @p total bytes.
     void hashing(qint64 done, qint64 total);
     /// The build has ended with @p result.
@@ -162,6 +165,7 @@ private:
     void collectCandidates();
     void reloadDataFiles();
     void reportRejections();
+    Problems findings() const;
     void watchFiles();
     void finishBuild(const BuildResult &result);
     void setProjectFile(const QString &file);

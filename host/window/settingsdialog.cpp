@@ -4,7 +4,8 @@
 #include "host/window/settingsdialog.h"
 
 #include "host/core/paths.h"
-#include "host/window/failurecolor.h"
+#include "host/window/markcolors.h"
+#include "host/window/typedpath.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -28,15 +29,13 @@ QString shownPath(const QString &file)
 
 QString editedPath(const QLineEdit *line)
 {
-    const QString file = QDir::fromNativeSeparators(line->text());
-    return QDir::cleanPath(absolutePath(file));
+    return QDir::cleanPath(absolutePath(typedPath(line->text())));
 }
 
 } // namespace
 
 SettingsDialog::SettingsDialog(const Settings &current, QWidget *parent)
     : QDialog(parent)
-    , timeLimit(new QSpinBox(this))
 {
     setWindowTitle(tr("Settings"));
     auto layout = new QVBoxLayout(this);
@@ -48,8 +47,9 @@ SettingsDialog::SettingsDialog(const Settings &current, QWidget *parent)
     plugin.line->setPlaceholderText(tr("The installed one"));
     stitcher = addFileField(form, tr("&Stitcher:"), QStringLiteral("settingsStitcher"),
                             tr("All files (*)"));
-    stitcher.line->setPlaceholderText(tr("tamblin-stitcher in the search path"));
+    stitcher.line->setPlaceholderText(tr("tamblin-stitcher in PATH"));
 
+    timeLimit = new QSpinBox(this);
     timeLimit->setObjectName(QStringLiteral("settingsTimeLimit"));
     timeLimit->setRange(0, maxTimeLimitSeconds);
     timeLimit->setSpecialValueText(tr("No limit"));
@@ -67,6 +67,7 @@ SettingsDialog::SettingsDialog(const Settings &current, QWidget *parent)
     plugin.line->setText(shownPath(current.pluginFile));
     stitcher.line->setText(shownPath(current.stitcherFile));
     timeLimit->setValue(current.timeLimitSeconds);
+    plugin.line->setFocus();
     validate();
 }
 

@@ -3,11 +3,14 @@
 
 #include "host/window/statustext.h"
 
+#include "host/window/problemtext.h"
 #include "host/window/session.h"
 #include "model/filepath.h"
 
 #include <QCoreApplication>
 #include <QLocale>
+
+#include <algorithm>
 
 namespace {
 
@@ -57,6 +60,7 @@ QString buildText(BuildState state)
     case BuildState::NotBuilt:
         return tr("not built yet");
     case BuildState::Running:
+    case BuildState::Stopping:
         return tr("being built");
     case BuildState::Current:
         return tr("the image is up to date");
@@ -72,13 +76,14 @@ QString buildText(BuildState state)
 
 QString nextStep(const FileCount &files, int problemCount, BuildState state)
 {
-    if (state == BuildState::Running || state == BuildState::Current) {
+    if (state == BuildState::Running || state == BuildState::Stopping
+        || state == BuildState::Current) {
         return {};
     }
     if (state == BuildState::Failed && problemCount == 0) {
-        return tr("Next: look at the log.");
+        return tr("Next: read the reason above.");
     }
-    if (files.found == 0 && files.wanted > 0) {
+    if (files.found == 0 && files.wanted > 0 && problemCount == 0) {
         return tr("Next: open or drop a folder of firmware files.");
     }
     return problemCount > 0 ? tr("Next: look at the problems.") : tr("Next: build the image.");
@@ -86,17 +91,39 @@ QString nextStep(const FileCount &files, int problemCount, BuildState state)
 
 } // namespace
 
+bool isStart(const Session &session)
+{
+    const Ingredients all = session.ingredients();
+    return session.isLoaded() && session.projectFile().isEmpty()
+        && std::none_of(all.begin(), all.end(), [](const Ingredient &each) {
+               return each.isInputFile() && !each.text().isEmpty();
+           });
+}
+
+Problems shownProblems(const Session &session)
+{
+    Problems problems = session.problems();
+    if (isStart(session)) {
+        problems.erase(std::remove_if(problems.begin(), problems.end(), isMissingFile),
+                       problems.end());
+    }
+    return problems;
+}
+
 QString statusText(const Session &session)
 {
     if (!session.isLoaded()) {
         return tr("No plug-in is loaded.");
     }
     const FileCount files = countFiles(session);
-    const int problemCount = session.problems().count();
+    const int problemCount = shownProblems(session).count();
     const BuildState state = session.buildState();
-    const QString standing = tr("%1 of %2 files found, %3, %4.")
-                                 .arg(number(files.found), number(files.wanted),
-                                      problemText(problemCount), buildText(state));
+    QStringList standing{tr("%1 of %2 files found").arg(number(files.found), number(files.wanted))};
+    if (problemCount > 0 || !isStart(session)) {
+        standing.append(problemText(problemCount));
+    }
+    standing.append(buildText(state));
+    const QString line = standing.join(tr(", ")) + QLatin1Char('.');
     const QString next = nextStep(files, problemCount, state);
-    return next.isEmpty() ? standing : standing + QLatin1Char(' ') + next;
+    return next.isEmpty() ? line : line + QLatin1Char(' ') + next;
 }

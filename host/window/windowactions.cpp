@@ -23,6 +23,8 @@ WindowActions::WindowActions(QMainWindow *mainWindow, UndoHistory *undoHistory)
     createFileMenu();
     createEditMenu();
     viewMenu = window->menuBar()->addMenu(tr("&View"));
+    searchLog = add(viewMenu, tr("&Find in the log"), tr("Ctrl+F"), "edit-find");
+    viewMenu->addSeparator();
     createImageMenu();
     QMenu *helpMenu = window->menuBar()->addMenu(tr("&Help"));
     about = add(helpMenu, tr("&About"), QString(), "help-about");
@@ -124,7 +126,7 @@ void WindowActions::update(const Session &session)
 {
     const bool loaded = session.isLoaded();
     const bool building = session.isBuilding();
-    for (QAction *action : {openFolder, addFiles, openProject, openConfiguration, rescan, build}) {
+    for (QAction *action : {openFolder, addFiles, openProject, openConfiguration, build}) {
         action->setEnabled(loaded && !building);
     }
     for (QAction *action : {saveProject, saveProjectAs, saveConfiguration, copyCommand}) {
@@ -133,7 +135,8 @@ void WindowActions::update(const Session &session)
     recentFiles->menuAction()->setVisible(loaded && !building);
     choosePlugin->setEnabled(!building);
     settings->setEnabled(!building);
-    stop->setEnabled(building);
+    rescan->setEnabled(loaded && !building && session.hasDirectories());
+    stop->setEnabled(session.buildState() == BuildState::Running);
     undo->setEnabled(history->canUndo() && !building);
     redo->setEnabled(history->canRedo() && !building);
     nextProblem->setEnabled(!session.problems().isEmpty());

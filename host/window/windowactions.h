@@ -44,6 +44,7 @@ public:
     QAction *redo;
     QAction *rescan;
     QAction *nextProblem;
+    QAction *searchLog;
     QAction *build;
     QAction *stop;
     QAction *writeManifest;

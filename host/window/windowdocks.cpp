@@ -5,13 +5,10 @@
 
 #include "host/window/dataviewpane.h"
 #include "host/window/logpane.h"
-#include "host/window/problempane.h"
-#include "host/window/session.h"
 #include "host/window/targetdetailspane.h"
 
 #include <QAction>
 #include <QDockWidget>
-#include <QLocale>
 #include <QMainWindow>
 #include <QScreen>
 #include <QSettings>
@@ -21,30 +18,28 @@ namespace {
 const char geometryKey[] = "layout/geometry";
 const char stateKey[] = "layout/state";
 /// Version of the layout of docks and toolbars; a state of another version is not restored.
-const int layoutVersion = 2;
+const int layoutVersion = 3;
 
 const int minDockLines = 3;
 /// The docks get the window's height divided by this.
-const int dockDivisor = 3;
+const int dockDivisor = 4;
 
 } // namespace
 
 WindowDocks::WindowDocks(QMainWindow *mainWindow)
     : QObject(mainWindow)
-    , problemPane(new ProblemPane(mainWindow))
     , logPane(new LogPane(mainWindow))
     , dataViewPane(new DataViewPane(mainWindow))
     , targetDetailsPane(new TargetDetailsPane(mainWindow))
     , window(mainWindow)
 {
-    problemDock = addDock(tr("Problems"), QStringLiteral("problems"), problemPane);
     logDock = addDock(tr("Log"), QStringLiteral("logDock"), logPane);
     dataViewDock = addDock(tr("Data views"), QStringLiteral("dataViewDock"), dataViewPane);
     targetDetailsDock
         = addDock(tr("Target details"), QStringLiteral("targetDetailsDock"), targetDetailsPane);
-    problemDock->raise();
-    dataViewDock->hide();
-    targetDetailsDock->hide();
+    for (QDockWidget *dock : {logDock, dataViewDock, targetDetailsDock}) {
+        dock->hide();
+    }
 }
 
 QDockWidget *WindowDocks::addDock(const QString &title, const QString &name, QWidget *pane)
@@ -55,17 +50,17 @@ QDockWidget *WindowDocks::addDock(const QString &title, const QString &name, QWi
     // Less than the pane's own minimum: in a low window, the tree needs the height.
     pane->setMinimumHeight(window->fontMetrics().height() * minDockLines);
     window->addDockWidget(Qt::BottomDockWidgetArea, dock);
-    if (problemDock) {
+    if (logDock) {
         // Tabs leave the height to the tree.
-        window->tabifyDockWidget(problemDock, dock);
+        window->tabifyDockWidget(logDock, dock);
     }
     return dock;
 }
 
 QList<QAction *> WindowDocks::viewActions() const
 {
-    return {problemDock->toggleViewAction(), logDock->toggleViewAction(),
-            dataViewDock->toggleViewAction(), targetDetailsDock->toggleViewAction()};
+    return {logDock->toggleViewAction(), dataViewDock->toggleViewAction(),
+            targetDetailsDock->toggleViewAction()};
 }
 
 void WindowDocks::setPlugin(ILoomwrightPlugin *plugin)
@@ -77,27 +72,34 @@ void WindowDocks::setPlugin(ILoomwrightPlugin *plugin)
     }
 }
 
-void WindowDocks::update(const Session &session)
+void WindowDocks::update()
 {
-    const int problemCount = session.problems().count();
-    problemPane->setProblems(session.problems());
-    problemDock->setWindowTitle(problemCount == 0
-                                    ? tr("Problems")
-                                    : tr("Problems (%1)").arg(QLocale().toString(problemCount)));
-    // Only when the first ones appear: if the user then closes the data views, the next data file
-    // must not show them again.
     const bool found = dataViewPane->count() > 0;
-    if (found != hasDataViews) {
-        hasDataViews = found;
-        dataViewDock->setVisible(found);
+    dataViewDock->toggleViewAction()->setEnabled(found);
+    if (!found) {
+        dataViewDock->hide();
     }
 }
 
-void WindowDocks::showNextProblem()
+void WindowDocks::showLog()
 {
-    problemDock->show();
-    problemDock->raise();
-    problemPane->showNext();
+    if (logDock->isHidden()) {
+        logDock->show();
+        window->resizeDocks({logDock}, {window->height() / dockDivisor}, Qt::Vertical);
+    }
+    logDock->raise();
+}
+
+void WindowDocks::searchLog()
+{
+    showLog();
+    logPane->focusSearch();
+}
+
+void WindowDocks::showNextError()
+{
+    showLog();
+    logPane->showNextError();
 }
 
 void WindowDocks::restoreLayout()
@@ -106,10 +108,8 @@ void WindowDocks::restoreLayout()
     if (!window->restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray())) {
         fitScreen();
     }
-    const QByteArray state = settings.value(QLatin1String(stateKey)).toByteArray();
-    if (!window->restoreState(state, layoutVersion)) {
-        window->resizeDocks({problemDock}, {window->height() / dockDivisor}, Qt::Vertical);
-    }
+    window->restoreState(settings.value(QLatin1String(stateKey)).toByteArray(), layoutVersion);
+    update();
 }
 
 void WindowDocks::saveLayout() const
@@ -132,7 +132,7 @@ void WindowDocks::fitScreen()
 void WindowDocks::limitHeight()
 {
     const int maxHeight = window->height() / dockDivisor;
-    for (QDockWidget *dock : {problemDock, logDock, dataViewDock, targetDetailsDock}) {
+    for (QDockWidget *dock : {logDock, dataViewDock, targetDetailsDock}) {
         if (dock->isVisible() && !dock->isFloating() && dock->height() > maxHeight) {
             window->resizeDocks({dock}, {maxHeight}, Qt::Vertical);
         }

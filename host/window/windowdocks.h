@@ -7,15 +7,13 @@
 
 class DataViewPane;
 class ILoomwrightPlugin;
-class Session;
 class LogPane;
-class ProblemPane;
 class QAction;
 class QDockWidget;
 class QMainWindow;
 class TargetDetailsPane;
 
-/// The panes around the tree, in tabbed docks: problems, log, data views, target details.
+/// The panes below the tree, in tabbed docks: log, data views, target details.
 class WindowDocks : public QObject
 {
     Q_OBJECT
@@ -28,8 +26,13 @@ public:
     QList<QAction *> viewActions() const;
     /// Shows the panes for @p plugin; null empties them.
     void setPlugin(ILoomwrightPlugin *plugin);
-    void update(const Session &session);
-    void showNextProblem();
+    /// Offers the data views if there are some.
+    void update();
+    void showLog();
+    /// Shows the log and moves the focus to its search field.
+    void searchLog();
+    /// Shows the next error in the log.
+    void showNextError();
 
     /// Restores size, position, docks and toolbars of the last session.
     void restoreLayout();
@@ -37,7 +40,6 @@ public:
     /// Prevents the docks from taking the tree's height when the window gets smaller.
     void limitHeight();
 
-    ProblemPane *problemPane;
     LogPane *logPane;
     DataViewPane *dataViewPane;
     TargetDetailsPane *targetDetailsPane;
@@ -47,9 +49,7 @@ private:
     void fitScreen();
 
     QMainWindow *window;
-    QDockWidget *problemDock = nullptr;
-    QDockWidget *logDock;
+    QDockWidget *logDock = nullptr;
     QDockWidget *dataViewDock;
     QDockWidget *targetDetailsDock;
-    bool hasDataViews = false;
 };
