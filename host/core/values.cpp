@@ -13,6 +13,8 @@
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAbstractItemModel>
+#include <QCryptographicHash>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QScopedValueRollback>
@@ -36,6 +38,16 @@ std::optional<QPair<QString, QString>> candidateIn(const QString &message)
         }
     }
     return std::nullopt;
+}
+
+/// The SHA-256 of a regular file; empty if it cannot be read.
+QByteArray hashOf(const FileRecord &record)
+{
+    QFile file(record.file);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const bool valid
+        = record.state.isRegular() && file.open(QIODevice::ReadOnly) && hash.addData(&file);
+    return valid ? hash.result().toHex() : QByteArray();
 }
 
 QString candidatesText(const QStringList &files)
@@ -155,7 +167,9 @@ void Values::noteChange(const QModelIndex &cell)
             addMessages(pendingErrors, ingredient);
             pendingErrors.clear();
             const QString file = absolutePath(ingredient.text());
-            loadedDataFiles.insert(file, recordOf(file));
+            FileRecord loaded = recordOf(file);
+            loaded.sha256 = hashOf(loaded);
+            loadedDataFiles.insert(file, loaded);
         }
         break;
     }
@@ -183,13 +197,13 @@ void Values::addMessages(const QStringList &messages, const Ingredient &ingredie
     if (!ingredient.text().isEmpty()) {
         problem.files.append(ingredient.text());
     }
-    for (const QString &text : texts.mid(0, maxMessages)) {
-        problem.text = text;
+    if (texts.count() > maxMessages) {
+        problem.text = QStringLiteral("%1 errors, of which the first %2 are listed")
+                           .arg(QLocale().toString(texts.count()), QString::number(maxMessages));
         inputProblems.append(problem);
     }
-    if (texts.count() > maxMessages) {
-        problem.text = QStringLiteral("… and %1 more errors")
-                           .arg(QLocale().toString(texts.count() - maxMessages));
+    for (const QString &text : texts.mid(0, maxMessages)) {
+        problem.text = text;
         inputProblems.append(problem);
     }
 }
@@ -514,13 +528,22 @@ bool Values::reloadDataFiles()
     });
 }
 
-bool Values::hasOutdatedDataFiles() const
+bool Values::hasOutdatedDataFiles()
 {
-    const QVector<LoadedFile> files = loadedFiles();
-    return std::any_of(files.begin(), files.end(), [this](const LoadedFile &file) {
-        const FileRecord loaded = loadedDataFiles.value(file.file);
-        return loaded.state != FileState::of(file.file);
-    });
+    for (const LoadedFile &file : loadedFiles()) {
+        FileRecord &loaded = loadedDataFiles[file.file];
+        const FileRecord present = recordOf(file.file);
+        if (present.state == loaded.state) {
+            continue;
+        }
+        // Loading a large file costs more than reading it.
+        if (loaded.sha256.isEmpty() || present.state.size != loaded.state.size
+            || hashOf(present) != loaded.sha256) {
+            return true;
+        }
+        loaded.state = present.state;
+    }
+    return false;
 }
 
 void Values::check()

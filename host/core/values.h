@@ -49,8 +49,8 @@ public:
     bool reloadDataFiles();
     /// @}
 
-    /// Whether a data file has changed on disk since the plug-in has loaded it.
-    bool hasOutdatedDataFiles() const;
+    /// Whether the content of a data file has changed on disk since the plug-in has loaded it.
+    bool hasOutdatedDataFiles();
 
     /// Adds a problem that was found elsewhere, such as a file that cannot be read as a project.
     void addProblem(const Problem &problem);
