@@ -150,19 +150,24 @@ private slots:
         row("published", QByteArray("printf log > i.log"), QString());
         row("replaces an older one", QByteArray("printf log > i.log; echo old > \"$place/i.log\""),
             QString());
-        row("replaces a symlink",
-            QByteArray("printf log > i.log; ln -s \"$input\" \"$place/i.log\""), QString());
+        row("a symlink is there", QByteArray("printf log > i.log; ln -s nowhere \"$place/i.log\""),
+            QString("what is there is not a regular file"));
+        row("a colon in its name", QByteArray("printf log > i.log; printf x > :map"), QString());
+        row("staging directory replaced",
+            QByteArray(
+                "mv ../\"${PWD##*/}\" ../x; mkdir \"$PWD\"; cp ../x/i.bin \"$PWD\"; rm -r ../x"),
+            QString("replaced or removed the directory"));
         row("named like an input", QByteArray("printf evil > in.bin"),
             QString("in.bin, which is in use"));
         row("a symlink", QByteArray("ln -s /etc/passwd i.log"), QString("not a regular file"));
         row("a directory", QByteArray("mkdir i.log"), QString("not a regular file"));
         row("its place is taken",
             QByteArray("printf log > i.log; mkdir \"$place/i.log\" \"$place/i.log/x\""),
-            QString("i.log cannot be replaced: .*The complete image is "));
+            QString("what is there is not a regular file"));
         row("the image's place is taken", QByteArray("mkdir \"$final\""),
             QString("i.bin cannot be replaced: .*The complete image is "));
         row("the directory is gone", QByteArray("mv \"$place\" \"$place.moved\""),
-            QString("without writing"));
+            QString("replaced or removed"));
     }
     void otherFiles()
     {

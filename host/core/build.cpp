@@ -79,8 +79,7 @@ QString Build::prepare()
         return QStringLiteral("No image is named.");
     }
     // A directory that is a symlink must not lead elsewhere in the end.
-    const QFileInfo named(result.image.file);
-    target = QDir(canonicalDirectory(named.path())).filePath(named.fileName());
+    target = placeOf(result.image.file);
     const FileState older = FileState::ofLink(target);
     if (older.exists && !older.isRegular()) {
         return QStringLiteral("The image %1 is not a regular file.").arg(result.image.file);
@@ -165,7 +164,7 @@ void Build::permitStitcher()
     if (isConcluded || !result.reason.isEmpty()) {
         return;
     }
-    result.configuration = contentOf(QDir(work.path()).filePath(QLatin1String(configurationFile)));
+    result.configuration = contentOf(pathIn(work.path(), QLatin1String(configurationFile)));
     result.commandLine += run->commandLine();
     if (options.isDryRun) {
         conclude();
@@ -263,6 +262,10 @@ QString Build::stitcherProblem() const
 /// Why the image that the stitcher wrote is invalid; empty when it is valid.
 QString Build::imageProblem() const
 {
+    if (!stage->directory().isIntact()) {
+        return QStringLiteral(
+            "The stitcher replaced or removed the directory that it had to write to.");
+    }
     const FileState written = FileState::ofLink(stage->path());
     if (!written.exists) {
         return QStringLiteral("The stitcher finished without writing %1.").arg(result.image.file);
@@ -309,22 +312,26 @@ void Build::hashImage()
     hasher.release()->deleteLater(); // It may be the caller.
     hasher = std::make_unique<FileHasher>();
     connect(hasher.get(), &FileHasher::progress, this, &Build::hashing);
-    connect(hasher.get(), &FileHasher::finished, this, [this](const QList<FileRecord> &records) {
-        result.image.sha256 = records.first().sha256;
-        result.image.error = records.first().error;
-        publish();
-    });
+    connect(hasher.get(), &FileHasher::finished, this,
+            [this](const QList<FileRecord> &records) { publish(records.first()); });
     hasher->start({recordOf(stage->path())});
 }
 
 /// The last step: nothing has been changed before, and nothing can fail afterwards.
-void Build::publish()
+/// @param staged the hashed image
+void Build::publish(const FileRecord &staged)
 {
+    // Open, so that its state is known even if another build replaces it at once.
+    QFile built(staged.file);
+    const bool readable = built.open(QIODevice::ReadOnly);
     QString problem;
     const QString changed = changeProblem();
-    if (!result.image.error.isEmpty()) {
+    if (!staged.error.isEmpty()) {
         problem = QStringLiteral("The image %1 cannot be hashed: %2.")
-                      .arg(result.image.file, result.image.error);
+                      .arg(result.image.file, staged.error);
+    } else if (!readable || FileState::ofDescriptor(built.handle()) != staged.state) {
+        problem
+            = QStringLiteral("The image %1 changed after it was hashed.").arg(result.image.file);
     } else if (!changed.isEmpty()) {
         problem = QStringLiteral("%1 during the build.").arg(changed);
     } else if (options.isInterrupted && options.isInterrupted()) {
@@ -336,8 +343,9 @@ void Build::publish()
         conclude(problem);
         return;
     }
-    // Renaming has changed the status time.
-    result.image.state = FileState::ofLink(target);
+    result.image.sha256 = staged.sha256;
+    result.image.state
+        = FileState::ofDescriptor(built.handle()); // Renaming changes the status time.
     completeManifest();
     conclude();
 }
@@ -347,16 +355,19 @@ QString Build::otherFilesProblem() const
 {
     QStringList used = values->protectedFiles();
     used.append(options.stitcher);
-    const QDir place = QFileInfo(target).dir();
-    const QDir staged = QFileInfo(stage->path()).dir();
+    const QString place = QFileInfo(target).path();
     for (const QString &name : stage->otherNames()) {
-        const QString file = place.filePath(name);
-        if (!FileState::ofLink(staged.filePath(name)).isRegular()) {
+        const QString file = pathIn(place, name);
+        if (!FileState::ofLink(pathIn(stage->directory().path(), name)).isRegular()) {
             return QStringLiteral("The stitcher wrote %1, which is not a regular file.").arg(file);
         }
         const FileState older = FileState::ofLink(file);
+        if (older.exists && !older.isRegular()) {
+            return QStringLiteral("The stitcher wrote %1, but what is there is not a regular file.")
+                .arg(file);
+        }
         const bool isUsed = std::any_of(used.begin(), used.end(), [&](const QString &each) {
-            return FileState::of(each).isSameFileAs(older) || each == file;
+            return FileState::of(each).isSameFileAs(older) || placeOf(each) == file;
         });
         if (isUsed) {
             return QStringLiteral("The stitcher wrote %1, which is in use and is not replaced.")
@@ -373,10 +384,10 @@ QString Build::publishFiles()
     if (!problem.isEmpty()) {
         return problem;
     }
-    const QDir place = QFileInfo(target).dir();
+    const QString place = QFileInfo(target).path();
     QString file;
     for (const QString &name : stage->otherNames()) {
-        file = place.filePath(name);
+        file = pathIn(place, name);
         problem = stage->publishOther(name);
         if (!problem.isEmpty()) {
             break;
@@ -391,6 +402,7 @@ QString Build::publishFiles()
         return {};
     }
     stage->directory().keep();
+    result.keptDirectory = stage->directory().path();
     return QStringLiteral("%1 cannot be replaced: %2. The complete image is %3.")
         .arg(file, problem, stage->path());
 }
@@ -489,7 +501,7 @@ void Build::giveUp()
 
 void Build::finish()
 {
-    if (stage && !stage->directory().remove()) {
+    if (stage && !stage->directory().remove() && !result.isSuccess) {
         result.keptDirectory = stage->directory().path();
     }
     if (!work.remove()) {

@@ -94,7 +94,7 @@ private:
     void judgeStitcher();
     void hashInputs();
     void hashImage();
-    void publish();
+    void publish(const FileRecord &staged);
     void completeManifest();
     QString stitcherProblem() const;
     QString imageProblem() const;

@@ -12,7 +12,20 @@
 
 QString absolutePath(const QString &path)
 {
-    return path.isEmpty() ? path : QDir::current().absoluteFilePath(path);
+    return path.isEmpty() || path.startsWith(QLatin1Char('/')) ? path
+                                                               : pathIn(QDir::currentPath(), path);
+}
+
+QString pathIn(const QString &directory, const QString &name)
+{
+    return directory.endsWith(QLatin1Char('/')) ? directory + name
+                                                : directory + QLatin1Char('/') + name;
+}
+
+QString placeOf(const QString &path)
+{
+    const QFileInfo info(absolutePath(path));
+    return pathIn(canonicalDirectory(info.path()), info.fileName());
 }
 
 QString canonicalDirectory(const QString &directory)

@@ -17,6 +17,14 @@ QString absolutePath(const QString &path);
 /// @p directory as an absolute path without symlinks; unchanged if it does not exist.
 QString canonicalDirectory(const QString &directory);
 
+/// The path of @p name in @p directory. QDir would take a name that begins with a colon for the path of
+/// a resource.
+QString pathIn(const QString &directory, const QString &name);
+
+/// The absolute path of @p path, in a directory without symlinks if that exists; a symlink at the path
+/// itself stays.
+QString placeOf(const QString &path);
+
 /// The content of @p file; empty if it cannot be read.
 QByteArray contentOf(const QString &file);
 

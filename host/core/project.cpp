@@ -56,9 +56,9 @@ QString relativePath(const QString &path, const QDir &directory)
         return path.mid(prefix.size());
     }
     const QFileInfo info(path);
-    return path.isEmpty() ? path
-                          : directory.relativeFilePath(
-                              QDir(canonicalDirectory(info.path())).filePath(info.fileName()));
+    return path.isEmpty()
+        ? path
+        : directory.relativeFilePath(pathIn(canonicalDirectory(info.path()), info.fileName()));
 }
 
 QString absolutePath(const QString &path, const QDir &directory)
@@ -263,6 +263,9 @@ QString projectProblem(const Project &project, const QString &target,
     if (project.target != target) {
         return QStringLiteral("It is for the target \"%1\", not for \"%2\".")
             .arg(project.target, target);
+    }
+    if (project.entries.isEmpty()) {
+        return QStringLiteral("It names no ingredients.");
     }
     QSet<IngredientId> named;
     for (const ProjectEntry &entry : project.entries) {

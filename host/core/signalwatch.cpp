@@ -29,10 +29,17 @@ extern "C" void noteSignal(int number)
     errno = errorBefore;
 }
 
+/// Unlike SIG_IGN, programs that are started do not inherit a handler.
+extern "C" void acceptFileSizeSignal(int) { }
+
 } // namespace
 
 SignalWatch::SignalWatch()
 {
+    // A file that must not grow further is an error of write(), which has a message.
+    if (!isIgnored(SIGXFSZ)) {
+        std::signal(SIGXFSZ, acceptFileSizeSignal);
+    }
     eventDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         if (!isIgnored(number)) {

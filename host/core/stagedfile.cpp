@@ -3,7 +3,6 @@
 
 #include "host/core/stagedfile.h"
 
-#include "host/core/filestate.h"
 #include "host/core/paths.h"
 
 #include <QDir>
@@ -94,13 +93,18 @@ PrivateDirectory::~PrivateDirectory()
 
 QString PrivateDirectory::create(const QString &parent, const QString &prefix)
 {
-    QByteArray name
-        = QFile::encodeName(QDir(parent).absoluteFilePath(prefix + QLatin1String("XXXXXX")));
+    QByteArray name = QFile::encodeName(pathIn(parent, prefix + QLatin1String("XXXXXX")));
     if (!mkdtemp(name.data())) {
         return qt_error_string(errno);
     }
     directory = QFile::decodeName(name);
+    created = FileState::ofLink(directory);
     return {};
+}
+
+bool PrivateDirectory::isIntact() const
+{
+    return FileState::ofLink(directory).isSameFileAs(created);
 }
 
 QString PrivateDirectory::path() const
@@ -151,7 +155,7 @@ QString StagedFile::create()
 
 QString StagedFile::path() const
 {
-    return QDir(stage.path()).filePath(QFileInfo(target).fileName());
+    return pathIn(stage.path(), QFileInfo(target).fileName());
 }
 
 PrivateDirectory &StagedFile::directory()
@@ -170,7 +174,7 @@ QStringList StagedFile::otherNames() const
 
 QString StagedFile::publishOther(const QString &name) const
 {
-    return renamed(QDir(stage.path()).filePath(name), QFileInfo(target).dir().filePath(name));
+    return renamed(pathIn(stage.path(), name), pathIn(QFileInfo(target).path(), name));
 }
 
 QString StagedFile::publish() const
@@ -185,8 +189,7 @@ QString StagedFile::publish() const
 QString resolvedTarget(const QString &file)
 {
     const QFileInfo info(absolutePath(file));
-    return info.exists() ? info.canonicalFilePath()
-                         : QDir(canonicalDirectory(info.path())).filePath(info.fileName());
+    return info.exists() ? info.canonicalFilePath() : placeOf(file);
 }
 
 QString writeProblem(const QString &target)

@@ -7,6 +7,8 @@
 /// Files that appear whole or not at all: each is written in a private directory beside its final
 /// path, then renamed.
 
+#include "host/core/filestate.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -27,6 +29,8 @@ public:
     QString create(const QString &parent, const QString &prefix);
     /// The absolute path; empty before create() and after remove().
     QString path() const;
+    /// Whether the path still leads to the directory that was created.
+    bool isIntact() const;
     /// Lets the directory stay.
     void keep();
     /// Removes it now, unless it is kept. False when something of it is left.
@@ -34,6 +38,7 @@ public:
 
 private:
     QString directory;
+    FileState created;
     bool isKept = false;
 };
 

@@ -8,6 +8,7 @@
 #include "host/core/paths.h"
 #include "host/core/plugin.h"
 #include "host/core/plugintexts.h"
+#include "host/core/stagedfile.h"
 #include "plugin/iexecutionmanager.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
@@ -208,22 +209,24 @@ void Values::addMessages(const QStringList &messages, const Ingredient &ingredie
     }
 }
 
-/// Adds one problem for all values that were found for @p key beside the one in use.
+/// Adds one problem for all values that were found for @p key beside the one in use, if an ingredient
+/// has that key.
 void Values::addCandidates(const QString &key, const QStringList &files)
 {
-    Problem problem;
-    problem.kind = ProblemKind::Candidates;
-    problem.files = files;
     for (const Ingredient &ingredient : ingredients()) {
-        if (ingredient.id.key == key) {
-            problem.ingredient = ingredient.id;
-            problem.files.prepend(ingredient.text());
-            break;
+        if (ingredient.id.key != key) {
+            continue;
         }
+        Problem problem;
+        problem.kind = ProblemKind::Candidates;
+        problem.ingredient = ingredient.id;
+        problem.files = files;
+        problem.files.prepend(ingredient.text());
+        problem.files.removeDuplicates();
+        problem.text = candidatesText(problem.files);
+        inputProblems.append(problem);
+        return;
     }
-    problem.files.removeDuplicates();
-    problem.text = candidatesText(problem.files);
-    inputProblems.append(problem);
 }
 
 void Values::dropMissingCandidates()
@@ -683,7 +686,8 @@ QString Values::overwriteProblem(const QString &file) const
         return QStringLiteral("%1 is the same file as the input \"%2\".").arg(file, input->id.name);
     }
     const FileState state = FileState::of(file);
-    if (absolutePath(file) == image() || FileState::of(image()).isSameFileAs(state)) {
+    if (resolvedTarget(file) == resolvedTarget(image())
+        || FileState::of(image()).isSameFileAs(state)) {
         return QStringLiteral("%1 is the image.").arg(file);
     }
     const QStringList files = protectedFiles();

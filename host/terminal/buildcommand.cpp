@@ -191,7 +191,10 @@ int buildImage(CommandContext &context)
         return showDryRun(context, result);
     }
     const int status = showResult(context, result);
-    const bool hasManifest = status == Success && !manifest.isEmpty();
-    return hasManifest && !context.isInterrupted() ? saveManifest(context, result, manifest)
-                                                   : status;
+    if (status != Success || manifest.isEmpty()) {
+        return status;
+    }
+    return context.isInterrupted()
+        ? context.report.addFailure(QStringLiteral("No manifest is written: it was interrupted."))
+        : saveManifest(context, result, manifest);
 }

@@ -25,15 +25,13 @@ namespace {
 
 const int copyBufferSize = 1 << 16;
 
-void loadProject(CommandContext &context, Project *project)
+/// False when the project was rejected.
+bool loadProject(CommandContext &context, Project *project)
 {
     const QString file = context.commandLine.projectFile;
     const QString problem = readProject(file, project);
-    if (problem.isEmpty()) {
-        context.values->loadProject(*project, file);
-    } else {
-        context.values->reject(problem);
-    }
+    return problem.isEmpty() ? context.values->loadProject(*project, file)
+                             : context.values->reject(problem);
 }
 
 void loadConfiguration(CommandContext &context)
@@ -113,9 +111,7 @@ void applyInputs(CommandContext &context)
     const auto isGiven = [&](const QString &input) { return !input.isEmpty() && goesOn(); };
     Project project;
     useCurrentDirectory(values);
-    if (isGiven(commandLine.projectFile)) {
-        loadProject(context, &project);
-    }
+    const bool hasProject = isGiven(commandLine.projectFile) && loadProject(context, &project);
     if (isGiven(commandLine.configInput)) {
         loadConfiguration(context);
     }
@@ -135,7 +131,7 @@ void applyInputs(CommandContext &context)
     if (isGiven(commandLine.imageFile)) {
         values.setImage(commandLine.imageFile);
     }
-    if (commandLine.isLocked && isGiven(project.target)) {
+    if (commandLine.isLocked && hasProject && goesOn()) {
         checkLock(context, project);
     }
     if (context.plugin->isLoaded() && commandLine.command->style != CommandStyle::ListsProblems) {

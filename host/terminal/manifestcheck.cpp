@@ -90,10 +90,13 @@ std::optional<Problems> compareContents(CommandContext &context, RecordedFiles *
     return differences;
 }
 
-ProjectEntry entryFor(const Ingredient &ingredient, const Project &manifest)
+/// What @p manifest records of @p ingredient, one of @p ingredients; an empty entry when nothing.
+ProjectEntry entryFor(const Ingredient &ingredient, const Ingredients &ingredients,
+                      const Project &manifest)
 {
     for (const ProjectEntry &entry : manifest.entries) {
-        if (entry.ingredient == ingredient.id) {
+        const auto named = ingredientFor(entry, ingredients);
+        if (named && named->id == ingredient.id) {
             return entry;
         }
     }
@@ -108,7 +111,7 @@ RecordedFiles compareValues(Values *values, const Project &manifest)
     const FileRecords loaded = values->inputRecords();
     const Ingredients ingredients = values->ingredients();
     for (const Ingredient &ingredient : ingredients) {
-        const ProjectEntry entry = entryFor(ingredient, manifest);
+        const ProjectEntry entry = entryFor(ingredient, ingredients, manifest);
         const QString value = ingredient.text();
         if (ingredient.isInputFile() && !entry.value.isEmpty() && !value.isEmpty()) {
             const FileRecord current = loaded.value(value, recordOf(value));
