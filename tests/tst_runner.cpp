@@ -264,18 +264,6 @@ private slots:
         QVERIFY(QFile::exists(folder->filePath("staging/file")));
     }
 
-    void hostsEndDeleted()
-    {
-        auto run = std::make_unique<StitcherRun>();
-        startBy(*run, "#!/bin/sh\n" + makeReady + "sleep 1000 & setsid sleep 1000", true);
-        run->permit();
-        QTRY_VERIFY(QFile::exists(folder->filePath("ready")));
-        run.reset();
-        QCOMPARE(processesOf(mark()), QStringList());
-        QVERIFY(program->waitForFinished());
-        QVERIFY(QFile::exists(folder->filePath("staging/file")));
-    }
-
     void byHand()
     {
         program->start(RUNNER_PROGRAM, QStringList());

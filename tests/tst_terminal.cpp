@@ -25,16 +25,12 @@ private slots:
 
     void commands_data()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("output");
-        QTest::addColumn<QString>("errors");
+        columns<QString, int, QString, QString>("arguments", "status", "output", "errors");
         const QString none = "^$";
         const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
         const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
         row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
         row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
-        row("the same", "build --help", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
@@ -162,7 +158,7 @@ private slots:
     /// What must not be written, because it would overwrite what it is made of.
     void overwriting_data()
     {
-        QTest::addColumn<QString>("arguments");
+        columns<QString>("arguments");
         row("image is an input", "-d drop build -o in.bin");
         row("configuration", "-d drop -o soft.bin config");
         row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
@@ -238,6 +234,9 @@ private slots:
         const Run terminal = host.shell("script -qec \"'$1' -v -d drop ingredients\" /dev/null");
         QVERIFY2(terminal.output.contains("/HostFW_\\u001b[2Jx.bin"), qPrintable(terminal.output));
         QVERIFY(!terminal.output.contains("\033[2J"));
+        const Run coloured = host.shell("TERM=xterm script -qec \"'$1' -q validate /\" /dev/null");
+        QVERIFY2(coloured.output.endsWith("\n\033[31m/: not valid\033[0m\r\n"),
+                 qPrintable(coloured.output));
     }
 
     void dryRun()
@@ -288,8 +287,7 @@ private slots:
 
     void plugins_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("reason");
+        columns<QString, QString>("file", "reason");
         row("not found", "nope.so", "No plug-in found. Searched for: nope.so");
         row("a folder", ".", "is not a file that can be read");
         row("not a library", "text", "is not a shared library");
@@ -344,8 +342,7 @@ private slots:
 
     void surroundings_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("value");
+        columns<QString, QString>("name", "value");
         row("display that is gone", "DISPLAY", ":4711");
         row("another platform", "QT_QPA_PLATFORM", "wayland;xcb");
         row("a theme", "QT_QPA_PLATFORMTHEME", "gtk3");
@@ -404,9 +401,7 @@ private slots:
     /// The stitcher's output on its way; $1 is the host, and the stitcher's image is $image.
     void output_data()
     {
-        QTest::addColumn<QByteArray>("stitcher");
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QString>("output");
+        columns<QByteArray, QString, QString>("stitcher", "script", "output");
         const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
         const QByteArray much = "seq 3000000; printf image > $image";
         const QByteArray endless = "touch started; exec yes";
@@ -473,7 +468,7 @@ private slots:
 
     void interrupt_data()
     {
-        QTest::addColumn<int>("number");
+        columns<int>("number");
         row("INT", SIGINT);
         row("TERM", SIGTERM);
         row("HUP", SIGHUP);
@@ -501,19 +496,13 @@ private slots:
     }
 
     /// A signal is not lost between two phases of a command.
-    void interruptAtAnyTime_data()
-    {
-        QTest::addColumn<int>("number");
-        row("INT", SIGINT);
-        row("TERM", SIGTERM);
-    }
     void interruptAtAnyTime()
     {
-        QFETCH(int, number);
         writeStitcher(host.folder->path(), "exec sleep 1000");
         const QString image = host.path("i.bin");
         writeFile(image, "older");
-        for (int delayMs = 1; delayMs < 60; delayMs += 2) {
+        for (int delayMs = 1; delayMs < 60; ++delayMs) {
+            const int number = delayMs % 2 == 0 ? SIGINT : SIGTERM;
             QProcess program;
             program.setProcessEnvironment(host.environment);
             program.start(HOST_PROGRAM,
