@@ -102,7 +102,7 @@ int showDryRun(CommandContext &context, const BuildResult &result)
 {
     Report &report = context.report;
     if (!result.isSuccess) {
-        return context.report.addFailure(result.reason);
+        return report.addFailure(result.reason);
     }
     QStringList words;
     for (const QString &word : result.commandLine) {
@@ -138,7 +138,7 @@ int showResult(CommandContext &context, const BuildResult &result)
     if (!result.isSuccess) {
         report.set("image", result.image.file);
         report.set("elapsedMs", result.elapsedMs);
-        return context.report.addFailure(QLatin1String("The build failed. ") + result.reason);
+        return report.addFailure(QLatin1String("The build failed. ") + result.reason);
     }
     report.add({{"Image", "image", result.image.file},
                 {"Size", "size", result.image.state.size, sizeText(result.image.state.size)},
@@ -149,16 +149,6 @@ int showResult(CommandContext &context, const BuildResult &result)
         report.add({{"Others", "otherFiles", QJsonArray::fromStringList(result.otherFiles),
                      result.otherFiles.join(QStringLiteral(", "))}});
     }
-    return Success;
-}
-
-int saveManifest(CommandContext &context, const BuildResult &result, const QString &file)
-{
-    const QString problem = writeManifest(result, file);
-    if (!problem.isEmpty()) {
-        return context.report.addFailure(problem);
-    }
-    context.report.add({{"Manifest", "manifest", file}});
     return Success;
 }
 
@@ -194,7 +184,12 @@ int buildImage(CommandContext &context)
     if (status != Success || manifest.isEmpty()) {
         return status;
     }
-    return context.isInterrupted()
-        ? context.report.addFailure(QStringLiteral("No manifest is written: it was interrupted."))
-        : saveManifest(context, result, manifest);
+    const QString manifestFailure = context.isInterrupted()
+        ? QStringLiteral("No manifest is written: it was interrupted.")
+        : writeManifest(result, manifest);
+    if (!manifestFailure.isEmpty()) {
+        return context.report.addFailure(manifestFailure);
+    }
+    context.report.add({{"Manifest", "manifest", manifest}});
+    return Success;
 }

@@ -178,17 +178,16 @@ QString informationFor(const CommandLine &commandLine)
     if (commandLine.isVersionWanted) {
         return QStringLiteral("loomwright " LOOMWRIGHT_VERSION);
     }
-    const bool helpCommand
-        = commandLine.command && !commandLine.command->function && commandLine.problem.isEmpty();
-    if (helpCommand && !commandLine.arguments.isEmpty()) {
-        const CommandInfo *command = findCommand(commandLine.arguments.first());
-        return command ? helpText(*command) : QString();
+    const CommandInfo *command = commandLine.command;
+    const QStringList arguments = commandLine.arguments;
+    const bool isHelpCommand = command && !command->function && commandLine.problem.isEmpty();
+    if (isHelpCommand) {
+        return arguments.isEmpty() ? helpText() : helpText(*findCommand(arguments.first()));
     }
-    if (commandLine.isHelpWanted && commandLine.command) {
-        return helpText(*commandLine.command);
+    if (!commandLine.isHelpWanted || (!command && !arguments.isEmpty())) {
+        return {};
     }
-    const bool helpWanted = commandLine.isHelpWanted && commandLine.arguments.isEmpty();
-    return helpWanted || helpCommand ? helpText() : QString();
+    return command ? helpText(*command) : helpText();
 }
 
 Report::Verbosity verbosityOf(const CommandLine &commandLine)

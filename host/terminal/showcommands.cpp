@@ -63,24 +63,14 @@ QString loadingProblem(const QString &file)
     return plugin.load({file}) ? QString() : plugin.problem();
 }
 
-/// One per line, without duplicates.
+/// One per line, each once.
 void printNames(CommandContext &context, QStringList names)
 {
     names.removeDuplicates();
+    names.removeAll(QString());
     for (const QString &name : qAsConst(names)) {
         context.report.print(name);
     }
-}
-
-/// Names and keys, as --set accepts them.
-void printIngredientNames(CommandContext &context)
-{
-    QStringList names;
-    for (const Ingredient &ingredient : context.values->ingredients()) {
-        names << ingredient.id.name << ingredient.id.key;
-    }
-    names.removeAll(QString());
-    printNames(context, names);
 }
 
 } // namespace
@@ -140,15 +130,17 @@ int listTargets(CommandContext &context)
 
 int listIngredients(CommandContext &context)
 {
-    if (context.commandLine.areNamesWanted) {
-        printIngredientNames(context);
-        return inputStatus(context);
-    }
     std::vector<Record> rows;
+    QStringList names; // And keys, as --set accepts them.
     for (const Ingredient &ingredient : context.values->ingredients()) {
         rows.push_back(recordOf(ingredient));
+        names << ingredient.id.name << ingredient.id.key;
     }
-    context.report.printTable(rows);
-    context.report.setList("ingredients", rows);
+    if (context.commandLine.areNamesWanted) {
+        printNames(context, names);
+    } else {
+        context.report.printTable(rows);
+        context.report.setList("ingredients", rows);
+    }
     return inputStatus(context);
 }
