@@ -8,7 +8,6 @@
 #include <QtTest>
 
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -288,9 +287,12 @@ private:
     /// Starts the runner by itself; the test is the host.
     void start(const QByteArray &stitcher)
     {
-        strcpy(request.stitcher, QFile::encodeName(writeStitcherFile(stitcher)).constData());
-        strcpy(request.stagingDirectory, (mark() + "/staging").constData());
-        strcpy(request.workDirectory, (mark() + "/work").constData());
+        const auto setPath = [](char(&path)[PATH_MAX], const QByteArray &text) {
+            qstrncpy(path, text.constData(), sizeof path);
+        };
+        setPath(request.stitcher, QFile::encodeName(writeStitcherFile(stitcher)));
+        setPath(request.stagingDirectory, mark() + "/staging");
+        setPath(request.workDirectory, mark() + "/work");
         int ends[2] = {-1, -1};
         QVERIFY(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0);
         host = ends[0];
