@@ -25,15 +25,24 @@ if(LOOMWRIGHT_FUZZ)
     target_link_options(loomwright-settings INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Harden release builds like Debian packages.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
-target_compile_options(loomwright-settings INTERFACE
-    $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong>)
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
-    target_compile_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:-fcf-protection>)
+
+# Harden release builds like Debian packages, unless the compiler or the flags of a distribution do.
+include(CheckCXXSymbolExists)
+include(CMakePushCheckState)
+cmake_push_check_state()
+set(CMAKE_REQUIRED_FLAGS -O2) # some compilers define it only when they optimize
+check_cxx_symbol_exists(_FORTIFY_SOURCE cstddef LOOMWRIGHT_IS_HARDENED)
+cmake_pop_check_state()
+if(NOT LOOMWRIGHT_IS_HARDENED)
+    target_compile_options(loomwright-settings INTERFACE
+        $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2 -fstack-protector-strong>)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
+        target_compile_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:-fcf-protection>)
+    endif()
+    target_link_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
 endif()
-target_link_options(loomwright-settings INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
 
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
