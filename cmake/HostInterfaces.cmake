@@ -18,8 +18,7 @@ set_target_properties(loomwright-interfaces PROPERTIES EXPORT_NAME Interfaces)
 install(TARGETS loomwright-interfaces EXPORT LoomwrightTargets)
 install(EXPORT LoomwrightTargets
     NAMESPACE Loomwright::
-    DESTINATION ${package_directory}
-    COMPONENT development)
+    DESTINATION ${package_directory})
 
 configure_package_config_file(
     ${CMAKE_SOURCE_DIR}/cmake/LoomwrightConfig.cmake.in
@@ -32,10 +31,11 @@ write_basic_package_version_file(
 install(FILES
     ${CMAKE_BINARY_DIR}/LoomwrightConfig.cmake
     ${CMAKE_BINARY_DIR}/LoomwrightConfigVersion.cmake
-    DESTINATION ${package_directory}
-    COMPONENT development)
+    DESTINATION ${package_directory})
 
+# Relative, so that the file holds for every prefix it is installed with.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+    BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE prefix_from_pkgconfig)
 configure_file(${CMAKE_SOURCE_DIR}/cmake/loomwright.pc.in ${CMAKE_BINARY_DIR}/loomwright.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/loomwright.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-    COMPONENT development)
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
