@@ -8,17 +8,19 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5 libkf5widgetsaddons-dev libkf5itemmodels-dev"
 # shellcheck disable=SC2034
-test_packages="xvfb xauth python3-jsonschema desktop-file-utils"
+test_packages="xvfb xauth python3-jsonschema desktop-file-utils pkg-config"
 # shellcheck disable=SC2034
 check_packages="clang-format shellcheck cmake-format codespell reuse desktop-file-utils appstream fish zsh"
 # shellcheck disable=SC2034
 analysis_packages="clang-tidy cppcheck"
 # shellcheck disable=SC2034
-docs_packages="doxygen graphviz"
+docs_packages="doxygen"
+# shellcheck disable=SC2034
+diagram_packages="graphviz"
 # shellcheck disable=SC2034
 binary_packages="binutils devscripts"
 # shellcheck disable=SC2034
-package_packages="scdoc librsvg2-bin dpkg-dev lintian man-db pkg-config desktop-file-utils appstream bash-completion"
+package_packages="git build-essential debhelper scdoc librsvg2-bin lintian man-db pkg-config bash-completion xvfb xauth x11-utils"
 # shellcheck disable=SC2034
 fuzz_packages="clang libclang-rt-14-dev"
 # shellcheck disable=SC2034
@@ -30,7 +32,8 @@ bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils xvfb x
 # shellcheck disable=SC2034
 root_packages="debootstrap git"
 
-# install_packages PACKAGE...: installs missing packages and prints their names.
+# install_packages PACKAGE...: installs missing packages and prints their names. It may ask for a
+# password, so each script calls it first, with all that the script needs.
 install_packages() {
     missing=
     for package in "$@"; do
@@ -40,9 +43,9 @@ install_packages() {
     done
     [ -n "$missing" ] || return 0
 
-    echo "Installing with apt:$missing"
     as_root=
     [ "$(id -u)" -eq 0 ] || as_root=sudo
+    echo "Installing with ${as_root:+$as_root }apt:$missing"
     install_log=$(mktemp)
     # shellcheck disable=SC2086 # a list of packages, and a prefix that may be empty
     if ! { $as_root apt-get update && $as_root env DEBIAN_FRONTEND=noninteractive \
