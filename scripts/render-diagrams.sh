@@ -10,7 +10,7 @@ case ${1:-} in
         cat <<'EOF'
 Usage: scripts/render-diagrams.sh
 
-Renders the diagrams of docs/ from their Graphviz sources (*.dot) as SVG.
+Installs Graphviz if it is missing, and renders the diagrams of docs/ from their sources (*.dot) as SVG.
 EOF
         exit 0
         ;;
@@ -20,7 +20,12 @@ EOF
         ;;
 esac
 
-cd "$(dirname "$0")/../docs"
+cd "$(dirname "$0")/.."
+# shellcheck source=scripts/dependencies.sh
+. scripts/dependencies.sh
+# shellcheck disable=SC2086 # a list of packages
+install_packages $diagram_packages
+cd docs
 for source in *.dot; do
     dot -Tsvg -o "${source%.dot}.svg" "$source"
 done
