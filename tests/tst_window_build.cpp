@@ -164,6 +164,33 @@ private slots:
         QTRY_VERIFY(!text("buildState").contains("✔"));
     }
 
+    /// Tab goes through what is visible, in the order in which it is read.
+    void tabOrder_data()
+    {
+        columns<QString, bool, QStringList>("folder", "built", "order");
+        row("problems", broken(), false, QStringList{"problemList", "ingredientTree"});
+        row("a build", sample(), true,
+            QStringList{"showErrors", "copyHash", "showInFolder", "logSearch", "", "", "", "", "",
+                        "", "", "log"});
+    }
+    void tabOrder()
+    {
+        QFETCH(QString, folder);
+        QFETCH(bool, built);
+        QFETCH(QStringList, order);
+        drop(window.data(), {folder});
+        setImage();
+        if (built) {
+            build();
+        }
+        QCoreApplication::processEvents();
+        tree->setFocus();
+        for (const QString &name : order) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->objectName(), name);
+        }
+    }
+
     void closingDuringABuild()
     {
         useStitcher("exec sleep 1000");

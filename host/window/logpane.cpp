@@ -118,10 +118,14 @@ LogPane::LogPane(QWidget *parent)
     droppedNotice->hide();
     auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(createBar());
+    QToolBar *bar = createBar();
+    layout->addWidget(bar);
     layout->addWidget(droppedNotice);
     layout->addWidget(view);
-    setFocusProxy(view);
+    // The view was created first.
+    setTabOrder(searchLine, view);
+    setTabOrder(bar->widgetForAction(bar->actions().constLast()), view);
+    setFocusProxy(searchLine);
 
     showTimer.setSingleShot(true);
     showTimer.setInterval(showIntervalMs);
@@ -174,7 +178,7 @@ void LogPane::followEnd()
     view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
 }
 
-QWidget *LogPane::createBar()
+QToolBar *LogPane::createBar()
 {
     auto bar = new QToolBar(this);
     bar->setIconSize(iconSizeFor(this));

@@ -16,6 +16,7 @@ class QPlainTextEdit;
 class QRegularExpression;
 class QSyntaxHighlighter;
 class QTextBlock;
+class QToolBar;
 
 /// The messages of the plug-in, with the time. Errors are distinguished.
 ///
@@ -63,7 +64,7 @@ private:
     };
 
     void createView();
-    QWidget *createBar();
+    QToolBar *createBar();
     void add(const QString &message, bool isError);
     void showLines(int count);
     bool isHidden(const QTextBlock &block) const;

@@ -24,6 +24,7 @@
 #include "host/window/windowdocks.h"
 #include "plugin/iloomwrightplugin.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -37,6 +38,7 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTextDocument>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <KMessageWidget>
@@ -80,6 +82,7 @@ MainWindow::MainWindow(QWidget *parent)
     createPanes();
     connectSession();
     connectActions();
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
     docks->restoreLayout();
     session.setStitcher(readSettings().stitcherFile);
     showPlugin();
@@ -91,6 +94,7 @@ MainWindow::~MainWindow()
     // The session deletes the plug-in before the widgets that show it are deleted.
     docks->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
+    disconnect(qApp, nullptr, this, nullptr);
     // Its destructor emits signals when it clears the history.
     disconnect(history, nullptr, this, nullptr);
     delete centralWidget();
@@ -249,6 +253,19 @@ void MainWindow::showTitle()
     setWindowTitle(session.isLoaded() ? name + QLatin1String("[*]") : QString());
     // Without a project file, nothing is lost that was ever kept.
     setWindowModified(!project.isEmpty() && session.isModified());
+}
+
+/// The selection of a list without the focus is grey: most styles show the focus only faintly.
+void MainWindow::showFocus()
+{
+    const QPalette normal = QApplication::palette();
+    QPalette grey = normal;
+    const int lightness = qGray(normal.color(QPalette::Highlight).rgb());
+    grey.setColor(QPalette::Highlight, QColor(lightness, lightness, lightness));
+    for (QAbstractItemView *view : std::initializer_list<QAbstractItemView *>{
+             ingredientPane->findChild<QTreeView *>(), problemPane}) {
+        view->setPalette(view->hasFocus() ? normal : grey);
+    }
 }
 
 void MainWindow::open(const QStringList &paths)

@@ -55,6 +55,7 @@ private:
     void showPlugin();
     void showState();
     void showTitle();
+    void showFocus();
     void choosePlugin();
     void changeSettings();
     void copyCommand();

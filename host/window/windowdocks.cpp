@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QSettings>
+#include <QTabBar>
 
 namespace {
 
@@ -49,6 +50,8 @@ QDockWidget *WindowDocks::addDock(const QString &title, const QString &name, QWi
     dock->setWidget(pane);
     // Less than the pane's own minimum: in a low window, the tree needs the height.
     pane->setMinimumHeight(window->fontMetrics().height() * minDockLines);
+    connect(dock, &QDockWidget::visibilityChanged, this, &WindowDocks::skipEmptyTabs,
+            Qt::QueuedConnection);
     window->addDockWidget(Qt::BottomDockWidgetArea, dock);
     if (logDock) {
         // Tabs leave the height to the tree.
@@ -61,6 +64,15 @@ QList<QAction *> WindowDocks::viewActions() const
 {
     return {logDock->toggleViewAction(), dataViewDock->toggleViewAction(),
             targetDetailsDock->toggleViewAction()};
+}
+
+/// Qt keeps the tab bar of docks that are hidden, out of sight but not out of the focus chain.
+void WindowDocks::skipEmptyTabs()
+{
+    const auto bars = window->findChildren<QTabBar *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QTabBar *bar : bars) {
+        bar->setFocusPolicy(bar->count() > 0 ? Qt::TabFocus : Qt::NoFocus);
+    }
 }
 
 void WindowDocks::setPlugin(ILoomwrightPlugin *plugin)
@@ -79,6 +91,7 @@ void WindowDocks::update()
     if (!found) {
         dataViewDock->hide();
     }
+    skipEmptyTabs();
 }
 
 void WindowDocks::showLog()

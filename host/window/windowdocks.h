@@ -47,6 +47,7 @@ public:
 private:
     QDockWidget *addDock(const QString &title, const QString &name, QWidget *pane);
     void fitScreen();
+    void skipEmptyTabs();
 
     QMainWindow *window;
     QDockWidget *logDock = nullptr;
