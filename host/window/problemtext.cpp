@@ -25,7 +25,7 @@ QString bytesText(qint64 size)
 
 bool isMissingFile(const Problem &problem)
 {
-    return problem.kind == ProblemKind::Check && problem.files == QStringList(QString());
+    return problem.kind == ProblemKind::Check && problem.files.isEmpty();
 }
 
 RowState stateOf(const Problem &problem)
