@@ -167,7 +167,7 @@ private slots:
     /// Tab goes through what is visible, in the order in which it is read.
     void tabOrder_data()
     {
-        columns<QString, bool, QStringList>("folder", "built", "order");
+        columns<QString, bool, QStringList>("opened", "built", "order");
         row("problems", broken(), false, QStringList{"problemList", "ingredientTree"});
         row("a build", sample(), true,
             QStringList{"showErrors", "copyHash", "showInFolder", "logSearch", "", "", "", "", "",
@@ -175,10 +175,10 @@ private slots:
     }
     void tabOrder()
     {
-        QFETCH(QString, folder);
+        QFETCH(QString, opened);
         QFETCH(bool, built);
         QFETCH(QStringList, order);
-        drop(window.data(), {folder});
+        drop(window.data(), {opened});
         setImage();
         if (built) {
             build();
