@@ -82,7 +82,6 @@ public:
     void startBuild()
     {
         window.build();
-        raiseDock("logDock");
         settle();
         if (!isBuilding()) {
             qFatal("the build does not run");
