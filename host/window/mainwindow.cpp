@@ -382,6 +382,7 @@ void MainWindow::dropEvent(QDropEvent *event)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
+    problemPane->updateGeometry();
     if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
         docks->limitHeight();
     }

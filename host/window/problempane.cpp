@@ -22,6 +22,8 @@ enum Column { NameColumn, TextColumn, RequiredColumn, ActualColumn, FileColumn, 
 const int minCharactersForFile = 200;
 /// The tree above needs the height more.
 const int maxRows = 6;
+/// The list gets at most the window's height divided by this.
+const int heightDivisor = 5;
 const int minRows = 2;
 
 } // namespace
@@ -124,7 +126,9 @@ int ProblemPane::heightOfRows(int count) const
 
 QSize ProblemPane::sizeHint() const
 {
-    return {QTreeWidget::sizeHint().width(), heightOfRows(qMin(rows.count(), maxRows))};
+    const int wanted = heightOfRows(qMin(rows.count(), maxRows));
+    const int limit = qMax(window()->height() / heightDivisor, minimumSizeHint().height());
+    return {QTreeWidget::sizeHint().width(), qMin(wanted, limit)};
 }
 
 QSize ProblemPane::minimumSizeHint() const
