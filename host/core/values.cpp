@@ -53,7 +53,7 @@ QByteArray hashOf(const FileRecord &record)
 
 QString candidatesText(const QStringList &files)
 {
-    const QString used = files.first();
+    const QString &used = files.first();
     const QString usedName = QFileInfo(used).fileName();
     const auto named = std::count_if(files.begin(), files.end(), [&](const QString &file) {
         return QFileInfo(file).fileName() == usedName;

@@ -9,7 +9,7 @@
 
 QString typedPath(const QString &text)
 {
-    const QString literal = QDir::fromNativeSeparators(text);
+    QString literal = QDir::fromNativeSeparators(text);
     const QString trimmed = literal.trimmed();
     if (QFileInfo::exists(literal)) {
         return literal;
