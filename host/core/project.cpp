@@ -246,7 +246,7 @@ QString writeProject(const QString &file, const Project &project)
 
 std::optional<Ingredient> ingredientFor(const ProjectEntry &entry, const Ingredients &ingredients)
 {
-    const auto exact = findIngredient(ingredients, entry.ingredient);
+    auto exact = findIngredient(ingredients, entry.ingredient);
     if (exact || entry.ingredient.key.isEmpty()) {
         return exact;
     }
