@@ -220,7 +220,7 @@ private slots:
         QVERIFY(outputSize >= 3000000);
     }
 
-    /// Whoever looks at the image's path sees the older image or the new one.
+    /// A program that reads the image's path sees the older image or the new one.
     void twoStates()
     {
         writeFile(image, QByteArray(1000, 'o'));

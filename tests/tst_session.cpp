@@ -123,49 +123,6 @@ private slots:
         }
     }
 
-    void aFolderStartsANewSet()
-    {
-        session->open({samples.filePath("good")});
-        const QString anchor = value("Presigned Secure Anchor");
-        const Project before = session->project();
-        QVERIFY(QDir().mkdir(folder->filePath("b")));
-        const QString file = writeFile(folder->filePath("b/HostFW_9.bin"), "x");
-        QSignalSpy valuesChanged(session.data(), &Session::valuesChanged);
-        session->open({folder->filePath("b")});
-        QCOMPARE(value("Host FW"), file);
-        QCOMPARE(value("Presigned Secure Anchor"), QString());
-        QCOMPARE(value("Output file name"), folder->filePath("i.bin"));
-        session->open({anchor}); // A file adds to it.
-        QCOMPARE(value("Presigned Secure Anchor"), anchor);
-        QCOMPARE(value("Host FW"), file);
-        session->restore(valuesChanged.first().at(1).value<Project>());
-        QVERIFY(session->project().hasSameValuesAs(before));
-    }
-
-    void theProjectIsNoImage()
-    {
-        session->open({samples.filePath("good")});
-        QVERIFY(session->saveProject(folder->filePath("p.json")));
-        set("Output file name", folder->filePath("p.json"));
-        session->check();
-        QCOMPARE(session->problems().count(), 1);
-        QCOMPARE(session->problems().first().severity, Severity::Fatal);
-        set("Output file name", folder->filePath("i.bin"));
-        QVERIFY(!session->isProjectFileChanged());
-        writeFile(folder->filePath("p.json"), "{}");
-        QVERIFY(session->isProjectFileChanged());
-    }
-
-    void noStitcher()
-    {
-        session->open({samples.filePath("good")});
-        session->setStitcher("/nope");
-        QTRY_COMPARE(session->problems().count(), 1);
-        QCOMPARE(session->problems().first().severity, Severity::Fatal);
-        session->setStitcher(QString());
-        QTRY_COMPARE(session->problems().count(), 0);
-    }
-
     void theImageIsToldFromTheValues_data()
     {
         columns<QString, QString>("change", "changed");

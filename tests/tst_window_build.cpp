@@ -109,7 +109,7 @@ private slots:
     void whatTheStitcherReports_data()
     {
         columns<QByteArray, QString, QString>("stitcher", "state", "errors");
-        row("a failure without a word", QByteArray("exit 3"), "exit status 3", "");
+        row("a failure without output", QByteArray("exit 3"), "exit status 3", "");
         row("one error line", QByteArray("echo e >&2; exit 3"), "exit status 3",
             "1 error line in the log");
         row("a warning of a good build",

@@ -242,15 +242,6 @@ private slots:
         QTRY_COMPARE(problemCount(), 0);
     }
 
-    void noImage()
-    {
-        drop(window.data(), {sample()});
-        setValue("Output file name", QString());
-        QTRY_COMPARE(problemCount(), 1);
-        QCOMPARE(problemList()->model()->index(0, 1).data().toString(),
-                 QString("No image is named"));
-    }
-
     /// Files that have not been chosen yet are no problems at the start.
     void start()
     {
