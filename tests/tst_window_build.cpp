@@ -113,7 +113,7 @@ private slots:
         row("one error line", QByteArray("echo e >&2; exit 3"), "exit status 3",
             "1 error line in the log");
         row("a warning of a good build",
-            QByteArray("echo 'a\nb' >&2; exec " EXAMPLES_FOLDER "/tamblin-stitcher \"$@\""), "✔",
+            QByteArray("echo 'a\nb' >&2; exec '" EXAMPLES_FOLDER "/tamblin-stitcher' \"$@\""), "✔",
             "3 error lines in the log");
     }
     void whatTheStitcherReports()
