@@ -23,21 +23,24 @@ public:
     }
 
     /// @name For the plug-in
-    /// Each emits the signal that its name ends with.
     /// @{
 
+    /// Emits statusMessage().
     void relayStatusMessage(const QString &message)
     {
         emit statusMessage(message);
     }
+    /// Emits errorMessage().
     void relayErrorMessage(const QString &message)
     {
         emit errorMessage(message);
     }
+    /// Emits dataFileChanged().
     void relayDataFileChanged()
     {
         emit dataFileChanged();
     }
+    /// Emits targetDetailsChanged().
     void relayTargetDetailsChanged()
     {
         emit targetDetailsChanged();

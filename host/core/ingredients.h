@@ -37,15 +37,18 @@ struct IngredientId {
 
     /// Whether it identifies none.
     bool isEmpty() const;
+    /// Whether both identify the same ingredient.
     bool operator==(const IngredientId &other) const;
+    /// Whether they identify different ones.
     bool operator!=(const IngredientId &other) const;
 };
 
+/// For QHash and QSet.
 uint qHash(const IngredientId &id, uint seed = 0);
 
 /// One row of the ingredient tree.
 struct Ingredient {
-    IngredientId id;
+    IngredientId id;       ///< Its name and key.
     QString group;         ///< Display name of its group.
     QModelIndex index;     ///< The cell that holds the value.
     QVariant value;        ///< A FilePath, a Choice or a text.
@@ -61,6 +64,7 @@ struct Ingredient {
     bool isDataFile() const;
 };
 
+/// Ingredients in tree order.
 using Ingredients = QVector<Ingredient>;
 
 /// All ingredients in tree order, with the columns found by their headers.

@@ -53,6 +53,7 @@ public:
     class Silence
     {
     public:
+        /// @param silentPlugin must outlive this object
         explicit Silence(Plugin *silentPlugin);
         ~Silence();
         Silence(const Silence &) = delete;

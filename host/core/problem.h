@@ -28,10 +28,10 @@ enum class Severity {
 
 /// Something that is wrong with an image or its inputs.
 struct Problem {
-    ProblemKind kind = ProblemKind::Input;
-    Severity severity = Severity::Error;
-    QString text;             ///< What is wrong.
-    IngredientId ingredient;  ///< The ingredient; empty when it concerns none.
+    ProblemKind kind = ProblemKind::Input; ///< Where it comes from.
+    Severity severity = Severity::Error;   ///< What it means for a build.
+    QString text;                          ///< What is wrong.
+    IngredientId ingredient;               ///< The ingredient; empty when it concerns none.
     QStringList files;        ///< What it is about; of candidates, the one in use comes first.
     QString required;         ///< What should be there, if that can be said.
     QString actual;           ///< What is there instead.
@@ -39,4 +39,5 @@ struct Problem {
     qint64 actualSize = -1;   ///< In bytes, if actual is a size; else -1.
 };
 
+/// Problems, the causes first.
 using Problems = QVector<Problem>;

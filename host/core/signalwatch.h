@@ -16,12 +16,14 @@ class QObject;
 class SignalWatch
 {
 public:
+    /// Begins to watch the signals that are not ignored.
     SignalWatch();
     SignalWatch(const SignalWatch &) = delete;
     SignalWatch &operator=(const SignalWatch &) = delete;
 
     /// The first signal; 0 when none has arrived.
     int received() const;
+    /// Whether a signal has arrived.
     bool hasReceived() const;
     /// Notes @p signalNumber as if it had arrived.
     void note(int signalNumber) const;

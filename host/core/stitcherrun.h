@@ -42,6 +42,7 @@ public:
     /// Calls @p begin, during which the plug-in must start its stitcher: PATH, TMPDIR and the
     /// runner's variables are set meanwhile. The signals follow even when nothing was started, but
     /// never before this call returns. Call it once.
+    /// @param request what the runner needs to know
     /// @param begin makes the plug-in start its stitcher
     /// @return an empty text, or why nothing could be started, in which case no signal follows
     QString start(const StitcherRequest &request, const std::function<void()> &begin);
