@@ -174,10 +174,6 @@ SkippedEntries skippedEntriesOf(const QString &directory)
         pending.pop_back();
         std::error_code error;
         fs::directory_iterator entry(current, error);
-        if (error) {
-            skipped.unreadable.append(QFile::decodeName(current.c_str()));
-            continue;
-        }
         for (; entry != fs::directory_iterator(); entry.increment(error)) {
             const QByteArray path = entry->path().c_str();
             const QString name = QFile::decodeName(path);
@@ -191,6 +187,9 @@ SkippedEntries skippedEntriesOf(const QString &directory)
             } else if (entry->is_directory(error)) {
                 pending.push_back(entry->path());
             }
+        }
+        if (error) {
+            skipped.unreadable.append(QFile::decodeName(current.c_str()));
         }
     }
     return skipped;
