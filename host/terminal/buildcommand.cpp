@@ -54,8 +54,7 @@ QString manifestProblem(const CommandContext &context, const QString &file, cons
     if (FileState::of(file).isSameFileAs(FileState::of(stitcher))) {
         return QStringLiteral("The manifest and the stitcher are the same file.");
     }
-    const QString problem = writeProblem(file);
-    return problem.isEmpty() ? context.values->overwriteProblem(file) : problem;
+    return context.values->overwriteProblem(file);
 }
 
 /// What is known of the inputs and of the stitcher; the comparison with a manifest came first.
@@ -134,7 +133,7 @@ int showResult(CommandContext &context, const BuildResult &result)
                     {QStringLiteral("signal"),
                      result.signalNumber == 0 ? QJsonValue() : QJsonValue(result.signalNumber)}});
     showDirectory(report, "Work directory", "workDirectory", result.workDirectory);
-    showDirectory(report, "Failed image", "failedImageDirectory", result.keptDirectory);
+    showDirectory(report, "Kept files", "keptDirectory", result.keptDirectory);
     if (!result.isSuccess) {
         report.set("image", result.image.file);
         report.set("elapsedMs", result.elapsedMs);
