@@ -29,8 +29,8 @@ private slots:
         // Elsewhere, with all that it names.
         QVERIFY(QDir(host.folder->path()).rename("work", "moved"));
         QCOMPARE(run("-p moved/p.json check").status, 0);
-        QCOMPARE(run("-p moved/p.json project -o moved/again.json").status, 0);
-        QCOMPARE(readFile(host.path("moved/again.json")), written);
+        QCOMPARE(run("-p moved/p.json project -o moved/p.json").status, 0);
+        QCOMPARE(readFile(host.path("moved/p.json")), written);
         // Later inputs come on top of it.
         QVERIFY(matches(run("-p moved/p.json -s Flash-Layer=/x ingredients").output,
                         "Flash-Layer +/x .*Vendor Signed FW +/.*moved/drop"));
@@ -104,6 +104,7 @@ private slots:
 
         QCOMPARE(run("-p work/m.json --locked build -o again.bin").status, 0);
         QCOMPARE(readFile(host.path("again.bin")), readFile(host.path("work/i.bin")));
+        QVERIFY(run("-p work/m.json project -o work/m.json").errors.contains("that was loaded"));
         QVERIFY(QFile::link("work", host.path("link")));
         for (const QString recorded : {"work/m.json", "link/m.json"}) {
             QCOMPARE(run("verify " + recorded).output,

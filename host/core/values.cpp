@@ -389,7 +389,7 @@ bool Values::loadConfiguration(const QString &file, const QString &shownName)
     const QString name
         = QStringLiteral("The configuration %1").arg(shownName.isEmpty() ? file : shownName);
     const QString path = absolutePath(file);
-    configurationFiles.append(path);
+    sourceFiles.append(path);
     QStringList errors;
     const bool taken = apply(
         DataFile::MaybeSet, [&] { return plugin->ingredientManager()->loadConfigFromFile(path); },
@@ -503,7 +503,6 @@ bool Values::setImage(const QString &file)
 
 bool Values::loadProject(const Project &newValues, const QString &file)
 {
-    setProjectFile(file);
     const QString prefix = file.isEmpty() ? QString() : file + QLatin1String(": ");
     const QString problem
         = projectProblem(newValues, plugin->root()->getTargetName(), ingredients());
@@ -517,7 +516,15 @@ bool Values::loadProject(const Project &newValues, const QString &file)
                 return entry.value == current->text() || setText(*current, entry.value).isEmpty();
             });
     });
-    return taken || reject(prefix + QStringLiteral("The values could not be applied."));
+    if (!taken) {
+        return reject(prefix + QStringLiteral("The values could not be applied."));
+    }
+    // Saving a project over a manifest would lose the record of the build.
+    setProjectFile(newValues.build ? QString() : file);
+    if (newValues.build) {
+        sourceFiles.append(absolutePath(file));
+    }
+    return true;
 }
 
 bool Values::reloadDataFiles()
@@ -673,7 +680,7 @@ void Values::setProjectFile(const QString &file)
 
 QStringList Values::protectedFiles() const
 {
-    QStringList files = inputFilesOf(ingredients()) + configurationFiles;
+    QStringList files = inputFilesOf(ingredients()) + sourceFiles;
     files << projectFile << plugin->fileName();
     files.removeAll(QString());
     return files;
@@ -686,13 +693,17 @@ QString Values::overwriteProblem(const QString &file) const
         return QStringLiteral("%1 is the same file as the input \"%2\".").arg(file, input->id.name);
     }
     const FileState state = FileState::of(file);
-    if (resolvedTarget(file) == resolvedTarget(image())
-        || FileState::of(image()).isSameFileAs(state)) {
+    if (file == resolvedTarget(image()) || FileState::of(image()).isSameFileAs(state)) {
         return QStringLiteral("%1 is the image.").arg(file);
     }
     const QStringList files = protectedFiles();
     const bool used = std::any_of(files.begin(), files.end(), [&state](const QString &each) {
         return FileState::of(each).isSameFileAs(state);
     });
-    return used ? QStringLiteral("%1 is a file that was loaded.").arg(file) : QString();
+    return used ? QStringLiteral("%1 is a file that was loaded.").arg(file) : writeProblem(file);
+}
+
+QString Values::saveProblem(const QString &file) const
+{
+    return file == resolvedTarget(projectFile) ? writeProblem(file) : overwriteProblem(file);
 }

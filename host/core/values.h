@@ -86,11 +86,14 @@ public:
 
     /// The project file in use, which nothing but saving the project may overwrite.
     void setProjectFile(const QString &file);
-    /// The files that a build must not replace: the inputs, a configuration or project that was
-    /// loaded, and the plug-in.
+    /// The files that a build must not replace: the inputs, a configuration, manifest or project that
+    /// was loaded, and the plug-in.
     QStringList protectedFiles() const;
-    /// Why @p file must not be written: it is one of those files, or the image. Empty when it may be.
+    /// Why @p file, a resolved path, must not be written because it is one of those files or the image,
+    /// or cannot be written. Empty when nothing is known to be in the way.
     QString overwriteProblem(const QString &file) const;
+    /// The same for saving the values as a project, which may replace the project file in use.
+    QString saveProblem(const QString &file) const;
 
 signals:
     /// Values or their problems may have changed.
@@ -127,7 +130,7 @@ private:
     QVector<FileCheck> lastChecks;
     FileRecords checkedFiles;
     FileRecords loadedDataFiles;
-    QStringList configurationFiles;
+    QStringList sourceFiles; ///< Configurations and manifests that were loaded.
     QString projectFile;
     mutable std::optional<Ingredients> cachedIngredients;
     /// Errors of the plug-in that have not been assigned to a value yet.

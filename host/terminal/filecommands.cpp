@@ -16,38 +16,26 @@
 
 namespace {
 
-/// Whether problems or the name of the output file forbid writing it; shows why. Rejected inputs
-/// have been shown already.
+/// Whether problems forbid writing the values; shows why. Rejected inputs have been shown already.
 bool isBlocked(CommandContext &context, const QString &conclusion)
 {
-    if (context.values->isBlocked(false)) {
-        const Problems problems = context.values->problems();
-        for (const Problem &problem : problems) {
-            if (problem.severity == Severity::Fatal && problem.kind == ProblemKind::Finding) {
-                context.report.printError(problem.ingredient.name + QLatin1String(": ")
-                                          + problem.text);
-            }
+    if (!context.values->isBlocked(false)) {
+        return context.isInterrupted();
+    }
+    const Problems problems = context.values->problems();
+    for (const Problem &problem : problems) {
+        if (problem.severity == Severity::Fatal && problem.kind == ProblemKind::Finding) {
+            context.report.printError(problem.ingredient.name + QLatin1String(": ") + problem.text);
         }
-        context.report.addFailure(conclusion + QLatin1String(": see the errors above."));
-        return true;
     }
-    const QString file = context.commandLine.outputFile;
-    const QString problem = file.isEmpty() ? QString() : context.values->overwriteProblem(file);
-    if (!problem.isEmpty()) {
-        context.report.addFailure(problem);
-    }
-    return !problem.isEmpty() || context.isInterrupted();
+    context.report.addFailure(conclusion + QLatin1String(": see the errors above."));
+    return true;
 }
 
-/// Writes the output file with @p write, which returns why it failed.
-int writeFile(CommandContext &context, const char *title, const char *name,
-              const std::function<QString(const QString &)> &write)
+/// Reports that @p file was written, or @p problem if there is one.
+int reportWritten(CommandContext &context, const char *title, const char *name, const QString &file,
+                  const QString &problem)
 {
-    const QString file = resolvedTarget(context.commandLine.outputFile);
-    QString problem = writeProblem(file);
-    if (problem.isEmpty()) {
-        problem = write(file);
-    }
     if (!problem.isEmpty()) {
         return context.report.addFailure(problem);
     }
@@ -81,8 +69,12 @@ int writeConfig(CommandContext &context)
         report.set("config", QString::fromLocal8Bit(*configuration));
         return inputStatus(context);
     }
-    return writeFile(context, "Configuration", "configFile",
-                     [&](const QString &file) { return writeWhole(file, *configuration); });
+    const QString file = resolvedTarget(context.commandLine.outputFile);
+    QString problem = context.values->overwriteProblem(file);
+    if (problem.isEmpty()) {
+        problem = writeWhole(file, *configuration);
+    }
+    return reportWritten(context, "Configuration", "configFile", file, problem);
 }
 
 int writeProjectFile(CommandContext &context)
@@ -98,6 +90,10 @@ int writeProjectFile(CommandContext &context)
         report.set("project", object);
         return inputStatus(context);
     }
-    return writeFile(context, "Project", "projectFile",
-                     [&](const QString &file) { return writeProject(file, project); });
+    const QString file = resolvedTarget(context.commandLine.outputFile);
+    QString problem = context.values->saveProblem(file);
+    if (problem.isEmpty()) {
+        problem = writeProject(file, project);
+    }
+    return reportWritten(context, "Project", "projectFile", file, problem);
 }
