@@ -67,14 +67,17 @@ QString unknownOption(const QCommandLineParser &parser)
     if (unknown.isEmpty()) {
         return parser.errorText(); // Ends with a full stop.
     }
-    const bool isShort = unknown.first().length() == 1;
+    const QString name = unknown.first();
+    if (name.length() == 1) {
+        return QStringLiteral("Unknown option \"-%1\".").arg(name);
+    }
     QStringList names;
     for (const OptionInfo &option : allOptions()) {
-        names.append(dashed(option.name));
+        names.append(QLatin1String(option.name));
     }
-    const QString name = QLatin1String(isShort ? "-" : "--") + unknown.first();
-    return QStringLiteral("Unknown option \"%1\".%2")
-        .arg(name, isShort ? QString() : suggestionText(closestTo(name, names)));
+    const QString meant = closestTo(name, names);
+    return QStringLiteral("Unknown option \"--%1\".%2")
+        .arg(name, meant.isEmpty() ? QString() : suggestionText(QLatin1String("--") + meant));
 }
 
 /// Notes what is wrong with the command line; the first problem is reported.
