@@ -17,16 +17,12 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocale>
 #include <QScopedValueRollback>
 #include <QTimer>
 
 #include <algorithm>
 
 namespace {
-
-/// A data file may cause hundreds of thousands of errors. All of them are in the plug-in's messages.
-const int maxMessages = 50;
 
 /// The key and value in a message about a second value for one key.
 std::optional<QPair<QString, QString>> candidateIn(const QString &message)
@@ -49,17 +45,6 @@ QByteArray hashOf(const FileRecord &record)
     const bool valid
         = record.state.isRegular() && file.open(QIODevice::ReadOnly) && hash.addData(&file);
     return valid ? hash.result().toHex() : QByteArray();
-}
-
-QString candidatesText(const QStringList &files)
-{
-    const QString &used = files.first();
-    const QString usedName = QFileInfo(used).fileName();
-    const auto named = std::count_if(files.begin(), files.end(), [&](const QString &file) {
-        return QFileInfo(file).fileName() == usedName;
-    });
-    return QStringLiteral("%1 candidates found; %2 is used")
-        .arg(QString::number(files.count()), named > 1 ? used : usedName);
 }
 
 QString fileRejection(const QString &file)
@@ -88,38 +73,23 @@ QString directoryRejection(const QString &directory)
     return QStringLiteral("The directory %1 was rejected: %2.").arg(directory, reason);
 }
 
-/// The messages about a data file without the conclusion that follows from the others, and with the
-/// position of an error that the plug-in does not give.
-QStringList completed(QStringList messages, const QString &file)
-{
-    if (messages.count() > 1) {
-        messages.removeAll(QLatin1String(PluginText::failedValidation));
-    }
-    const int invalid = messages.indexOf(QLatin1String(PluginText::invalidXml));
-    const QString position = invalid >= 0 ? xmlProblem(file) : QString();
-    if (!position.isEmpty()) {
-        messages[invalid] += QStringLiteral(" (%1)").arg(position);
-    }
-    return messages;
-}
-
 } // namespace
 
 Values::Values(Plugin *loadedPlugin, QObject *parent)
     : QObject(parent)
     , plugin(loadedPlugin)
 {
-    connect(plugin, &Plugin::errorMessage, this, &Values::noteError);
+    connect(plugin, &Plugin::errorMessage, this, &Values::handleError);
     connect(plugin, &Plugin::renewed, this, &Values::attach);
     attach();
 }
 
 /// Connected after the plug-in's own slots, so that the errors that a new value causes in the
-/// plug-in arrive before noteChange().
+/// plug-in arrive before handleChange().
 void Values::attach()
 {
     cachedIngredients.reset();
-    connect(plugin->model(), &QAbstractItemModel::dataChanged, this, &Values::noteChange);
+    connect(plugin->model(), &QAbstractItemModel::dataChanged, this, &Values::handleChange);
     connect(plugin->model(), &QAbstractItemModel::modelReset, this,
             [this] { cachedIngredients.reset(); });
 }
@@ -132,7 +102,7 @@ const Ingredients &Values::ingredients() const
     return *cachedIngredients;
 }
 
-void Values::noteError(const QString &message)
+void Values::handleError(const QString &message)
 {
     if (isApplying) {
         const auto candidate = candidateIn(message);
@@ -141,7 +111,7 @@ void Values::noteError(const QString &message)
             return;
         }
         if (message.startsWith(QLatin1String(PluginText::malformedEntry))) {
-            addMessages({message}, {});
+            inputProblems.addMessages({message});
             return;
         }
     }
@@ -152,7 +122,7 @@ void Values::noteError(const QString &message)
     }
 }
 
-void Values::noteChange(const QModelIndex &cell)
+void Values::handleChange(const QModelIndex &cell)
 {
     cachedIngredients.reset();
     if (isIgnoringChanges) {
@@ -165,7 +135,7 @@ void Values::noteChange(const QModelIndex &cell)
         settle(ingredient.id);
         if (ingredient.isDataFile()) {
             // Only for such a value does the plug-in do work whose errors are about that value.
-            addMessages(pendingErrors, ingredient);
+            inputProblems.addMessages(pendingErrors, ingredient);
             pendingErrors.clear();
             const QString file = absolutePath(ingredient.text());
             FileRecord loaded = recordOf(file);
@@ -180,74 +150,11 @@ void Values::noteChange(const QModelIndex &cell)
 /// Forgets the problems of the value that the ingredient had.
 void Values::settle(const IngredientId &id)
 {
-    const auto isAboutIt = [&id](const Problem &problem) { return problem.ingredient == id; };
-    inputProblems.erase(std::remove_if(inputProblems.begin(), inputProblems.end(), isAboutIt),
-                        inputProblems.end());
+    inputProblems.forget(id);
     lastChecks.erase(
         std::remove_if(lastChecks.begin(), lastChecks.end(),
                        [&id](const FileCheck &check) { return check.ingredient.id == id; }),
         lastChecks.end());
-}
-
-void Values::addMessages(const QStringList &messages, const Ingredient &ingredient)
-{
-    const QStringList texts = completed(messages, ingredient.text());
-    Problem problem;
-    problem.kind = ProblemKind::Message;
-    problem.ingredient = ingredient.id;
-    if (!ingredient.text().isEmpty()) {
-        problem.files.append(ingredient.text());
-    }
-    if (texts.count() > maxMessages) {
-        problem.text = QStringLiteral("%1 errors, of which the first %2 are listed")
-                           .arg(QLocale().toString(texts.count()), QString::number(maxMessages));
-        inputProblems.append(problem);
-    }
-    for (const QString &text : texts.mid(0, maxMessages)) {
-        problem.text = text;
-        inputProblems.append(problem);
-    }
-}
-
-/// Adds one problem for all values that were found for @p key beside the one in use, if an ingredient
-/// has that key.
-void Values::addCandidates(const QString &key, const QStringList &files)
-{
-    for (const Ingredient &ingredient : ingredients()) {
-        if (ingredient.id.key != key) {
-            continue;
-        }
-        Problem problem;
-        problem.kind = ProblemKind::Candidates;
-        problem.ingredient = ingredient.id;
-        problem.files = files;
-        problem.files.prepend(ingredient.text());
-        problem.files.removeDuplicates();
-        problem.text = candidatesText(problem.files);
-        inputProblems.append(problem);
-        return;
-    }
-}
-
-void Values::dropMissingCandidates()
-{
-    for (Problem &problem : inputProblems) {
-        if (problem.kind != ProblemKind::Candidates) {
-            continue;
-        }
-        for (const QString &file : problem.files.mid(1)) {
-            if (!QFileInfo::exists(file)) {
-                problem.files.removeAll(file);
-            }
-        }
-        problem.text = candidatesText(problem.files);
-    }
-    inputProblems.erase(std::remove_if(inputProblems.begin(), inputProblems.end(),
-                                       [](const Problem &problem) {
-                                           return problem.kind == ProblemKind::Candidates
-                                               && problem.files.count() == 1;
-                                       }),
-                        inputProblems.end());
 }
 
 void Values::warn(const QString &text, const QStringList &files)
@@ -271,16 +178,13 @@ bool Values::reject(const QString &text, const IngredientId &ingredient)
 
 void Values::addProblem(const Problem &problem)
 {
-    inputProblems.append(problem);
+    inputProblems.add(problem);
     emit changed();
 }
 
 void Values::forgetInputProblems()
 {
-    inputProblems.erase(
-        std::remove_if(inputProblems.begin(), inputProblems.end(),
-                       [](const Problem &problem) { return problem.ingredient.isEmpty(); }),
-        inputProblems.end());
+    inputProblems.forget({});
     emit changed();
 }
 
@@ -304,13 +208,15 @@ bool Values::apply(DataFile dataFile, const std::function<bool()> &operation, QS
     if (dataFile == DataFile::MaybeSet || !taken) {
         restore(before);
     }
-    for (auto entry = pendingCandidates.constBegin(); entry != pendingCandidates.constEnd();
-         ++entry) {
-        addCandidates(entry.key(), *entry);
+    for (const Ingredient &ingredient : ingredients()) {
+        const QStringList candidates = pendingCandidates.take(ingredient.id.key);
+        if (!candidates.isEmpty()) {
+            inputProblems.addCandidates(candidates, ingredient);
+        }
     }
     pendingCandidates.clear();
     if (taken) {
-        addMessages(pendingErrors, {});
+        inputProblems.addMessages(pendingErrors);
     } else if (errors) {
         *errors = pendingErrors;
     }
@@ -347,11 +253,7 @@ QVector<Values::LoadedFile> Values::loadedFiles() const
         if (!ingredient.isDataFile() || ingredient.text().isEmpty()) {
             continue;
         }
-        LoadedFile file = {ingredient.id, ingredient.text(), {}};
-        std::copy_if(
-            inputProblems.begin(), inputProblems.end(), std::back_inserter(file.problems),
-            [&ingredient](const Problem &problem) { return problem.ingredient == ingredient.id; });
-        files.append(file);
+        files.append({ingredient.id, ingredient.text(), inputProblems.of(ingredient.id)});
     }
     return files;
 }
@@ -365,7 +267,9 @@ void Values::restore(const QVector<LoadedFile> &files)
         const auto current = findIngredient(ingredients(), file.id);
         if (current && current->text().isEmpty()) {
             setText(*current, file.file);
-            inputProblems += file.problems;
+            for (const Problem &problem : file.problems) {
+                inputProblems.add(problem);
+            }
         }
     }
 }
@@ -562,7 +466,7 @@ void Values::check()
     for (const QString &file : inputFilesOf(ingredients())) {
         checkedFiles.insert(file, recordOf(file));
     }
-    dropMissingCandidates();
+    inputProblems.forgetMissingCandidates();
     plugin->executionManager()->verifyInputs();
     lastChecks = checksIn(*plugin->executionManager()->getIngredientChecks(), ingredients());
     emit changed();
@@ -587,7 +491,7 @@ FileRecords Values::inputRecords() const
 
 Problems Values::problems() const
 {
-    Problems problems = inputProblems + findingsFor(ingredients());
+    Problems problems = inputProblems.all() + findingsFor(ingredients());
     const FileState imageState = FileState::of(image());
     const QStringList inputs = inputFilesOf(ingredients());
     for (const QString &file : protectedFiles()) {

@@ -5,7 +5,7 @@
 
 #include "host/core/filecheck.h"
 #include "host/core/filehasher.h"
-#include "host/core/problem.h"
+#include "host/core/inputproblems.h"
 #include "host/core/project.h"
 
 #include <QObject>
@@ -110,8 +110,8 @@ private:
     };
 
     void attach();
-    void noteError(const QString &message);
-    void noteChange(const QModelIndex &cell);
+    void handleError(const QString &message);
+    void handleChange(const QModelIndex &cell);
     bool apply(DataFile dataFile, const std::function<bool()> &operation,
                QStringList *errors = nullptr);
     bool renew();
@@ -120,13 +120,10 @@ private:
     QStringList matchingNames(const QStringList &files);
     QString setText(const Ingredient &ingredient, const QString &text);
     void settle(const IngredientId &id);
-    void addCandidates(const QString &key, const QStringList &files);
-    void addMessages(const QStringList &messages, const Ingredient &ingredient);
     void warn(const QString &text, const QStringList &files = {});
-    void dropMissingCandidates();
 
     Plugin *plugin;
-    Problems inputProblems;
+    InputProblems inputProblems;
     QVector<FileCheck> lastChecks;
     FileRecords checkedFiles;
     FileRecords loadedDataFiles;

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/core/inputproblems.h"
+
+#include "host/core/findings.h"
+#include "host/core/plugintexts.h"
+
+#include <QFileInfo>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace {
+
+/// A data file may cause hundreds of thousands of errors. All of them are in the plug-in's messages.
+const int maxMessages = 50;
+
+QString candidatesText(const QStringList &files)
+{
+    const QString &used = files.first();
+    const QString usedName = QFileInfo(used).fileName();
+    const auto named = std::count_if(files.begin(), files.end(), [&](const QString &file) {
+        return QFileInfo(file).fileName() == usedName;
+    });
+    return QStringLiteral("%1 candidates found; %2 is used")
+        .arg(QString::number(files.count()), named > 1 ? used : usedName);
+}
+
+/// The messages about a data file without the conclusion that follows from the others, and with the
+/// position of an error that the plug-in does not give.
+QStringList completed(QStringList messages, const QString &file)
+{
+    if (messages.count() > 1) {
+        messages.removeAll(QLatin1String(PluginText::failedValidation));
+    }
+    const int invalid = messages.indexOf(QLatin1String(PluginText::invalidXml));
+    const QString position = invalid >= 0 ? xmlProblem(file) : QString();
+    if (!position.isEmpty()) {
+        messages[invalid] += QStringLiteral(" (%1)").arg(position);
+    }
+    return messages;
+}
+
+} // namespace
+
+const Problems &InputProblems::all() const
+{
+    return problems;
+}
+
+Problems InputProblems::of(const IngredientId &id) const
+{
+    Problems found;
+    std::copy_if(problems.begin(), problems.end(), std::back_inserter(found),
+                 [&id](const Problem &problem) { return problem.ingredient == id; });
+    return found;
+}
+
+void InputProblems::add(const Problem &problem)
+{
+    problems.append(problem);
+}
+
+void InputProblems::addMessages(const QStringList &messages, const Ingredient &ingredient)
+{
+    const QStringList texts = completed(messages, ingredient.text());
+    Problem problem;
+    problem.kind = ProblemKind::Message;
+    problem.ingredient = ingredient.id;
+    if (!ingredient.text().isEmpty()) {
+        problem.files.append(ingredient.text());
+    }
+    if (texts.count() > maxMessages) {
+        problem.text = QStringLiteral("%1 errors, of which the first %2 are listed")
+                           .arg(QLocale().toString(texts.count()), QString::number(maxMessages));
+        problems.append(problem);
+    }
+    for (const QString &text : texts.mid(0, maxMessages)) {
+        problem.text = text;
+        problems.append(problem);
+    }
+}
+
+void InputProblems::addCandidates(const QStringList &files, const Ingredient &ingredient)
+{
+    Problem problem;
+    problem.kind = ProblemKind::Candidates;
+    problem.ingredient = ingredient.id;
+    problem.files = files;
+    problem.files.prepend(ingredient.text());
+    problem.files.removeDuplicates();
+    problem.text = candidatesText(problem.files);
+    problems.append(problem);
+}
+
+void InputProblems::forget(const IngredientId &id)
+{
+    problems.erase(
+        std::remove_if(problems.begin(), problems.end(),
+                       [&id](const Problem &problem) { return problem.ingredient == id; }),
+        problems.end());
+}
+
+void InputProblems::forgetMissingCandidates()
+{
+    for (Problem &problem : problems) {
+        if (problem.kind != ProblemKind::Candidates) {
+            continue;
+        }
+        for (const QString &file : problem.files.mid(1)) {
+            if (!QFileInfo::exists(file)) {
+                problem.files.removeAll(file);
+            }
+        }
+        problem.text = candidatesText(problem.files);
+    }
+    problems.erase(std::remove_if(problems.begin(), problems.end(),
+                                  [](const Problem &problem) {
+                                      return problem.kind == ProblemKind::Candidates
+                                          && problem.files.count() == 1;
+                                  }),
+                   problems.end());
+}

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/core/problem.h"
+
+/// The problems that applying inputs has caused, in the order of the inputs.
+class InputProblems
+{
+public:
+    /// All of them.
+    const Problems &all() const;
+    /// Those of one ingredient; with an empty id, those that belong to none.
+    Problems of(const IngredientId &id) const;
+
+    /// Adds one.
+    void add(const Problem &problem);
+    /// Adds the errors that the plug-in has reported about the value of @p ingredient, or about no
+    /// certain value. Of very many, the number and the first ones.
+    void addMessages(const QStringList &messages, const Ingredient &ingredient = {});
+    /// Adds one problem for all of @p files, which were found for @p ingredient beside the one in use.
+    void addCandidates(const QStringList &files, const Ingredient &ingredient);
+
+    /// Forgets those of one ingredient; with an empty id, those that belong to none.
+    void forget(const IngredientId &id);
+    /// Forgets the candidates that do not exist any more.
+    void forgetMissingCandidates();
+
+private:
+    Problems problems;
+};
