@@ -49,7 +49,7 @@ Build::Build(Plugin *loadedPlugin, Values *imageValues, const BuildOptions &buil
     , values(imageValues)
     , options(buildOptions)
 {
-    connect(plugin, &Plugin::errorMessage, this, &Build::noteError);
+    connect(plugin, &Plugin::errorMessage, this, &Build::addStartError);
     giveUpTimer.setSingleShot(true);
     giveUpTimer.setInterval(giveUpMs);
     connect(&giveUpTimer, &QTimer::timeout, this, &Build::giveUp);
@@ -84,15 +84,15 @@ QString Build::prepare()
     if (older.exists && !older.isRegular()) {
         return QStringLiteral("The image %1 is not a regular file.").arg(result.image.file);
     }
-    QString problem = noteRecords();
+    QString problem = recordFiles();
     if (problem.isEmpty()) {
         problem = createDirectories();
     }
     return problem.isEmpty() ? startStitcher() : problem;
 }
 
-/// Notes what the image will be made from. Returns why it must not be built from that.
-QString Build::noteRecords()
+/// Records what the image will be made from. Returns why it must not be built from that.
+QString Build::recordFiles()
 {
     const auto knownOr = [this](const QString &file) {
         return options.known.contains(file) ? options.known.value(file) : recordOf(file);
@@ -151,7 +151,7 @@ QString Build::startStitcher()
     return problem;
 }
 
-void Build::noteError(const QString &message)
+void Build::addStartError(const QString &message)
 {
     if (isStarting) {
         startError = joined(startError, message.trimmed());

@@ -87,9 +87,9 @@ signals:
 private:
     QString prepare();
     QString createDirectories();
-    QString noteRecords();
+    QString recordFiles();
     QString startStitcher();
-    void noteError(const QString &message);
+    void addStartError(const QString &message);
     void permitStitcher();
     void judgeStitcher();
     void hashInputs();

@@ -18,7 +18,7 @@ std::atomic<int> firstSignal(0);
 static_assert(std::atomic<int>::is_always_lock_free);
 int eventDescriptor = -1;
 
-extern "C" void noteSignal(int number)
+extern "C" void receiveSignal(int number)
 {
     const int errorBefore = errno;
     int none = 0;
@@ -45,7 +45,7 @@ SignalWatch::SignalWatch()
         if (!isIgnored(number)) {
             // Without SA_RESTART: a blocked system call returns.
             struct sigaction action = {};
-            action.sa_handler = noteSignal;
+            action.sa_handler = receiveSignal;
             sigaction(number, &action, nullptr);
         }
     }
@@ -61,9 +61,9 @@ bool SignalWatch::hasReceived() const
     return received() != 0;
 }
 
-void SignalWatch::note(int signalNumber) const
+void SignalWatch::receive(int signalNumber) const
 {
-    noteSignal(signalNumber);
+    receiveSignal(signalNumber);
 }
 
 bool SignalWatch::waitFor(int descriptor, short events) const

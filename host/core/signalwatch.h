@@ -25,8 +25,8 @@ public:
     int received() const;
     /// Whether a signal has arrived.
     bool hasReceived() const;
-    /// Notes @p signalNumber as if it had arrived.
-    void note(int signalNumber) const;
+    /// Behaves as if @p signalNumber had arrived.
+    void receive(int signalNumber) const;
     /// Waits until @p descriptor is ready for @p events, those of poll(), or until a signal arrives.
     /// @return false when a signal has arrived
     bool waitFor(int descriptor, short events) const;

@@ -48,9 +48,6 @@ void applyInputs(CommandContext &context);
 /// Failed when an input was rejected or caused an error, else Success.
 int inputStatus(const CommandContext &context);
 
-/// Adds the problems of the values to the JSON document.
-void noteProblems(CommandContext &context);
-
 /// Runs an operation of the plug-in on @p file. If it fails, the errors that it reported become
 /// problems of the JSON document.
 /// @return whether it succeeded

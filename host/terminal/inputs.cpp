@@ -148,14 +148,6 @@ int inputStatus(const CommandContext &context)
     return wrong ? Failed : Success;
 }
 
-void noteProblems(CommandContext &context)
-{
-    const Problems problems = context.values->problems();
-    for (const Problem &problem : problems) {
-        context.report.noteProblem(problem);
-    }
-}
-
 bool runOperation(CommandContext &context, const QString &file,
                   const std::function<bool()> &operation)
 {
@@ -178,7 +170,7 @@ bool runOperation(CommandContext &context, const QString &file,
     problem.files.append(file);
     for (const QString &error : qAsConst(errors)) {
         problem.text = error;
-        context.report.noteProblem(problem);
+        context.report.addProblems({problem});
     }
     return false;
 }

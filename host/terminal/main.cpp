@@ -138,7 +138,7 @@ int runWithPlugin(CommandContext &context)
         return PluginProblem;
     }
     if (command.needs == CommandNeeds::Inputs) {
-        noteProblems(context);
+        report.addProblems(values.problems());
     }
     return status;
 }

@@ -152,8 +152,8 @@ void showDifferences(CommandContext &context, const Problems &differences)
                         {"Recorded", nullptr, difference.required},
                         {"Actual", nullptr, difference.actual},
                         {"File", nullptr, difference.files.first()}});
-        context.report.noteProblem(difference);
     }
+    context.report.addProblems(differences);
     context.report.printTable(rows);
 }
 

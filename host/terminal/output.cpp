@@ -40,7 +40,7 @@ void Output::write(int descriptor, const QByteArray &bytes)
     int written = 0;
     while (written < bytes.size() && !hasFailed(descriptor)) {
         if (!waitUntilWritable(descriptor)) {
-            noteFailure(descriptor, EAGAIN);
+            fail(descriptor, EAGAIN);
             return;
         }
         // A pipe that is ready takes this much without blocking.
@@ -49,7 +49,7 @@ void Output::write(int descriptor, const QByteArray &bytes)
         if (count >= 0) {
             written += int(count);
         } else if (errno != EINTR && errno != EAGAIN) {
-            noteFailure(descriptor, errno);
+            fail(descriptor, errno);
         }
     }
 }
@@ -68,11 +68,11 @@ bool Output::waitUntilWritable(int descriptor)
     return writable;
 }
 
-void Output::noteFailure(int descriptor, int error)
+void Output::fail(int descriptor, int error)
 {
     failed.insert(descriptor);
     if (error == EPIPE && !isPipeIgnored) {
-        signalWatch.note(SIGPIPE);
+        signalWatch.receive(SIGPIPE);
     }
 }
 

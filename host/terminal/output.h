@@ -25,7 +25,7 @@ public:
 
 private:
     bool waitUntilWritable(int descriptor);
-    void noteFailure(int descriptor, int error);
+    void fail(int descriptor, int error);
 
     const SignalWatch &signalWatch;
     const bool isPipeIgnored;

@@ -134,9 +134,11 @@ void Report::printHint(const QString &text)
     }
 }
 
-void Report::noteProblem(const Problem &problem)
+void Report::addProblems(const Problems &added)
 {
-    problems.append(toJson(problem));
+    for (const Problem &problem : added) {
+        problems.append(toJson(problem));
+    }
 }
 
 void Report::addWarning(const QString &text)

@@ -60,8 +60,8 @@ public:
     void printWarning(const QString &text);
     /// More lines on standard error for an earlier failure; nothing with JSON.
     void printHint(const QString &text);
-    /// A problem in JSON; nothing without JSON.
-    void noteProblem(const Problem &problem);
+    /// Problems in JSON; nothing without JSON.
+    void addProblems(const Problems &added);
     /// A line on standard error, and a warning of its own in JSON.
     void addWarning(const QString &text);
     /// Shows the progress of hashing on a terminal, @p done of @p total bytes.
