@@ -50,14 +50,13 @@ CommandLine parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "A window for target plug-ins: choose the input files of an image, check them, and build\n"
-        "the image with the stitcher.\n\n"
+        "Checks firmware files and builds phone images from them, in a window.\n\n"
         "The plug-in is the one that --plugin names, else that of the environment variable\n"
         "LOOMWRIGHT_PLUGIN, else that of the settings, else the one in the program's directory or\n"
         "in the install directory."));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Print this help."));
-    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
+    const QCommandLineOption version(QStringLiteral("version"),
                                      QStringLiteral("Print the version."));
     const QCommandLineOption plugin(QStringLiteral("plugin"), QStringLiteral("Load this plug-in."),
                                     QStringLiteral("FILE"));
