@@ -90,6 +90,7 @@ private slots:
                "SigBlk:\t0000000000000000\n");
         exited("child that ends soon", 0, "(sleep 0.2; echo late) &", "late\n");
         exited("HUP is ignored", 5, "kill -HUP $PPID $$; exit 5", {}, SIGHUP);
+        exited("supervisor is stopped", 5, "kill -STOP $PPID; exit 5");
         exited("CHLD is ignored", 5, "exit 5", {}, SIGCHLD);
         exited("FIFO and symlinks beside the image", 0,
                "cd " + folderVariable + "/staging; mkfifo x; ln -s /nope y; ln -s x z");

@@ -79,9 +79,8 @@ sigset_t blockSignals()
     while (processes.reap() && !processes.status()) {
         int number = 0;
         sigwait(&signals, &number);
-        if (number != SIGCHLD) {
-            kill(supervisor, stopSignal);
-        }
+        // A supervisor that the stitcher has stopped goes on; otherwise nobody would see its end.
+        kill(supervisor, number == SIGCHLD ? SIGCONT : stopSignal);
     }
     processes.terminate();
     endLike(processes.status().value_or(0));
