@@ -5,17 +5,21 @@
 
 #include <QtTest>
 
-/// Adds a column of test data for each type, in order.
-template <typename... Types, typename... Names> void columns(const Names &...names)
+/// A table of test data with named columns of these types. A call adds a row: its name, then a value
+/// for each column.
+template <typename... Types> class Table
 {
-    const int inOrder[] = {(QTest::addColumn<Types>(names), 0)...};
-    Q_UNUSED(inOrder)
-}
+public:
+    template <typename... Names> explicit Table(const Names &...names)
+    {
+        const int inOrder[] = {(QTest::addColumn<Types>(names), 0)...};
+        Q_UNUSED(inOrder)
+    }
 
-/// Adds a row of test data: its name, then a value for each column.
-template <typename... Values> void row(const char *name, const Values &...values)
-{
-    QTestData &data = QTest::newRow(name);
-    const int inOrder[] = {(static_cast<void>(data << values), 0)...};
-    Q_UNUSED(inOrder)
-}
+    void operator()(const char *name, const Types &...values) const
+    {
+        QTestData &data = QTest::newRow(name);
+        const int inOrder[] = {(static_cast<void>(data << values), 0)...};
+        Q_UNUSED(inOrder)
+    }
+};

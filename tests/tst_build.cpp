@@ -58,35 +58,32 @@ private slots:
 
     void stitchers_data()
     {
-        columns<QByteArray, QString>("script", "reason");
+        const Table<QByteArray, QString> row("script", "reason");
         const QString none;
         row("good", writeNew, none);
         row("reads its input", writeNew + "cat", none);
-        row("writes to a temporary file",
-            QByteArray("cd \"${image%/*}\"; printf new > t; mv t i.bin"), none);
+        row("writes to a temporary file", "cd \"${image%/*}\"; printf new > t; mv t i.bin", none);
         row("removes the older image", writeNew + "rm -f \"$final\"; ln \"$image\" \"$final\"",
-            QString("linked the older image"));
-        row("fails halfway", half + "exit 1", QString("exit status 1\\."));
-        row("crashes halfway", half + "kill -SEGV $$", QString("killed by signal 11"));
+            "linked the older image");
+        row("fails halfway", half + "exit 1", "exit status 1\\.");
+        row("crashes halfway", half + "kill -SEGV $$", "killed by signal 11");
         row("hangs halfway", half + deaf + "sleep 1000 & sleep 1000",
-            QString("did not finish within 0.5 s"));
+            "did not finish within 0.5 s");
         row("is killed with its supervisor", half + "kill -KILL $PPID; exec sleep 1000",
-            QString("supervises the stitcher was killed"));
+            "supervises the stitcher was killed");
         row("goes on in the background", half + "(sleep 1000; printf more >> \"$image\") &",
-            QString("left processes running"));
+            "left processes running");
         row("is asked to end", half + "trap 'exit 0' TERM; kill $PPID; while :; do sleep 0.1; done",
-            QString("stopped by a signal"));
-        row("writes nothing", QByteArray(":"), QString("without writing"));
-        row("writes an empty image", QByteArray(": > \"$image\""), QString("wrote nothing into"));
-        row("leaves a symlink", QByteArray("ln -s /etc/passwd \"$image\""),
-            QString("is not a regular file"));
+            "stopped by a signal");
+        row("writes nothing", ":", "without writing");
+        row("writes an empty image", ": > \"$image\"", "wrote nothing into");
+        row("leaves a symlink", "ln -s /etc/passwd \"$image\"", "is not a regular file");
         row("changes an input", writeNew + "echo >> \"$input\"",
-            QString("input.bin \\(Host FW\\) has changed during"));
+            "input.bin \\(Host FW\\) has changed during");
         row("replaces an input", writeNew + "cp \"$input\" x; mv x \"$input\"",
-            QString("input.bin \\(Host FW\\) has changed during"));
-        row("changes itself", writeNew + "echo >> \"$0\"",
-            QString("stitcher .* has changed during"));
-        row("has no interpreter", QByteArray(), QString("interpreter is missing"));
+            "input.bin \\(Host FW\\) has changed during");
+        row("changes itself", writeNew + "echo >> \"$0\"", "stitcher .* has changed during");
+        row("has no interpreter", {}, "interpreter is missing");
     }
     void stitchers()
     {
@@ -146,28 +143,23 @@ private slots:
 
     void otherFiles_data()
     {
-        columns<QByteArray, QString>("script", "reason");
-        row("published", QByteArray("printf log > i.log"), QString());
-        row("replaces an older one", QByteArray("printf log > i.log; echo old > \"$place/i.log\""),
-            QString());
-        row("a symlink is there", QByteArray("printf log > i.log; ln -s nowhere \"$place/i.log\""),
-            QString("what is there is not a regular file"));
-        row("a colon in its name", QByteArray("printf log > i.log; printf x > :map"), QString());
+        const Table<QByteArray, QString> row("script", "reason");
+        row("published", "printf log > i.log", {});
+        row("replaces an older one", "printf log > i.log; echo old > \"$place/i.log\"", {});
+        row("a symlink is there", "printf log > i.log; ln -s nowhere \"$place/i.log\"",
+            "what is there is not a regular file");
+        row("a colon in its name", "printf log > i.log; printf x > :map", {});
         row("staging directory replaced",
-            QByteArray(
-                "mv ../\"${PWD##*/}\" ../x; mkdir \"$PWD\"; cp ../x/i.bin \"$PWD\"; rm -r ../x"),
-            QString("replaced or removed the directory"));
-        row("named like an input", QByteArray("printf evil > in.bin"),
-            QString("in.bin, which is in use"));
-        row("a symlink", QByteArray("ln -s /etc/passwd i.log"), QString("not a regular file"));
-        row("a directory", QByteArray("mkdir i.log"), QString("not a regular file"));
-        row("its place is taken",
-            QByteArray("printf log > i.log; mkdir \"$place/i.log\" \"$place/i.log/x\""),
-            QString("what is there is not a regular file"));
-        row("the image's place is taken", QByteArray("mkdir \"$final\""),
-            QString("i.bin cannot be replaced: .*The complete image is "));
-        row("the directory is gone", QByteArray("mv \"$place\" \"$place.moved\""),
-            QString("replaced or removed"));
+            "mv ../\"${PWD##*/}\" ../x; mkdir \"$PWD\"; cp ../x/i.bin \"$PWD\"; rm -r ../x",
+            "replaced or removed the directory");
+        row("named like an input", "printf evil > in.bin", "in.bin, which is in use");
+        row("a symlink", "ln -s /etc/passwd i.log", "not a regular file");
+        row("a directory", "mkdir i.log", "not a regular file");
+        row("its place is taken", "printf log > i.log; mkdir \"$place/i.log\" \"$place/i.log/x\"",
+            "what is there is not a regular file");
+        row("the image's place is taken", "mkdir \"$final\"",
+            "i.bin cannot be replaced: .*The complete image is ");
+        row("the directory is gone", "mv \"$place\" \"$place.moved\"", "replaced or removed");
     }
     void otherFiles()
     {
@@ -238,15 +230,14 @@ private slots:
 
     void rejectedImages_data()
     {
-        columns<QByteArray, QString>("command", "reason");
-        row("directory", QByteArray("mkdir i.bin"), QString("is not a regular file"));
-        row("symlink", QByteArray("ln -s input.bin i.bin"), QString("is not a regular file"));
-        row("FIFO", QByteArray("mkfifo i.bin"), QString("is not a regular file"));
-        row("no directory", QByteArray("rm -r ../place"),
-            QString("cannot be written: No such file"));
-        row("directory that cannot be written", QByteArray("chmod 555 ."),
-            QString("place cannot be written: Permission denied"));
-        row("stitcher", QByteArray("ln ../tamblin-stitcher i.bin"), QString("are the same file"));
+        const Table<QByteArray, QString> row("command", "reason");
+        row("directory", "mkdir i.bin", "is not a regular file");
+        row("symlink", "ln -s input.bin i.bin", "is not a regular file");
+        row("FIFO", "mkfifo i.bin", "is not a regular file");
+        row("no directory", "rm -r ../place", "cannot be written: No such file");
+        row("directory that cannot be written", "chmod 555 .",
+            "place cannot be written: Permission denied");
+        row("stitcher", "ln ../tamblin-stitcher i.bin", "are the same file");
     }
     void rejectedImages()
     {
@@ -302,7 +293,7 @@ private slots:
     /// next build works.
     void killed_data()
     {
-        columns<QString>("victims");
+        const Table<QString> row("victims");
         row("host", "loomwright");
         row("runner and stitcher", "tamblin-stitche");
         row("all", "loomwright tamblin-stitche");
@@ -370,7 +361,7 @@ private slots:
 
     void unhashable_data()
     {
-        columns<QString, QString>("file", "error");
+        const Table<QString, QString> row("file", "error");
         row("FIFO", "fifo", "It is not a regular file");
         row("missing", "nope", "It does not exist");
         row("changed", "input.bin", "It has changed");
@@ -392,10 +383,8 @@ private slots:
 
     void locate_data()
     {
-        QTest::addColumn<QString>("chosen");
-        QTest::addColumn<QString>("searchPath");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("problem");
+        const Table<QString, QString, QString, QString> row("chosen", "searchPath", "file",
+                                                            "problem");
         const QString name = "/tamblin-stitcher";
         row("in PATH", "", "/nope:DIR/plain:DIR/good", "DIR/good" + name, "");
         row("relative", "../good" + name, "", "DIR/good" + name, "");

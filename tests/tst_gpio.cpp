@@ -37,7 +37,7 @@ class TestGpio : public QObject
 private slots:
     void setData_data()
     {
-        columns<int, int, QString, QString>("before", "column", "value", "bits");
+        const Table<int, int, QString, QString> row("before", "column", "value", "bits");
         row("set the last", 0x00, 6, "1", "0000001");
         row("clear the first", 0xFF, 0, "0", "0111111");
         row("256 clears", 0xFF, 3, "256", "1110111");
@@ -64,7 +64,7 @@ private slots:
 
     void fromXml_data()
     {
-        columns<QString, QStringList>("xml", "pins");
+        const Table<QString, QStringList> row("xml", "pins");
         const QString failure = "Failed to initialize from XML, aon";
         row("pins at any depth", "<a><pin/><b><pin pinListName='n'/></b></a>",
             listOf("?????, aon", "n, aon"));

@@ -111,7 +111,7 @@ private slots:
 
     void unwritableConfig_data()
     {
-        columns<QString, QString>("file", "message");
+        const Table<QString, QString> row("file", "message");
         row("no directory", "none/c", "E Failed to open none/c for writing");
         row("a directory", ".", "E Failed to open . for writing");
         row("FIFO with no reader", "fifo", "E Failed to open fifo for writing");
@@ -143,28 +143,26 @@ private slots:
 
     void loadConfig_data()
     {
-        columns<QByteArray, QString, QStringList>("text", "hostFirmware", "messages");
+        const Table<QByteArray, QString, QStringList> row("text", "hostFirmware", "messages");
         const QString loaded = "S Config file loaded!";
         const QString nothing = "E Nothing to update from config file";
         const QString malformed = "E Malformed config entry found: ";
         const QString duplicate = "E Config file contains duplicate key value: ";
-        row("padded", QByteArray("  Host FW Boot \t=  /h  \n\n"), "/h", listOf(loaded));
-        row("no spaces, cleared", QByteArray("Host FW Boot="), "", listOf(loaded));
-        row("indented comment", QByteArray(" \t'words\n"), "/old", listOf(nothing));
-        row("unknown keys", QByteArray("PlatformType = VKMD1\nhost fw boot = x\n"), "/old",
-            listOf(nothing));
-        row("two equals signs", QByteArray("Host FW Boot = /a=%1\nFlash-Layer = /f"), "/old",
+        row("padded", "  Host FW Boot \t=  /h  \n\n", "/h", listOf(loaded));
+        row("no spaces, cleared", "Host FW Boot=", "", listOf(loaded));
+        row("indented comment", " \t'words\n", "/old", listOf(nothing));
+        row("unknown keys", "PlatformType = VKMD1\nhost fw boot = x\n", "/old", listOf(nothing));
+        row("two equals signs", "Host FW Boot = /a=%1\nFlash-Layer = /f", "/old",
             listOf(malformed + "Host FW Boot = /a=%1", loaded));
-        row("no equals sign", QByteArray("words\n \nHost FW Boot = /h"), "/h",
+        row("no equals sign", "words\n \nHost FW Boot = /h", "/h",
             listOf(malformed + "words", malformed, loaded));
-        row("carriage returns", QByteArray("Host FW Boot = /h\r\n\r\n"), "/h",
-            listOf(malformed, loaded));
-        row("unknown key twice", QByteArray("x = 1\nx = 2\nHost FW Boot = /h\n"), "/h",
+        row("carriage returns", "Host FW Boot = /h\r\n\r\n", "/h", listOf(malformed, loaded));
+        row("unknown key twice", "x = 1\nx = 2\nHost FW Boot = /h\n", "/h",
             listOf(duplicate + "x = 2", loaded));
-        row("empty file", QByteArray(), "/old", listOf(nothing));
-        row("UTF-16", QTextCodec::codecForName("UTF-16")->fromUnicode(QString("Host FW Boot=/h")),
-            "/h", listOf(loaded));
-        row("not UTF-8", QByteArray("\xff\xc0=\xfe\nHost FW Boot=/h"), "/h", listOf(loaded));
+        row("empty file", {}, "/old", listOf(nothing));
+        row("UTF-16", QTextCodec::codecForName("UTF-16")->fromUnicode("Host FW Boot=/h"), "/h",
+            listOf(loaded));
+        row("not UTF-8", "\xff\xc0=\xfe\nHost FW Boot=/h", "/h", listOf(loaded));
         row("NUL bytes", QByteArray("a\0b\nHost FW Boot = /h", 21), "/h",
             listOf(malformed + QString::fromLatin1("a\0b", 3), loaded));
     }
@@ -181,7 +179,7 @@ private slots:
 
     void unreadableFiles_data()
     {
-        columns<QString>("file");
+        const Table<QString> row("file");
         row("missing", "missing");
         row("directory", ".");
         row("FIFO with no writer", "fifo");
@@ -218,7 +216,7 @@ private slots:
 
     void version_data()
     {
-        columns<bool>("valid");
+        const Table<bool> row("valid");
         for (const char *good : {"0.1", "0.1.0", "0.10", "0x1", "0.1%1"}) {
             row(good, true);
         }
@@ -244,7 +242,7 @@ private slots:
 
     void nodes_data()
     {
-        columns<QByteArray, int, QStringList>("nodes", "nodeCount", "errors");
+        const Table<QByteArray, int, QStringList> row("nodes", "nodeCount", "errors");
         const QByteArray four(8, '0');
         const QStringList none;
         row("valid",
@@ -252,8 +250,8 @@ private slots:
                 + node("c", "14", "8", QByteArray(16, '0')),
             3, none);
         row("comment counts", "<!-- c -->" + node("a", "0", "4", four), 2, none);
-        row("undeclared entity in an attribute",
-            QByteArray("<n name='a&nbsp;' offset='0' byte_cnt='0'/>"), 1, none);
+        row("undeclared entity in an attribute", "<n name='a&nbsp;' offset='0' byte_cnt='0'/>", 1,
+            none);
         row("first data element", node("a", "0", "4", four + "</data><data>0"), 1, none);
         row("offset and sizes", node("a", "0", "4", "0000000") + node("b%1", "10", "2", "00\n00"),
             2,
@@ -263,8 +261,8 @@ private slots:
         row("data is not trimmed", node("a", "0", "4", "\n" + four + " "), 1,
             listOf(sizeMismatch("4", "5", "0", "a")));
         row("signature is case-sensitive",
-            QByteArray("<n name='Signature x' offset='0' byte_cnt='4'/>"
-                       "<n name='signature' offset='4' byte_cnt='4'/>"),
+            "<n name='Signature x' offset='0' byte_cnt='4'/>"
+            "<n name='signature' offset='4' byte_cnt='4'/>",
             2, listOf(sizeMismatch("4", "0", "4", "signature")));
         const QStringList malformed = listOf("E ERROR: Malformed node!  ");
         row("malformed ends the section",
@@ -299,7 +297,7 @@ private slots:
 
     void encodings_data()
     {
-        columns<QString>("declaration");
+        const Table<QString> row("declaration");
         row("UTF-8", "");
         row("UTF-16", "");
         row("UTF-16LE", " encoding='UTF-16LE'");
@@ -318,9 +316,9 @@ private slots:
 
     void limitsOfXml_data()
     {
-        columns<QByteArray, bool>("xml", "valid");
-        row("empty", QByteArray(), false);
-        row("truncated", QByteArray("<p PLENKITVersion='0.1'><header>"), false);
+        const Table<QByteArray, bool> row("xml", "valid");
+        row("empty", {}, false);
+        row("truncated", "<p PLENKITVersion='0.1'><header>", false);
         row("not XML", QByteArray("\0\xff\xfe<p/>", 8), false);
         row("deepest", legacyXml(nested(999)), true);
         row("too deep", legacyXml(nested(1000)), false);
@@ -346,7 +344,7 @@ private slots:
 
     void declarations_data()
     {
-        columns<QByteArray, QByteArray, bool>("declarations", "content", "valid");
+        const Table<QByteArray, QByteArray, bool> row("declarations", "content", "valid");
         const QByteArray use = "&a;";
         const QByteArray none;
         row("long entity", entity("a", QByteArray(9000, 'x')), use, true);
@@ -444,7 +442,7 @@ private slots:
 
     void mapping_data()
     {
-        columns<QString, QStringList>("file", "keys");
+        const Table<QString, QStringList> row("file", "keys");
         row("any case", "a/%1/HOSTFW_A.BIN", listOf("Host FW Boot"));
         row("dot for any", "a/Controller_SignedXbin", listOf("Vendor Signed FW"));
         row("two rules", "a/Signed_annex_CDX_PACK.bin",
@@ -507,7 +505,7 @@ private slots:
 
     void patterns_data()
     {
-        columns<QString, QString, bool>("pattern", "fileName", "matches");
+        const Table<QString, QString, bool> row("pattern", "fileName", "matches");
         row("whole name", "abc", "abc", true);
         row("not the start", "abc", "xabc", false);
         row("not the end", "abc", "abcx", false);

@@ -80,7 +80,7 @@ private slots:
 
     void fileField_data()
     {
-        columns<QString, QString, QString>("attributes", "filter", "rules");
+        const Table<QString, QString, QString> row("attributes", "filter", "rules");
         const QString bin = "template='bin' ";
         const QString usual = "required input 0/0";
         row("no template: all else ignored",
@@ -121,7 +121,7 @@ private slots:
 
     void choiceField_data()
     {
-        columns<QString, int, QStringList>("field", "selectedIndex", "choices");
+        const Table<QString, int, QStringList> row("field", "selectedIndex", "choices");
         row("selected", "<choice selectedIndex='1'><x value='A'/><y value='B'/></choice>", 1,
             listOf("A", "B"));
         row("no number", "<choice selectedIndex='abc'><x value='A'/></choice>", -1, listOf("A"));
@@ -154,8 +154,8 @@ private slots:
 
     void columnFlags_data()
     {
-        columns<QString, bool, bool, bool>("columnElements", "firstVisible", "firstEditable",
-                                           "secondEditable");
+        const Table<QString, bool, bool, bool> row("columnElements", "firstVisible",
+                                                   "firstEditable", "secondEditable");
         const QString two = "<c name='A' visible='%1' isEditable='%1'/><c name='B'/>";
         row("by substring", two.arg("untrue"), true, true, false);
         row("case-sensitive", two.arg("True"), false, false, false);
@@ -201,7 +201,7 @@ private slots:
 
     void invalidDefinitions_data()
     {
-        columns<QString, QString>("definition", "line");
+        const Table<QString, QString> row("definition", "line");
         row("not closed", "<a>\n<b>\n</a>", "Line: 3");
         row("empty", "", "Line: 1");
         row("too deep", QString("<g>").repeated(200000), "Line: 1");
@@ -323,7 +323,7 @@ private slots:
 
     void choosingByText_data()
     {
-        columns<QString, int>("text", "selectedIndex");
+        const Table<QString, int> row("text", "selectedIndex");
         row("the last of equal entries", "A", 2);
         row("the first entry", "0", 0);
         row("in another case", "a", -1);
@@ -374,8 +374,8 @@ private slots:
 
     void checks_data()
     {
-        columns<QString, QString, QStringList, QStringList>("attributes", "path", "passed",
-                                                            "failed");
+        const Table<QString, QString, QStringList, QStringList> row("attributes", "path", "passed",
+                                                                    "failed");
         const QStringList none;
         const QString exists = "File path exists";
         const QString missing = "File path does not exist!";

@@ -39,11 +39,11 @@ private slots:
 
     void unusable_data()
     {
-        columns<QByteArray, QString>("content", "problem");
-        row("no JSON", QByteArray("{\n\"a\": }"), "p.json: line 2: not valid JSON");
-        row("a list", QByteArray("[]"), "it is not a JSON object");
-        row("no version", QByteArray("{}"), "\"schemaVersion\" is missing");
-        row("newer", QByteArray("{\"schemaVersion\": 2}"), "schemaVersion is 2, but this program");
+        const Table<QByteArray, QString> row("content", "problem");
+        row("no JSON", "{\n\"a\": }", "p.json: line 2: not valid JSON");
+        row("a list", "[]", "it is not a JSON object");
+        row("no version", "{}", "\"schemaVersion\" is missing");
+        row("newer", "{\"schemaVersion\": 2}", "schemaVersion is 2, but this program");
         row("wrong type", project("{}").replace("\"T\"", "7"), "\"target\" is not a text");
         row("unknown key", project("[], \"extra\": 1"), "unknown member \"extra\"");
         row("other target", project("[]").replace("\"T\"", "\"X\""), "is for the target \"X\"");
@@ -114,14 +114,13 @@ private slots:
 
     void differences_data()
     {
-        columns<QString, QByteArray, QString>("file", "content", "difference");
-        row("size", "work/drop/presigned/Controller_Signed.bin", QByteArray("x"),
+        const Table<QString, QByteArray, QString> row("file", "content", "difference");
+        row("size", "work/drop/presigned/Controller_Signed.bin", "x",
             "Presigned Controller FW +The size differs");
         row("content", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(31120, 'x'),
             "Probe Set +The content differs");
-        row("gone", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(),
-            "Probe Set +It does not exist");
-        row("image", "work/i.bin", QByteArray("x"), "");
+        row("gone", "work/drop/firmware/probe/D1_ProbeSet.bin", {}, "Probe Set +It does not exist");
+        row("image", "work/i.bin", "x", "");
     }
     void differences()
     {
@@ -211,7 +210,7 @@ private slots:
 
     void schemas_data()
     {
-        columns<QString>("arguments");
+        const Table<QString> row("arguments");
         row("info", "info");
         row("targets", "targets");
         row("ingredients", "ingredients");

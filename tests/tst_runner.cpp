@@ -66,16 +66,16 @@ private slots:
 
     void ends_data()
     {
-        columns<QByteArray, Kinds, int, QByteArray, int>("script", "kinds", "value", "output",
-                                                         "ignoredSignal");
-        const auto exited = [](const char *name, int status, const QByteArray &script,
-                               const QByteArray &output = {}, int ignoredSignal = 0) {
+        const Table<QByteArray, Kinds, int, QByteArray, int> row("script", "kinds", "value",
+                                                                 "output", "ignoredSignal");
+        const auto exited = [&row](const char *name, int status, const QByteArray &script,
+                                   const QByteArray &output = {}, int ignoredSignal = 0) {
             row(name, "#!/bin/sh\n" + script, Kinds{RunnerStatus::Exited}, status, output,
                 ignoredSignal);
         };
         const auto other
-            = [](const char *name, const Kinds &kinds, int value, const QByteArray &script) {
-                  row(name, script, kinds, value, QByteArray(), 0);
+            = [&row](const char *name, const Kinds &kinds, int value, const QByteArray &script) {
+                  row(name, script, kinds, value, {}, 0);
               };
         exited("exit status 3", 3, "exit 3");
         exited("arguments", 0, "printf '%s|' \"$@\"", "-k|a  b|-A|");
@@ -127,14 +127,14 @@ private slots:
 
     void nobodyIsLeft_data()
     {
-        columns<QByteArray, QString, int, int>("script", "hostDoes", "report", "exitCode");
+        const Table<QByteArray, QString, int, int> row("script", "hostDoes", "report", "exitCode");
         const QByteArray deaf = "trap '' HUP INT QUIT TERM; ";
         const QByteArray two = "setsid sleep 1000 & sleep 1000";
         const QByteArray supervisor = "$PPID";
         const QByteArray runner = "$(ps -o ppid= $PPID)";
         const int none = -1;
-        const auto behind = [](const char *name, const QByteArray &script) {
-            row(name, script, QString(), int(RunnerStatus::LeftBehind), 0);
+        const auto behind = [&row](const char *name, const QByteArray &script) {
+            row(name, script, {}, RunnerStatus::LeftBehind, 0);
         };
         behind("child that ignores TERM", deaf + "sleep 1000 &");
         behind("double fork in a session of its own",
@@ -142,21 +142,20 @@ private slots:
         behind("fork after fork",
                deaf + "export next='(: | :; exec sh -c \"$next\") &'; sh -c \"$next\"");
         behind("stopped child", "sleep 1000 & kill -STOP $!");
-        row("time-out", two, QString("sets a time-out"), int(RunnerStatus::TimedOut), 124);
-        row("stop", two, QString("stops"), int(RunnerStatus::Stopped), 128 + SIGTERM);
-        row("stop, deaf", deaf + two, QString("stops"), int(RunnerStatus::Stopped), 128 + SIGTERM);
+        row("time-out", two, "sets a time-out", RunnerStatus::TimedOut, 124);
+        row("stop", two, "stops", RunnerStatus::Stopped, 128 + SIGTERM);
+        row("stop, deaf", deaf + two, "stops", RunnerStatus::Stopped, 128 + SIGTERM);
         row("host gone, all descriptors closed",
-            deaf + "exec <&- >&- 2>&- 3>&- 4>&- 5>&- 6>&-; " + two, QString("dies"), none,
+            deaf + "exec <&- >&- 2>&- 3>&- 4>&- 5>&- 6>&-; " + two, "dies", none, 128 + SIGTERM);
+        row("TERM to the runner", "kill " + runner + "; " + two, {}, RunnerStatus::Stopped,
             128 + SIGTERM);
-        row("TERM to the runner", "kill " + runner + "; " + two, QString(),
-            int(RunnerStatus::Stopped), 128 + SIGTERM);
-        row("TERM to the supervisor", "kill " + supervisor + "; " + two, QString(),
-            int(RunnerStatus::Stopped), 128 + SIGTERM);
+        row("TERM to the supervisor", "kill " + supervisor + "; " + two, {}, RunnerStatus::Stopped,
+            128 + SIGTERM);
         // These two end the process at once, so QProcess gives the signal's number.
-        row("KILL to the runner", "sleep 1000 & kill -KILL " + runner + "; " + two, QString(),
-            int(RunnerStatus::Stopped), SIGKILL);
-        row("KILL to the supervisor", "sleep 1000 & kill -KILL " + supervisor + "; " + two,
-            QString(), none, SIGKILL);
+        row("KILL to the runner", "sleep 1000 & kill -KILL " + runner + "; " + two, {},
+            RunnerStatus::Stopped, SIGKILL);
+        row("KILL to the supervisor", "sleep 1000 & kill -KILL " + supervisor + "; " + two, {},
+            none, SIGKILL);
     }
     void nobodyIsLeft()
     {
@@ -189,14 +188,14 @@ private slots:
 
     void directories_data()
     {
-        columns<QString, bool, bool, bool>("moment", "isFinishSaid", "isKept", "isRemoved");
-        row("host gone before the start", QString("before"), false, false, true);
-        row("host gone while the stitcher runs", QString("while"), false, false, true);
-        row("host gone after its end", QString("after"), false, false, true);
-        row("kept", QString("while"), false, true, false);
-        row("finish before the start", QString("before"), true, false, false);
-        row("finish while the stitcher runs", QString("while"), true, false, false);
-        row("finish after its end", QString("after"), true, false, false);
+        const Table<QString, bool, bool, bool> row("moment", "isFinishSaid", "isKept", "isRemoved");
+        row("host gone before the start", "before", false, false, true);
+        row("host gone while the stitcher runs", "while", false, false, true);
+        row("host gone after its end", "after", false, false, true);
+        row("kept", "while", false, true, false);
+        row("finish before the start", "before", true, false, false);
+        row("finish while the stitcher runs", "while", true, false, false);
+        row("finish after its end", "after", true, false, false);
     }
     /// The host ends without reading what it was sent, which resets the connection.
     void directories()
@@ -229,8 +228,8 @@ private slots:
 
     void hostsEnd_data()
     {
-        columns<bool, bool, QStringList, int>("isStarted", "isPermitted", "emissions",
-                                              "exitStatus");
+        const Table<bool, bool, QStringList, int> row("isStarted", "isPermitted", "emissions",
+                                                      "exitStatus");
         row("run", true, true, QStringList{"started", "stitcherEnded", "ended"}, 4);
         row("dry run", true, false, QStringList{"started", "stitcherEnded", "ended"}, -1);
         row("nothing started", false, false, QStringList{"stitcherEnded", "ended"}, -1);

@@ -34,7 +34,7 @@ private slots:
     /// What the plug-in keeps of one data file must not be in the verdict on the next one.
     void dataFilesAreJudgedAlone_data()
     {
-        columns<QString>("way");
+        const Table<QString> row("way");
         row("opened as a file", "file");
         row("set as a value", "value");
         row("changed on disk", "disk");
@@ -94,7 +94,7 @@ private slots:
     /// Something on the way to the files changes, without a change of the files themselves.
     void directoriesAreWatched_data()
     {
-        columns<QString, QString, int>("opened", "command", "problems");
+        const Table<QString, QString, int> row("opened", "command", "problems");
         row("folder replaced", "work/s1", "mv work/s1 work/s0; mv broken work/s1", 5);
         row("symlink points elsewhere", "link", "ln -sfn broken link", 5);
         row("parent renamed", "work/s1", "mv work gone", 9);
@@ -125,7 +125,7 @@ private slots:
 
     void theImageIsToldFromTheValues_data()
     {
-        columns<QString, QString>("change", "changed");
+        const Table<QString, QString> row("change", "changed");
         row("a value", "value", "Presigned Codec FW");
         row("an input on disk", "input", "Signed_anchor_x.bin");
         row("the image on disk", "image", "i.bin");

@@ -25,7 +25,7 @@ private slots:
 
     void commands_data()
     {
-        columns<QString, int, QString, QString>("arguments", "status", "output", "errors");
+        const Table<QString, int, QString, QString> row("arguments", "status", "output", "errors");
         const QString none = "^$";
         const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
         const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
@@ -158,7 +158,7 @@ private slots:
     /// What must not be written, because it would overwrite what it is made of.
     void overwriting_data()
     {
-        columns<QString>("arguments");
+        const Table<QString> row("arguments");
         row("image is an input", "-d drop build -o in.bin");
         row("configuration", "-d drop -o soft.bin config");
         row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
@@ -190,8 +190,7 @@ private slots:
     /// A limit on the size of files stands for a full disk.
     void fullDisk_data()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<int>("limit"); // In units of 1024 bytes.
+        const Table<QString, int> row("arguments", "limit"); // In units of 1024 bytes.
         row("project", "-d GOOD project -o file", 1);
         row("manifest", "-d GOOD build -o i.bin --manifest file", 2);
     }
@@ -287,7 +286,7 @@ private slots:
 
     void plugins_data()
     {
-        columns<QString, QString>("file", "reason");
+        const Table<QString, QString> row("file", "reason");
         row("not found", "nope.so", "No plug-in found. Searched for: nope.so");
         row("a folder", ".", "is not a file that can be read");
         row("not a library", "text", "is not a shared library");
@@ -342,7 +341,7 @@ private slots:
 
     void surroundings_data()
     {
-        columns<QString, QString>("name", "value");
+        const Table<QString, QString> row("name", "value");
         row("display that is gone", "DISPLAY", ":4711");
         row("another platform", "QT_QPA_PLATFORM", "wayland;xcb");
         row("a theme", "QT_QPA_PLATFORMTHEME", "gtk3");
@@ -401,7 +400,7 @@ private slots:
     /// The stitcher's output on its way; $1 is the host, and the stitcher's image is $image.
     void output_data()
     {
-        columns<QByteArray, QString, QString>("stitcher", "script", "output");
+        const Table<QByteArray, QString, QString> row("stitcher", "script", "output");
         const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
         const QByteArray much = "seq 3000000; printf image > $image";
         const QByteArray endless = "touch started; exec yes";
@@ -416,14 +415,14 @@ private slots:
         row("non-blocking", much,
             "perl -MFcntl -e 'fcntl(STDOUT, F_SETFL, O_NONBLOCK); exec @ARGV' " + build + slowly,
             "^same\n$");
-        row("too slow", QByteArray("trap '' TERM; sleep 1000 & wait; sleep 1000"),
+        row("too slow", "trap '' TERM; sleep 1000 & wait; sleep 1000",
             build + " --timeout 0.3 2>&1; echo $?",
             "^(?!.*crashed).*did not finish within 0.3 s.*\n1\n$");
         row("stalled reader", endless,
             "mkfifo pipe; sleep 1000 < pipe & " + build + " > pipe & " + whenStarted + terminate,
             "^143\n$");
         row("stalled reader and time-out",
-            QByteArray("trap 'touch ended; exit 1' TERM; yes & while :; do wait; done"),
+            "trap 'touch ended; exit 1' TERM; yes & while :; do wait; done",
             "mkfifo pipe; sleep 1000 < pipe & reader=$!; " + build
                 + " --timeout 0.3 > pipe & "
                   "while [ ! -e ended ]; do sleep 0.02; done; kill $reader; wait $!; echo $?",
@@ -437,7 +436,7 @@ private slots:
         row("closed", dots, build + " >&-; echo $?", "^1\n$");
         row("full disk", dots, build + " 2>&1 > /dev/full; echo $?",
             "could not be written.*\n1\n$");
-        row("progress on a terminal", QByteArray("printf '1%%\\r2%%\\033'; exit 1"),
+        row("progress on a terminal", "printf '1%%\\r2%%\\033'; exit 1",
             "script -qec \"'$1' build --no-check -o i.bin\" /dev/null",
             "^loomwright: warning: Errors ignored because of --no-check: "
             "9.*\r\n1%\r2%\\\\u001b\r\n"
@@ -468,7 +467,7 @@ private slots:
 
     void interrupt_data()
     {
-        columns<int>("number");
+        const Table<int> row("number");
         row("INT", SIGINT);
         row("TERM", SIGTERM);
         row("HUP", SIGHUP);

@@ -70,7 +70,7 @@ private slots:
 
     void aNewValueSettles_data()
     {
-        columns<QString>("ingredient");
+        const Table<QString> row("ingredient");
         row("two candidates", "Host FW");
         row("failed check", "Presigned Secure Annex");
     }
@@ -92,7 +92,7 @@ private slots:
 
     void rejectedInputs_data()
     {
-        columns<QString, QString>("input", "text");
+        const Table<QString, QString> row("input", "text");
         row("no directory", "d:nothing", "there is no such directory");
         row("a file as directory", "d:file", "it is not a directory");
         row("an empty directory", "d:empty", "no file name in it matches");
@@ -122,7 +122,7 @@ private slots:
 
     void findings_data()
     {
-        columns<QString, QString, QString, bool>("name", "text", "actual", "fatal");
+        const Table<QString, QString, QString, bool> row("name", "text", "actual", "fatal");
         row("directory", ".", "not a regular file", "a directory", false);
         row("device", "/dev/zero", "not a regular file", "a device", false);
         row("FIFO", "fifo", "not a regular file", "a FIFO", false);
@@ -162,7 +162,7 @@ private slots:
 
     void unusableImages_data()
     {
-        columns<QString, QString>("image", "text");
+        const Table<QString, QString> row("image", "text");
         row("symlink", "link", "The image is a symlink");
         row("directory", ".", "The image is a directory");
         row("in a directory that cannot be written", "locked/i.bin",
@@ -247,7 +247,7 @@ private slots:
     /// The plug-in would verify an earlier data file again, so it must not be there any more.
     void dataFiles_data()
     {
-        columns<QString, int>("input", "problems");
+        const Table<QString, int> row("input", "problems");
         row("replaced", "good/platform/veldmark-d1.xml", 0);
         row("loaded again", "broken/platform/veldmark-d1.xml", 2);
         row("another ingredient", "good/firmware/probe/D1_ProbeSet.bin", 2);
@@ -307,7 +307,7 @@ private slots:
 
     void writing_data()
     {
-        columns<QString, QString>("file", "problem");
+        const Table<QString, QString> row("file", "problem");
         row("new", "new", "");
         row("existing", "old", "");
         row("through a symlink", "link", "");

@@ -118,10 +118,10 @@ private slots:
 
     void unsavedChanges_data()
     {
-        columns<QString, bool, QByteArray>("answer", "closed", "saved");
-        row("cancelled", "Cancel", false, QByteArray("/a\""));
-        row("discarded", "Discard", true, QByteArray("/a\""));
-        row("saved", "Save", true, QByteArray("/b\""));
+        const Table<QString, bool, QByteArray> row("answer", "closed", "saved");
+        row("cancelled", "Cancel", false, "/a\"");
+        row("discarded", "Discard", true, "/a\"");
+        row("saved", "Save", true, "/b\"");
     }
     void unsavedChanges()
     {
@@ -140,7 +140,7 @@ private slots:
 
     void anotherProgramSaves_data()
     {
-        columns<QString, bool>("answer", "replaced");
+        const Table<QString, bool> row("answer", "replaced");
         row("kept", "Cancel", false);
         row("replaced", "Replace", true);
     }

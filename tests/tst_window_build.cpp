@@ -84,10 +84,10 @@ private slots:
 
     void stop_data()
     {
-        columns<QByteArray, QString>("stitcher", "state");
+        const Table<QByteArray, QString> row("stitcher", "state");
         const QByteArray write = "while IFS=' ' read -r key equals value; do "
                                  "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
-        row("the stitcher", QByteArray("exec sleep 1000"), "is running");
+        row("the stitcher", "exec sleep 1000", "is running");
         row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing");
     }
     void stop()
@@ -108,10 +108,9 @@ private slots:
 
     void whatTheStitcherReports_data()
     {
-        columns<QByteArray, QString, QString>("stitcher", "state", "errors");
-        row("a failure without output", QByteArray("exit 3"), "exit status 3", "");
-        row("one error line", QByteArray("echo e >&2; exit 3"), "exit status 3",
-            "1 error line in the log");
+        const Table<QByteArray, QString, QString> row("stitcher", "state", "errors");
+        row("a failure without output", "exit 3", "exit status 3", "");
+        row("one error line", "echo e >&2; exit 3", "exit status 3", "1 error line in the log");
         row("a warning of a good build",
             QByteArray("echo 'a\nb' >&2; exec '" EXAMPLES_FOLDER "/tamblin-stitcher' \"$@\""), "✔",
             "3 error lines in the log");
@@ -141,7 +140,7 @@ private slots:
     /// Something on the way to the files changes, without a change of the files themselves.
     void theFolderChangesAfterABuild_data()
     {
-        columns<QString, QString>("opened", "command");
+        const Table<QString, QString> row("opened", "command");
         row("another folder in its place", "s1", "mv s1 s0; mv s2 s1");
         row("a symlink that points elsewhere", "link", "ln -sfn s2 link");
         row("a parent is renamed", "up/s", "mv up down");
@@ -167,7 +166,7 @@ private slots:
     /// Tab goes through what is visible, in the order in which it is read.
     void tabOrder_data()
     {
-        columns<QString, bool, QStringList>("opened", "built", "order");
+        const Table<QString, bool, QStringList> row("opened", "built", "order");
         row("problems", broken(), false, QStringList{"problemList", "ingredientTree"});
         row("a build", sample(), true,
             QStringList{"showErrors", "copyHash", "showInFolder", "logSearch", "", "", "", "", "",

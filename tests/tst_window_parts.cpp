@@ -52,7 +52,7 @@ private slots:
     /// Messages become lines; whatever else ends a line in a document is no line too many.
     void logLines_data()
     {
-        columns<QString, QString>("message", "shown");
+        const Table<QString, QString> row("message", "shown");
         row("line ends", "a\r\nb\rc\n\ne\n", "a\nb\nc\n\ne");
         row("paragraph separator", QString("a%1b").arg(QChar(0x2029)), "a\nb");
         row("HTML", "<h1>a</h1>&amp;", "<h1>a</h1>&amp;");
@@ -71,7 +71,7 @@ private slots:
 
     void logSearch_data()
     {
-        columns<QString, QString, int, QString>("wanted", "keys", "block", "state");
+        const Table<QString, QString, int, QString> row("wanted", "keys", "block", "state");
         row("as typed", "ALPHA", "", 0, "");
         row("next", "alpha", "n", 2, "");
         row("around the end", "alpha", "nn", 0, "Continued from the start");
@@ -285,7 +285,7 @@ private slots:
 
     void settings_data()
     {
-        columns<QString, QString, QString>("plugin", "stitcher", "problem");
+        const Table<QString, QString, QString> row("plugin", "stitcher", "problem");
         const QString plain = writeFile(folder.filePath("<b>plain"), "x");
         row("nothing chosen", "", "", "");
         row("both valid", PLUGIN_LIBRARY, EXAMPLES_FOLDER "/tamblin-stitcher", "");
@@ -343,7 +343,7 @@ private slots:
 
     void program_data()
     {
-        columns<QStringList, int, QString>("arguments", "status", "printed");
+        const Table<QStringList, int, QString> row("arguments", "status", "printed");
         row("help", QStringList("--help"), 0, "--plugin <FILE>");
         row("version", QStringList("--version"), 0, "loomwright-gui ");
         row("unknown option", QStringList("--nope"), 2, "'nope'");

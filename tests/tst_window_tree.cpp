@@ -43,7 +43,7 @@ private slots:
 
     void edit_data()
     {
-        columns<int, QString, bool>("column", "end", "taken");
+        const Table<int, QString, bool> row("column", "end", "taken");
         row("Enter", 1, "Enter", true);
         row("from the name", 0, "Enter", true);
         row("Escape", 1, "Escape", false);
@@ -140,7 +140,7 @@ private slots:
 
     void dropOnARow_data()
     {
-        columns<QString, QString>("file", "value");
+        const Table<QString, QString> row("file", "value");
         row("a file", "any name", "any name");
         row("two files", "HostFW_a.bin|HostFWSupp_a.bin", "HostFW_a.bin");
         row("a configuration", "c.txt", "/from/config");
@@ -167,7 +167,7 @@ private slots:
 
     void typedPaths_data()
     {
-        columns<QString, QString>("typed", "path");
+        const Table<QString, QString> row("typed", "path");
         row("a URL", "file:///a%20b/c.bin", "/a b/c.bin");
         row("below the home folder", "~/c.bin", QDir::homePath() + "/c.bin");
         row("spaces around it", "  /a b/c.bin ", "/a b/c.bin");
@@ -318,8 +318,8 @@ private slots:
 
     void whatIsRefusedIsShownOnce_data()
     {
-        columns<QString, QByteArray, QString>("name", "content", "refusal");
-        row("fits nothing", "<h1>nothing.dat", QByteArray("x"), "<h1>nothing.dat");
+        const Table<QString, QByteArray, QString> row("name", "content", "refusal");
+        row("fits nothing", "<h1>nothing.dat", "x", "<h1>nothing.dat");
         row("another target", "p.json",
             QByteArray(R"({"schemaVersion": 1, "target": "T", "ingredients": []})"),
             "is for the target \"T\"");
