@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/core/stitcherrun.h"
+#include "host/runner/runnerprotocol.h"
 #include "processes.h"
 #include "row.h"
 
@@ -188,14 +188,14 @@ private slots:
 
     void directories_data()
     {
-        const Table<QString, bool, bool, bool> row("moment", "isFinishSaid", "isKept", "isRemoved");
-        row("host gone before the start", "before", false, false, true);
-        row("host gone while the stitcher runs", "while", false, false, true);
-        row("host gone after its end", "after", false, false, true);
-        row("kept", "while", false, true, false);
-        row("finish before the start", "before", true, false, false);
-        row("finish while the stitcher runs", "while", true, false, false);
-        row("finish after its end", "after", true, false, false);
+        const Table<QString, bool, bool> row("moment", "isFinishSaid", "isKept");
+        row("host gone before the start", "before", false, false);
+        row("host gone while the stitcher runs", "while", false, false);
+        row("host gone after its end", "after", false, false);
+        row("kept", "while", false, true);
+        row("finish before the start", "before", true, false);
+        row("finish while the stitcher runs", "while", true, false);
+        row("finish after its end", "after", true, false);
     }
     /// The host ends without reading what it was sent, which resets the connection.
     void directories()
@@ -203,7 +203,6 @@ private slots:
         QFETCH(QString, moment);
         QFETCH(bool, isFinishSaid);
         QFETCH(bool, isKept);
-        QFETCH(bool, isRemoved);
         QVERIFY(QFile::link("../outside", folder->filePath("work/link")));
         QDir(folder->filePath("work")).mkpath("deep/er");
         request.isKept = isKept;
@@ -221,46 +220,9 @@ private slots:
         close(std::exchange(host, -1));
         QVERIFY(program->waitForFinished());
         QCOMPARE(QFile::exists(folder->filePath("ready")), moment != "before");
-        QCOMPARE(!QFile::exists(folder->filePath("staging")), isRemoved);
-        QCOMPARE(!QFile::exists(folder->filePath("work")), isRemoved);
+        QCOMPARE(QFile::exists(folder->filePath("staging")), isFinishSaid || isKept);
+        QCOMPARE(QFile::exists(folder->filePath("work")), isFinishSaid || isKept);
         QVERIFY(QFile::exists(folder->filePath("outside/file")));
-    }
-
-    void hostsEnd_data()
-    {
-        const Table<bool, bool, QStringList, int> row("isStarted", "isPermitted", "emissions",
-                                                      "exitStatus");
-        row("run", true, true, QStringList{"started", "stitcherEnded", "ended"}, 4);
-        row("dry run", true, false, QStringList{"started", "stitcherEnded", "ended"}, -1);
-        row("nothing started", false, false, QStringList{"stitcherEnded", "ended"}, -1);
-    }
-    void hostsEnd()
-    {
-        QFETCH(bool, isStarted);
-        QFETCH(bool, isPermitted);
-        const QByteArray path = qgetenv("PATH");
-        StitcherRun run;
-        QStringList emitted;
-        QStringList commandLine;
-        connect(&run, &StitcherRun::started, this, [&] {
-            emitted << "started";
-            commandLine = run.commandLine();
-            isPermitted ? run.permit() : run.finish();
-        });
-        connect(&run, &StitcherRun::stitcherEnded, this, [&] {
-            emitted << "stitcherEnded";
-            run.finish();
-        });
-        connect(&run, &StitcherRun::ended, this, [&] { emitted << "ended"; });
-        startBy(run, "#!/bin/sh\n[ \"$TMPDIR\" = " + folderVariable + "/work ] && exit 4\n",
-                isStarted);
-        QCOMPARE(emitted, QStringList());
-        QCOMPARE(qgetenv("PATH"), path);
-        QTRY_VERIFY(emitted.contains("ended"));
-        QTEST(emitted, "emissions");
-        QCOMPARE(commandLine, isStarted ? arguments : QStringList());
-        QTEST(run.reported(RunnerStatus::Exited).value_or(-1), "exitStatus");
-        QVERIFY(QFile::exists(folder->filePath("staging/file")));
     }
 
     void byHand()
@@ -309,21 +271,6 @@ private:
         program->start(RUNNER_PROGRAM, arguments);
         close(ends[1]);
         QVERIFY(program->waitForStarted());
-    }
-
-    /// Starts the runner as a plug-in does; @p run is the host.
-    void startBy(StitcherRun &run, const QByteArray &stitcher, bool isStarted)
-    {
-        const StitcherRequest parameters
-            = {writeStitcherFile(stitcher), folder->filePath("staging"), folder->filePath("work")};
-        qputenv(processMark, mark());
-        const QString problem = run.start(parameters, [&] {
-            if (isStarted) {
-                program->start("tamblin-stitcher", arguments);
-            }
-        });
-        qunsetenv(processMark);
-        QCOMPARE(problem, QString());
     }
 
     void say(HostCommand command)
