@@ -39,6 +39,9 @@ inline void writeStitcher(const QString &folder, const QByteArray &body)
     QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+/// For the script of a stitcher: sets $image to the file that it has to write.
+const QByteArray findImage = "image=$(sed -n 's/^ImageName = //p' \"$4\"); ";
+
 /// Makes the sample platform directory, valid or broken, at @p folder.
 inline bool makeSample(const QString &folder, bool isBroken = false)
 {

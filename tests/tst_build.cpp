@@ -448,10 +448,9 @@ private:
     BuildOptions stitcher(const QByteArray &script)
     {
         writeStitcher(folder->path(),
-                      "image=$(sed -n 's/^ImageName = //p' \"$4\") final=" + quoted(image)
-                          + " place=" + quoted(folder->filePath("place"))
-                          + " input=" + quoted(input) + " go=" + quoted(folder->filePath("go"))
-                          + '\n' + script);
+                      findImage + "final=" + quoted(image) + " place="
+                          + quoted(folder->filePath("place")) + " input=" + quoted(input)
+                          + " go=" + quoted(folder->filePath("go")) + '\n' + script);
         BuildOptions options;
         options.stitcher = folder->filePath("tamblin-stitcher");
         if (script.isEmpty()) {

@@ -30,7 +30,6 @@ private slots:
         const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
         const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
         row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
-        row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
@@ -110,6 +109,9 @@ private slots:
             "Not building: see the errors above. Use --no-check to build anyway.\n$");
         row("build with a rejected input", "-q -d GOOD -s XML=x build --no-check", 1, "FAIL",
             "Not building: see the errors above.\n$");
+        row("line feed in a value", "-q -s Flash-Layer=/a\nb config", 1, none, "control character");
+        row("build with a line feed in a value", "-q -s Flash-Layer=/a\nb build --no-check -o i", 1,
+            "control character", "Not building");
         row("stitcher that is none", "-q build --no-check -o i --stitcher /etc/passwd", 1, none,
             "/etc/passwd is not executable");
     }
@@ -185,57 +187,6 @@ private slots:
         QCOMPARE(readFile(input), QByteArray("precious"));
         QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));
         QVERIFY(!QFile::exists(host.path("started")));
-    }
-
-    /// A limit on the size of files stands for a full disk.
-    void fullDisk_data()
-    {
-        const Table<QString, int> row("arguments", "limit"); // In units of 1024 bytes.
-        row("project", "-d GOOD project -o file", 1);
-        row("manifest", "-d GOOD build -o i.bin --manifest file", 2);
-    }
-    void fullDisk()
-    {
-        QFETCH(QString, arguments);
-        writeStitcher(host.folder->path(),
-                      "printf image > \"$(sed -n 's/^ImageName = //p' \"$4\")\"");
-        writeFile(host.path("file"), "old");
-        const QString words = "'" + host.words(arguments).join("' '") + "'";
-        QFETCH(int, limit);
-        const Run run
-            = host.shell(QString("trap '' XFSZ; ulimit -f %1; \"$1\" -q %2").arg(limit).arg(words));
-        QCOMPARE(run.status, 1);
-        QVERIFY2(matches(run.errors, "/file cannot be written: File too large\\.\n$"),
-                 qPrintable(run.errors));
-        QCOMPARE(readFile(host.path("file")), QByteArray("old"));
-    }
-
-    void controlCharacters()
-    {
-        const QString drop = host.path("a\nImageName = b");
-        QDir().mkdir(drop);
-        writeFile(drop + "/HostFW_1.bin", "x");
-        for (const QString command : {"config", "build --no-check"}) {
-            const Run run = host.start(QStringList{"-q", "-d", drop} + command.split(' '));
-            QCOMPARE(run.status, 1);
-            QVERIFY2(matches(run.output + run.errors, "Host FW.*control character"),
-                     qPrintable(run.output + run.errors));
-        }
-    }
-
-    /// On a terminal, which script(1) provides, and in a pipe.
-    void escapeSequences()
-    {
-        QDir(host.folder->path()).mkdir("drop");
-        writeFile(host.path("drop/HostFW_\033[2Jx.bin"), "x");
-        const Run pipe = host.start("-d drop ingredients");
-        QVERIFY(pipe.output.contains("HostFW_\033[2Jx.bin"));
-        const Run terminal = host.shell("script -qec \"'$1' -v -d drop ingredients\" /dev/null");
-        QVERIFY2(terminal.output.contains("/HostFW_\\u001b[2Jx.bin"), qPrintable(terminal.output));
-        QVERIFY(!terminal.output.contains("\033[2J"));
-        const Run coloured = host.shell("TERM=xterm script -qec \"'$1' -q validate /\" /dev/null");
-        QVERIFY2(coloured.output.endsWith("\n\033[31m/: not valid\033[0m\r\n"),
-                 qPrintable(coloured.output));
     }
 
     void dryRun()
@@ -339,40 +290,6 @@ private slots:
         QCOMPARE(quiet.json()["summary"].toObject()["failed"].toInt(), 2);
     }
 
-    void surroundings_data()
-    {
-        const Table<QString, QString> row("name", "value");
-        row("display that is gone", "DISPLAY", ":4711");
-        row("another platform", "QT_QPA_PLATFORM", "wayland;xcb");
-        row("a theme", "QT_QPA_PLATFORMTHEME", "gtk3");
-        row("no home", "HOME", "/nonexistent");
-        row("unknown locale", "LC_ALL", "de_DE.ISO-8859-1");
-    }
-    void surroundings()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, value);
-        host.environment.insert(name, value);
-        const Run run = host.start("-q -d GOOD --image i.bin check");
-        QCOMPARE(run.errors, QString());
-        QCOMPARE(run.status, 0);
-        QCOMPARE(QDir(host.folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList());
-    }
-
-    void build()
-    {
-        host.environment.insert("PATH", EXAMPLES_FOLDER ":" + host.environment.value("PATH"));
-        const QString image = host.path("image.bin");
-        const Run run = host.start("--json -d GOOD build -o image.bin");
-        QCOMPARE(run.status, 0);
-        const QByteArray first = readFile(image);
-        QCOMPARE(run.json()["image"].toString(), image);
-        QCOMPARE(run.json()["size"].toInt(), first.size());
-        QCOMPARE(run.json()["sha256"].toString(),
-                 QString(QCryptographicHash::hash(first, QCryptographicHash::Sha256).toHex()));
-    }
-
     /// One that is left out in one of these places would be missing in the image, or unknown to users.
     void everyInputIsInConfigurationImageAndManual()
     {
@@ -444,6 +361,29 @@ private slots:
         row("deleted current directory", dots,
             "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",
             "current directory no longer exists\\..*\n1\n$");
+        const QString good = " -q -d '" + host.samples.filePath("good") + "' ";
+        const QString fullDisk = "echo old > file; trap '' XFSZ; ulimit -f %1; \"$1\"" + good
+            + "%2 2>&1; echo $?; cat file";
+        const QString unwritten = "/file cannot be written: File too large\\.\n1\nold\n$";
+        row("full disk for a project", dots, fullDisk.arg("1", "project -o file"), unwritten);
+        row("full disk for a manifest", dots, fullDisk.arg("2", "build -o i.bin --manifest file"),
+            unwritten);
+        row("full disk for the configuration", dots,
+            "trap '' XFSZ; ulimit -f 0; " + build + " 2>&1; echo $?",
+            "not started. Failed to save Config file.*\n1\n$");
+        row("other surroundings", dots,
+            "for each in DISPLAY=:4711 'QT_QPA_PLATFORM=wayland;xcb' QT_QPA_PLATFORMTHEME=gtk3 "
+            "HOME=/nonexistent LC_ALL=de_DE.ISO-8859-1; do env \"$each\" \"$1\""
+                + good + "--image i.bin check 2>&1; done; ls",
+            "^(14 checks: 14 passed, 0 failed\n){5}tamblin-stitcher\n$");
+        const QString drop = "mkdir drop; : > drop/$'HostFW_\\e[2Jx.bin'; ";
+        row("escape sequence in a pipe", dots, drop + "\"$1\" -d drop ingredients",
+            "/HostFW_\033\\[2Jx\\.bin");
+        row("escape sequence on a terminal", dots,
+            drop + "script -qec \"'$1' -v -d drop ingredients\" /dev/null",
+            "^(?!.*\033\\[2J).*/HostFW_\\\\u001b\\[2Jx\\.bin");
+        row("colour on a terminal", dots, "TERM=xterm script -qec \"'$1' -q validate /\" /dev/null",
+            "\n\033\\[31m/: not valid\033\\[0m\r\n$");
         row("no temporary directory", dots, "TMPDIR=/no/where " + build + " 2>&1; echo $?",
             "TMPDIR is set to /no/where, which does not exist.\n1\n$");
         row("ignored HUP",
@@ -458,8 +398,7 @@ private slots:
         QFETCH(QString, script);
         QFETCH(QString, output);
         writeStitcher(host.folder->path(),
-                      "image=$(sed -n 's/^ImageName = //p' $4); cd " + quoted(host.folder->path())
-                          + '\n' + stitcher);
+                      findImage + "cd " + quoted(host.folder->path()) + '\n' + stitcher);
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
         QCOMPARE(processesOf(mark), QStringList());

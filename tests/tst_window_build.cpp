@@ -85,10 +85,8 @@ private slots:
     void stop_data()
     {
         const Table<QByteArray, QString> row("stitcher", "state");
-        const QByteArray write = "while IFS=' ' read -r key equals value; do "
-                                 "[ \"$key\" = ImageName ] && image=$value; done < \"$4\"; ";
         row("the stitcher", "exec sleep 1000", "is running");
-        row("the hashing", write + "truncate -s 64G \"$image\"", "Hashing");
+        row("the hashing", findImage + "truncate -s 64G \"$image\"", "Hashing");
     }
     void stop()
     {
