@@ -41,55 +41,6 @@ private slots:
         plugin.reset();
     }
 
-    /// One problem for each thing that is wrong, causes first.
-    void brokenSample()
-    {
-        QVERIFY(values->fillFromDirectory(samples.filePath("broken")));
-        values->check();
-        const QStringList expected{
-            "Host FW: 2 candidates found; HostFW_.* is used",
-            "Legacy XML Data File: ERROR: Offset mismatch!.*",
-            "Legacy XML Data File: ERROR: Size mismatch!.*",
-            "Presigned Controller FW: File size is incorrect",
-            "Presigned Secure Annex: File path is empty",
-        };
-        QCOMPARE(texts().count(), expected.count());
-        for (int i = 0; i < expected.count(); ++i) {
-            QVERIFY2(QRegularExpression("^" + expected.at(i) + "$").match(texts().at(i)).hasMatch(),
-                     qPrintable(texts().at(i)));
-        }
-        const Problem candidates = values->problems().first();
-        QCOMPARE(candidates.files.count(), 2);
-        QCOMPARE(candidates.files.first(), valueOf("Host FW"));
-        QFile::copy(candidates.files.last(), "spare");
-        QVERIFY(QFile::remove(candidates.files.last()));
-        values->check();
-        QVERIFY(values->problems().first().kind != ProblemKind::Candidates);
-        QVERIFY(QFile::rename("spare", candidates.files.last()));
-    }
-
-    void aNewValueSettles_data()
-    {
-        const Table<QString> row("ingredient");
-        row("two candidates", "Host FW");
-        row("failed check", "Presigned Secure Annex");
-    }
-    void aNewValueSettles()
-    {
-        QFETCH(QString, ingredient);
-        values->fillFromDirectory(samples.filePath("broken"));
-        values->check();
-        const int before = values->problems().count();
-        QSignalSpy changes(values.data(), &Values::changed);
-        // In the model, as a window edits it.
-        const Ingredient edited = *findIngredient(values->ingredients(), ingredient);
-        QVariant value;
-        valueFromText(writeFile(folder->filePath("new.bin"), "new"), edited.value, &value);
-        QVERIFY(plugin->model()->setData(edited.index, value, Qt::EditRole));
-        QCOMPARE(changes.count(), 1);
-        QCOMPARE(values->problems().count(), before - 1);
-    }
-
     void rejectedInputs_data()
     {
         const Table<QString, QString> row("input", "text");
@@ -163,6 +114,7 @@ private slots:
     void unusableImages_data()
     {
         const Table<QString, QString> row("image", "text");
+        row("none", "", "No image is named");
         row("symlink", "link", "The image is a symlink");
         row("directory", ".", "The image is a directory");
         row("in a directory that cannot be written", "locked/i.bin",
@@ -185,14 +137,6 @@ private slots:
         QCOMPARE(problems.count(), 1);
         QVERIFY2(problems.first().text.contains(text), qPrintable(problems.first().text));
         QVERIFY(blocked);
-    }
-
-    void noImage()
-    {
-        QVERIFY(values->fillFromDirectory(samples.filePath("good")));
-        QVERIFY(values->setImage(QString()));
-        values->check();
-        QCOMPARE(texts(), QStringList("Output file name: No image is named"));
     }
 
     void skippedEntries()
@@ -295,16 +239,6 @@ private slots:
         QVERIFY(values->hasOutdatedDataFiles());
     }
 
-    void stagedImage()
-    {
-        QSignalSpy changes(values.data(), &Values::changed);
-        QString seen;
-        values->withImage("/elsewhere/i.bin", [&] { seen = valueOf("Output file name"); });
-        QCOMPARE(seen, QString("/elsewhere/i.bin"));
-        QCOMPARE(values->image(), folder->filePath("i.bin"));
-        QCOMPARE(changes.count(), 0);
-    }
-
     void writing_data()
     {
         const Table<QString, QString> row("file", "problem");
@@ -316,7 +250,6 @@ private slots:
         row("directory", ".", "not a regular file");
         row("no directory", "nowhere/x", "No such file or directory");
         row("directory that cannot be written", "locked/x", "Permission denied");
-        row("full disk", "/dev/full", "not a regular file");
     }
     void writing()
     {
