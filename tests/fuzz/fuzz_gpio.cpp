@@ -4,16 +4,10 @@
 #include "gpio/gpiobittoggle.h"
 #include "gpio/gpiomodel.h"
 #include "require.h"
-#include "tests/flatproxy.h"
-
-#include <QAbstractItemModelTester>
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
     GpioModel model(textOf(data, size));
-    FlatProxy proxy(&model);
-    const QAbstractItemModelTester tester(&proxy,
-                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
     const int rows = model.rowCount();
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column < model.columnCount(); ++column) {
