@@ -54,18 +54,14 @@ public:
             .replaceInStrings("BROKEN", samples.filePath("broken"));
     }
 
-    Run start(const QStringList &arguments, const QByteArray &input = {}) const
+    Run start(const QString &line) const
     {
-        return run(HOST_PROGRAM, arguments, input);
-    }
-    Run start(const QString &line, const QByteArray &input = {}) const
-    {
-        return start(words(line), input);
+        return run(HOST_PROGRAM, words(line));
     }
     /// Runs a shell script with the host's path as $1.
     Run shell(const QString &script) const
     {
-        return run("bash", {"-c", script, "bash", HOST_PROGRAM}, {});
+        return run("bash", {"-c", script, "bash", HOST_PROGRAM});
     }
 
     QString path(const QString &name) const
@@ -78,13 +74,12 @@ public:
     QProcessEnvironment environment;
 
 private:
-    Run run(const QString &file, const QStringList &arguments, const QByteArray &input) const
+    Run run(const QString &file, const QStringList &arguments) const
     {
         QProcess program;
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(folder->path());
         program.start(file, arguments);
-        program.write(input);
         program.closeWriteChannel();
         Run run;
         if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {

@@ -5,7 +5,6 @@
 #include "host/core/plugin.h"
 #include "host/core/stitcher.h"
 #include "host/core/values.h"
-#include "privileges.h"
 #include "processes.h"
 #include "row.h"
 
@@ -45,14 +44,14 @@ private slots:
         image = folder->filePath("place/i.bin");
         input = writeFile(folder->filePath("input.bin"), "input");
         qputenv("TMPDIR", QFile::encodeName(folder->filePath("tmp")));
-        qputenv(processMark, mark());
+        qputenv(processMark, QFile::encodeName(folder->path()));
         QVERIFY(values->setValue("ImageName", image));
         QVERIFY(values->setValue("Host FW", input));
     }
     void cleanup()
     {
         build.reset();
-        QTRY_COMPARE(processesOf(mark()), QStringList());
+        QTRY_COMPARE(processesOf(folder->path()), QStringList());
         QTRY_COMPARE(leftovers(), QStringList());
     }
 
@@ -106,7 +105,7 @@ private slots:
                 QCOMPARE(readFile(image), result.isSuccess ? QByteArray("new") : old);
             }
             QCOMPARE(values->image(), image);
-            QTRY_COMPARE(processesOf(mark()), QStringList());
+            QTRY_COMPARE(processesOf(folder->path()), QStringList());
             QTRY_COMPARE(leftovers(), QStringList());
         }
     }
@@ -122,10 +121,6 @@ private slots:
         QVERIFY(!result.configuration.contains(".loomwright-"));
         QVERIFY(readFile(image).contains("/.loomwright-"));
         QCOMPARE(result.image.state.size, QFileInfo(image).size());
-        QCOMPARE(result.image.sha256, hashOf(image));
-        QCOMPARE(result.inputs.first().sha256, hashOf(input));
-        QCOMPARE(result.stitcher.sha256, hashOf(folder->filePath("tamblin-stitcher")));
-        QCOMPARE(result.manifest.build->imageSha256, hashOf(image));
         QVERIFY(FileState::of(image) == result.image.state);
         QCOMPARE(run(stitcher("exit 9")).exitStatus, 9);
         QCOMPARE(run(stitcher("kill -KILL $$")).signalNumber, SIGKILL);
@@ -231,12 +226,9 @@ private slots:
     void rejectedImages_data()
     {
         const Table<QByteArray, QString> row("command", "reason");
-        row("directory", "mkdir i.bin", "is not a regular file");
         row("symlink", "ln -s input.bin i.bin", "is not a regular file");
         row("FIFO", "mkfifo i.bin", "is not a regular file");
         row("no directory", "rm -r ../place", "cannot be written: No such file");
-        row("directory that cannot be written", "chmod 555 .",
-            "place cannot be written: Permission denied");
         row("stitcher", "ln ../tamblin-stitcher i.bin", "are the same file");
     }
     void rejectedImages()
@@ -248,10 +240,8 @@ private slots:
         writeFile(place + "/input.bin", "input");
         QCOMPARE(QProcess::execute("sh", {"-c", "cd " + quoted(place) + "; " + command}), 0);
         const QStringList before = QDir(place).entryList(QDir::AllEntries | QDir::System);
-        const WithoutPrivileges user;
         const BuildResult result = run(options);
-        QVERIFY2(QRegularExpression(reason).match(result.reason).hasMatch(),
-                 qPrintable(result.reason));
+        QVERIFY2(result.reason.contains(reason), qPrintable(result.reason));
         QCOMPARE(QDir(place).entryList(QDir::AllEntries | QDir::System), before);
         QCOMPARE(readFile(place + "/input.bin"), QByteArray(before.isEmpty() ? "" : "input"));
     }
@@ -305,33 +295,29 @@ private slots:
         const QSet<QByteArray> whole{"old", "half and more"};
         std::minstd_rand random(1);
         for (int round = 0; round < killRounds(); ++round) {
+            init(); // What the last round has left is removed.
             writeFile(image, "old");
             stitcher(script);
             QProcess host;
             startHost(&host);
             QVERIFY(host.waitForStarted());
             QTest::qWait(int(random() % 120));
-            for (const QString &process : processesOf(mark())) {
+            for (const QString &process : processesOf(folder->path())) {
                 if (victims.contains(process.section(' ', 1))) {
                     ::kill(process.section(' ', 0, 0).toInt(), SIGKILL);
                 }
             }
             QTRY_COMPARE(host.state(), QProcess::NotRunning);
-            QTRY_COMPARE(processesOf(mark()), QStringList());
+            QTRY_COMPARE(processesOf(folder->path()), QStringList());
             QVERIFY2(whole.contains(readFile(image)), readFile(image).constData());
-            if (victims == "loomwright") {
-                // The runner has cleaned up, unless it had not been started yet.
-                for (const QString &directory : leftovers()) {
-                    QVERIFY(!QFile::exists(folder->filePath("place/" + directory + "/i.bin")));
-                }
-            }
+            // The runner has cleaned up, unless it had not been started yet.
             for (const QString &directory : leftovers()) {
-                QVERIFY(QDir(folder->filePath("place/" + directory)).removeRecursively());
+                QVERIFY(victims != "loomwright"
+                        || !QFile::exists(folder->filePath("place/" + directory + "/i.bin")));
             }
-            QDir(folder->filePath("tmp")).removeRecursively();
-            QVERIFY(QDir(folder->path()).mkdir("tmp"));
         }
         QVERIFY(run(stitcher(writeNew)).isSuccess);
+        init();
     }
 
     void deletedMeanwhile()
@@ -340,7 +326,7 @@ private slots:
         start(stitcher("touch \"$go\"; " + half + "sleep 1000 & sleep 1000"));
         QTRY_VERIFY(QFile::exists(folder->filePath("go")));
         build.reset();
-        QCOMPARE(processesOf(mark()), QStringList());
+        QCOMPARE(processesOf(folder->path()), QStringList());
         QCOMPARE(readFile(image), QByteArray("old"));
         siginfo_t info = {}; // The next build needs a plug-in that has taken note of the end.
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
@@ -359,26 +345,23 @@ private slots:
         QVERIFY(writeManifest(run(stitcher(writeNew)), image).contains("was replaced or changed"));
     }
 
-    void unhashable_data()
-    {
-        const Table<QString, QString> row("file", "error");
-        row("FIFO", "fifo", "It is not a regular file");
-        row("missing", "nope", "It does not exist");
-        row("changed", "input.bin", "It has changed");
-    }
     void unhashable()
     {
-        QFETCH(QString, file);
-        QCOMPARE(mkfifo(QFile::encodeName(folder->filePath("fifo")).constData(), 0600), 0);
-        const FileRecord record = recordOf(folder->filePath(file));
+        const QString fifo = folder->filePath("fifo");
+        QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        const QList<FileRecord> files{recordOf(fifo), recordOf("nope"), recordOf(input)};
         writeFile(input, "other");
         FileHasher hasher;
-        QString error;
-        connect(&hasher, &FileHasher::finished, this,
-                [&error](const QList<FileRecord> &records) { error = records.first().error; });
-        hasher.start({record});
-        QTRY_VERIFY(!error.isEmpty());
-        QTEST(error, "error");
+        QStringList errors;
+        connect(&hasher, &FileHasher::finished, this, [&errors](const QList<FileRecord> &records) {
+            for (const FileRecord &record : records) {
+                errors << record.error;
+            }
+        });
+        hasher.start(files);
+        QTRY_VERIFY(!errors.isEmpty());
+        QCOMPARE(errors,
+                 QStringList({"It is not a regular file", "It does not exist", "It has changed"}));
     }
 
     void locate_data()
@@ -419,11 +402,6 @@ private slots:
     }
 
 private:
-    QByteArray mark() const
-    {
-        return QFile::encodeName(folder->path());
-    }
-
     /// More rounds on request, for a longer run by hand.
     static int killRounds()
     {
@@ -436,11 +414,6 @@ private:
         return QDir(folder->filePath("place"))
                    .entryList({".loomwright-*"}, QDir::Dirs | QDir::Hidden)
             + QDir(folder->filePath("tmp")).entryList({"loomwright-*"});
-    }
-
-    static QByteArray hashOf(const QString &file)
-    {
-        return QCryptographicHash::hash(readFile(file), QCryptographicHash::Sha256).toHex();
     }
 
     /// A stitcher that knows the names of the files; without a script, one with an interpreter that

@@ -61,7 +61,7 @@ private slots:
     {
         close(std::exchange(host, -1));
         program.reset();
-        QTRY_COMPARE(processesOf(mark()), QStringList());
+        QTRY_COMPARE(processesOf(folder->path()), QStringList());
     }
 
     void ends_data()
@@ -175,7 +175,8 @@ private slots:
             QVERIFY(program->waitForFinished());
         }
         readReports();
-        QCOMPARE(processesOf(mark()).filter(QRegularExpression(" (?!tamblin-)")), QStringList());
+        QCOMPARE(processesOf(folder->path()).filter(QRegularExpression(" (?!tamblin-)")),
+                 QStringList());
         QCOMPARE(reportedKinds().contains(RunnerStatus::Finished), report >= 0);
         if (report >= 0) {
             QVERIFY(reportedKinds().contains(report));
@@ -183,7 +184,7 @@ private slots:
         }
         QVERIFY(program->state() == QProcess::NotRunning || program->waitForFinished());
         QTEST(program->exitCode(), "exitCode");
-        QTRY_COMPARE(processesOf(mark()), QStringList());
+        QTRY_COMPARE(processesOf(folder->path()), QStringList());
     }
 
     void directories_data()
@@ -234,11 +235,6 @@ private slots:
     }
 
 private:
-    QByteArray mark() const
-    {
-        return QFile::encodeName(folder->path());
-    }
-
     QString writeStitcherFile(const QByteArray &content) const
     {
         QString file = writeFile(folder->filePath("stitcher"), content);
@@ -253,8 +249,8 @@ private:
             qstrncpy(path, text.constData(), sizeof path);
         };
         setPath(request.stitcher, QFile::encodeName(writeStitcherFile(stitcher)));
-        setPath(request.stagingDirectory, mark() + "/staging");
-        setPath(request.workDirectory, mark() + "/work");
+        setPath(request.stagingDirectory, QFile::encodeName(folder->path()) + "/staging");
+        setPath(request.workDirectory, QFile::encodeName(folder->path()) + "/work");
         int ends[2] = {-1, -1};
         QVERIFY(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0);
         host = ends[0];

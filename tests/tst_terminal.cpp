@@ -19,8 +19,7 @@ private slots:
     void init()
     {
         host.reset();
-        mark = QFile::encodeName(host.folder->path());
-        host.environment.insert(processMark, mark);
+        host.environment.insert(processMark, host.folder->path());
     }
 
     void commands_data()
@@ -29,7 +28,11 @@ private slots:
         const QString none = "^$";
         const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
         const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
-        row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
+        const QString narrow = "^(?!.*[^\n]{80})"; // No line is wider than a terminal.
+        row("help", "--help", 0, narrow + ".*Commands:\n  check .*Exit status:\n  0  success",
+            none);
+        row("help on one", "help build", 0, narrow + "Usage: .*--dry-run .*Example:\n  loomwright",
+            none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
@@ -84,6 +87,16 @@ private slots:
             "-q -d GOOD -f BROKEN/platform/veldmark-d1.xml -f GOOD/platform/veldmark-d1.xml "
             "--image i.bin check",
             0, "^14 checks: 14 passed, 0 failed\n$", "Offset mismatch");
+        const QString failed = "Legacy XML Data file failed validation checks";
+        row("JSON of a check", "--json -d BROKEN --image i.bin check", 1,
+            "\"command\": \"check\",\n +\"exitStatus\": 1,.*\"channel\": \"error\",\n +\"text\": \""
+                + failed + ".*\"candidates\".*\"failed\": 2",
+            failed);
+        row("JSON, quiet", "--json -q -d BROKEN --image i.bin check", 1, failed, none);
+        row("JSON of a build that is blocked", "--json -q -d BROKEN --image i.bin build", 1,
+            "\"kind\": \"failure\",[^}]*\"Not building: see the errors above", "Not building");
+        row("JSON of a file that is not there", "--json -q validate no.xml", 1,
+            "\"kind\": \"message\"", none);
         row("validate", "validate GOOD/platform/veldmark-d1.xml", 0,
             "^Validating .*Analyzed 2 nodes.*veldmark-d1.xml: valid\n$", none);
         row("validate three",
@@ -124,37 +137,6 @@ private slots:
         QVERIFY2(matches(run.output, output), qPrintable(run.output));
         QVERIFY2(matches(run.errors, errors), qPrintable(run.errors));
         QTEST(run.status, "status");
-    }
-
-    /// Each command has an example, and no line is wider than a terminal.
-    void help()
-    {
-        const QRegularExpression command("^  ([a-z]+) ", QRegularExpression::MultilineOption);
-        QStringList texts(host.start("--help").output);
-        const QString commands = texts.first().section("\nInputs:", 0, 0);
-        for (auto match = command.globalMatch(commands); match.hasNext();) {
-            texts << host.start("help " + match.next().captured(1)).output;
-            QVERIFY2(texts.last().contains("\nExample:\n  loomwright "), qPrintable(texts.last()));
-        }
-        QCOMPARE(texts.count(), 1 + 10);
-        for (const QString &line : texts.join('\n').split('\n')) {
-            QVERIFY2(line.size() < 80, qPrintable(line));
-        }
-    }
-
-    void standardInput()
-    {
-        const QByteArray xml = readFile(host.samples.filePath("good/platform/veldmark-d1.xml"));
-        // Nothing can be left behind where no temporary file can be created.
-        host.environment.insert("TMPDIR", "/dev/null");
-        QCOMPARE(host.start("-q validate -", xml).output, QString("-: valid\n"));
-        QCOMPARE(host.start("-q validate -").status, 1);
-        const Run run = host.start("-q -c - ingredients", "Flash-Layer = /a\n");
-        QVERIFY2(matches(run.output, "Flash-Layer +/a "), qPrintable(run.output));
-        QCOMPARE(run.status, 0);
-        const QString errors = host.start("-q -c - ingredients", "Odd = 1\n").errors;
-        QVERIFY2(errors.contains("The configuration standard input was rejected: Nothing to"),
-                 qPrintable(errors));
     }
 
     /// What must not be written, because it would overwrite what it is made of.
@@ -204,7 +186,7 @@ private slots:
         QVERIFY(host.start("-d GOOD build -o i.bin --dry-run").output.contains("\nCommand line: "));
     }
 
-    /// A plug-in with other columns, kinds of values, checks and another command line.
+    /// A plug-in with other kinds of values, and another command line.
     void secondTarget()
     {
         QFile::link(SECOND_TARGET, host.path("second.so"));
@@ -212,23 +194,15 @@ private slots:
         host.environment.insert("LOOMWRIGHT_PLUGIN", host.path("first.so"));
         writeFile(host.path("kernel"), "kernel");
         writeStitcher(host.folder->path(), "printf '%s\n' \"$1\" \"$2\" > \"$3\"");
-
         const QString targets = host.start("targets").output;
         QVERIFY(matches(targets, "\nSecond +0.1 ") && matches(targets, "\nVeldmark"));
-        const QString values = "--target Second -s TITLE=big -s Layout=large -s Kernel=kernel ";
-        const Run list = host.start(values + "ingredients");
-        QVERIFY2(matches(list.output,
-                         "Layout +LAYOUT +large +one of: small, large\n.*"
-                         "Title +TITLE +big +text\n.*"
-                         "Serial \\(hidden\\) +SERIAL"),
-                 qPrintable(list.output));
-        QVERIFY(matches(host.start(values + "info").output, "Data views +Memory map, Bare\n"));
         QVERIFY(matches(host.start("--target Second -s Layout=huge info").errors,
                         "Layout: \"huge\" is not one of the choices: small, large"));
         const Run failed = host.start("--target Second --json -s Kernel=nowhere check");
         QCOMPARE(failed.json().value("checks")[0]["key"].toString(), QString("KERNEL"));
         QCOMPARE(failed.status, 1);
 
+        const QString values = "--target Second -s TITLE=big -s Layout=large -s Kernel=kernel ";
         QCOMPARE(host.start(values + "--image i.bin project -o p.json").status, 0);
         QCOMPARE(host.start("--target Second -q -p p.json build").errors, QString());
         QCOMPARE(readFile(host.path("i.bin")), "large\nbig\n");
@@ -255,39 +229,10 @@ private slots:
         writeFile(host.path("true"), readFile("/bin/true"));
         writeFile(host.path("qt4"),
                   readFile("/bin/true") + "pattern=QT_PLUGIN_VERIFICATION_DATA\nversion=4.6.2\n");
-        const Run run = host.start({"--json", "--plugin", file, "info"});
+        const Run run = host.start("--json --plugin " + file + " info");
         QCOMPARE(run.status, 3);
         QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
         QVERIFY(run.json().value("problems")[0]["text"].toString().contains(reason));
-    }
-
-    /// Its structure is compared with the schema elsewhere.
-    void json()
-    {
-        const QString inputs = "--json -d BROKEN --image i.bin ";
-        for (const char *command : {"info", "check", "config", "build"}) {
-            const Run run = host.start(inputs + command);
-            const QJsonObject document = run.json();
-            QCOMPARE(run.status, 1);
-            QCOMPARE(document["exitStatus"].toInt(), 1);
-            QCOMPARE(document["command"].toString(), QString(command));
-            QVERIFY(document["problems"].toArray().count() >= 3);
-            const QString error = "Legacy XML Data file failed validation checks";
-            QVERIFY(run.errors.contains(error));
-            QVERIFY(document["messages"].toArray().contains(
-                QJsonObject{{"channel", "error"}, {"text", error}}));
-        }
-        writeFile(host.path("bare.xml"), "<a/>");
-        for (const char *command : {"validate no.xml", "validate bare.xml"}) {
-            const Run run = host.start("--json " + QString(command));
-            QCOMPARE(run.status, 1);
-            QCOMPARE(run.json().value("problems")[0]["kind"].toString(), QString("message"));
-        }
-        const QJsonArray problems = host.start(inputs + "build").json()["problems"].toArray();
-        QCOMPARE(problems.last().toObject()["kind"].toString(), QString("failure"));
-        const Run quiet = host.start("-q " + inputs + "check");
-        QCOMPARE(quiet.errors, QString());
-        QCOMPARE(quiet.json()["summary"].toObject()["failed"].toInt(), 2);
     }
 
     /// One that is left out in one of these places would be missing in the image, or unknown to users.
@@ -376,6 +321,15 @@ private slots:
             "HOME=/nonexistent LC_ALL=de_DE.ISO-8859-1; do env \"$each\" \"$1\""
                 + good + "--image i.bin check 2>&1; done; ls",
             "^(14 checks: 14 passed, 0 failed\n){5}tamblin-stitcher\n$");
+        // Nothing can be left behind where no temporary file can be created.
+        const QString inputs = "TMPDIR=/dev/null; \"$1\" -q validate - < '"
+            + host.samples.filePath("good/platform/veldmark-d1.xml")
+            + "'; for line in 'Flash-Layer = /a' 'Odd = 1'; do echo $line | \"$1\" -q -c - "
+              "ingredients 2>&1; done";
+        row("standard input", dots, inputs,
+            "^-: valid\n.*Flash-Layer +/a .*The configuration standard input was rejected: Nothing "
+            "to");
+        row("no standard input", dots, "\"$1\" -q validate - < /dev/null 2>&1", "-: not valid\n$");
         const QString drop = "mkdir drop; : > drop/$'HostFW_\\e[2Jx.bin'; ";
         row("escape sequence in a pipe", dots, drop + "\"$1\" -d drop ingredients",
             "/HostFW_\033\\[2Jx\\.bin");
@@ -401,7 +355,7 @@ private slots:
                       findImage + "cd " + quoted(host.folder->path()) + '\n' + stitcher);
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
-        QCOMPARE(processesOf(mark), QStringList());
+        QCOMPARE(processesOf(host.folder->path()), QStringList());
     }
 
     void interrupt_data()
@@ -429,7 +383,7 @@ private slots:
         QCOMPARE(program.exitStatus(), QProcess::CrashExit);
         QCOMPARE(program.exitCode(), number);
         QVERIFY(program.readAllStandardError().contains("interrupted"));
-        QCOMPARE(processesOf(mark), QStringList());
+        QCOMPARE(processesOf(host.folder->path()), QStringList());
         QVERIFY(QDir(host.folder->path()).entryList({"loomwright-*", "i.bin*"}).isEmpty());
     }
 
@@ -455,12 +409,11 @@ private slots:
             QCOMPARE(readFile(image), QByteArray("older"));
         }
         QVERIFY(!QFile::exists(host.path("manifest")));
-        QCOMPARE(processesOf(mark), QStringList());
+        QCOMPARE(processesOf(host.folder->path()), QStringList());
     }
 
 private:
     HostProgram host;
-    QByteArray mark;
 };
 
 QTEST_GUILESS_MAIN(TestTerminal)

@@ -19,17 +19,6 @@
 
 #include <csignal>
 
-namespace {
-
-QPalette paletteWith(const QColor &background)
-{
-    QPalette palette(background);
-    palette.setColor(QPalette::Base, background);
-    return palette;
-}
-
-} // namespace
-
 class TestWindowParts : public QObject
 {
     Q_OBJECT
@@ -134,16 +123,21 @@ private slots:
         QCOMPARE(QApplication::clipboard()->text(), log->text());
     }
 
-    void logFollowsThePalette()
+    void colorsFollowThePalette()
     {
         log->addError("old");
         showLog(1);
+        const QIcon icon = namedIcon("process-stop");
         const QPalette before = QApplication::palette();
         for (const QColor &background : {QColor(Qt::black), QColor(Qt::white)}) {
-            QApplication::setPalette(paletteWith(background));
+            QPalette palette(background);
+            palette.setColor(QPalette::Base, background);
+            QApplication::setPalette(palette);
+            palette = QApplication::palette();
             const auto formats = view->document()->firstBlock().layout()->formats();
-            QCOMPARE(formats.value(0).format.foreground().color(),
-                     failureColor(QApplication::palette()));
+            QCOMPARE(formats.value(0).format.foreground().color(), failureColor(palette));
+            QCOMPARE(icon.pixmap(32).toImage().pixelColor(16, 16),
+                     palette.color(QPalette::ButtonText));
         }
         QApplication::setPalette(before);
     }
@@ -321,26 +315,6 @@ private slots:
         QCOMPARE(stored.timeLimitSeconds, 90);
     }
 
-    void icons()
-    {
-        QVERIFY(namedIcon("no-such-icon").isNull());
-        QVERIFY(!applicationIcon().pixmap(64).isNull());
-        const QPalette before = QApplication::palette();
-        const QIcon icon = namedIcon("process-stop");
-        for (const QColor &background : {QColor(Qt::black), QColor(Qt::white)}) {
-            QApplication::setPalette(paletteWith(background));
-            const QColor text = QApplication::palette().color(QPalette::ButtonText);
-            QCOMPARE(icon.pixmap(32).toImage().pixelColor(16, 16), text);
-        }
-        QApplication::setPalette(before);
-        QWidget widget;
-        const QSize small = iconSizeFor(&widget);
-        QFont large = widget.font();
-        large.setPointSize(40);
-        widget.setFont(large);
-        QVERIFY(iconSizeFor(&widget).width() > small.width());
-    }
-
     void program_data()
     {
         const Table<QStringList, int, QString> row("arguments", "status", "printed");
@@ -378,13 +352,12 @@ private slots:
             {"name": "Kernel", "key": "KERNEL", "file": "/etc/passwd"},
             {"name": "Image", "key": "IMAGE", "file": "IMAGE_FILE"}]})";
         project.replace("IMAGE_FILE", QFile::encodeName(image));
-        const QByteArray mark = QFile::encodeName(folder.path());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("PATH", mark + ':' + qgetenv("PATH"));
+        environment.insert("PATH", folder.path() + ':' + environment.value("PATH"));
         environment.insert("XDG_CONFIG_HOME", folder.path());
         environment.insert("XDG_DATA_HOME", folder.path());
         environment.insert("SECOND_TARGET_BUILDS", "1");
-        environment.insert(processMark, mark);
+        environment.insert(processMark, folder.path());
         QProcess process;
         process.setProcessEnvironment(environment);
         process.start(
@@ -395,7 +368,7 @@ private slots:
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
         QCOMPARE(process.exitCode(), SIGTERM);
-        QCOMPARE(processesOf(mark), QStringList());
+        QCOMPARE(processesOf(folder.path()), QStringList());
         QCOMPARE(readFile(image), QByteArray("old"));
         QVERIFY(readFile(folder.filePath("Loomwright/loomwright-gui.conf")).contains("[layout]"));
     }
