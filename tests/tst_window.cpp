@@ -13,9 +13,12 @@ class TestWindow : public WindowTest
     Q_OBJECT
 
 private slots:
-    void everyControlHasAName()
+    /// Every control has a name, and what is read aloud of a label is what is shown.
+    void screenReader()
     {
         drop(window.data(), {sample()});
+        setImage();
+        build();
         SettingsDialog dialog({});
         dialog.show();
         for (QWidget *widget :
@@ -26,18 +29,9 @@ private slots:
                          || widget->inherits("QMenuBar"),
                      qPrintable(widget->metaObject()->className() + widget->objectName()));
         }
-    }
-
-    /// What is read aloud is what is shown.
-    void labelsAreRead()
-    {
-        drop(window.data(), {sample()});
-        setImage();
-        build();
         for (const char *name : {"target", "buildState", "status"}) {
             auto label = window->findChild<QLabel *>(name);
-            QVERIFY2(label->isVisible(), name);
-            QVERIFY2(!text(name).isEmpty(), name);
+            QVERIFY2(label->isVisible() && !text(name).isEmpty(), name);
             QCOMPARE(spokenText(label), text(name));
         }
     }
@@ -65,23 +59,6 @@ private slots:
         window->resize(small);
         QTRY_COMPARE(window->size(), small);
         QVERIFY(tree->height() > 4 * font.height());
-    }
-
-    void everythingComesBack()
-    {
-        QCOMPARE(action("Quit")->shortcut().toString(), QString("Ctrl+Q"));
-        for (const char *name : {"Toolbar", "Log", "Data views", "Target details"}) {
-            QVERIFY2(action(name)->isCheckable(), name);
-        }
-        auto toolBar = window->findChild<QToolBar *>();
-        action("Toolbar")->trigger();
-        QVERIFY(!toolBar->isVisible());
-        window->close();
-        newWindow();
-        toolBar = window->findChild<QToolBar *>();
-        QVERIFY(!toolBar->isVisible());
-        action("Toolbar")->trigger();
-        QVERIFY(toolBar->isVisible());
     }
 
     void saveAndRestore()

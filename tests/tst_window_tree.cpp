@@ -43,23 +43,26 @@ private slots:
 
     void edit_data()
     {
-        const Table<int, QString, bool> row("column", "end", "taken");
-        row("Enter", 1, "Enter", true);
-        row("from the name", 0, "Enter", true);
-        row("Escape", 1, "Escape", false);
-        row("another cell", 1, "cell", true);
-        row("Build", 0, "Ctrl+B", true);
-        row("Save", 1, "Ctrl+S", true);
-        row("Undo in the editor", 1, "Ctrl+Z", false);
+        const Table<int, QString, QString, QString> row("column", "typed", "end", "taken");
+        row("Enter", 1, "/a/%1.bin", "Enter", "/a/%1.bin");
+        row("from the name", 0, "/a", "Enter", "/a");
+        row("Escape", 1, "/a", "Escape", "");
+        row("another cell", 1, "/a", "cell", "/a");
+        row("Build", 0, "/a", "Ctrl+B", "/a");
+        row("Save", 1, "/a", "Ctrl+S", "/a");
+        row("Undo in the editor", 1, "/a", "Ctrl+Z", "");
+        row("a URL", 1, "file:///a%20b/c.bin", "Enter", "/a b/c.bin");
+        row("below the home folder", 1, "~/c.bin", "Enter", QDir::homePath() + "/c.bin");
+        row("spaces around it", 1, "  /a b/c.bin ", "Enter", "/a b/c.bin");
     }
     void edit()
     {
         QFETCH(int, column);
+        QFETCH(QString, typed);
         QFETCH(QString, end);
-        QFETCH(bool, taken);
         QLineEdit *line = openEditor(valueCell("Host FW").siblingAtColumn(column));
         QVERIFY(line);
-        QTest::keyClicks(line, "/a/%1.bin");
+        QTest::keyClicks(line, typed);
         if (end == "cell") {
             tree->setCurrentIndex(valueCell("Probe Set"));
         } else if (end == "Enter" || end == "Escape") {
@@ -74,7 +77,7 @@ private slots:
         if (end != "Ctrl+Z") {
             QTRY_VERIFY(!tree->findChild<QLineEdit *>());
         }
-        QCOMPARE(value("Host FW"), QString(taken ? "/a/%1.bin" : ""));
+        QTEST(value("Host FW"), "taken");
         const auto file = valueCell("Host FW").data(Qt::EditRole).value<FilePath>();
         QCOMPARE(file.exactSize, 102400);
     }
@@ -163,23 +166,6 @@ private slots:
         const QPoint position = tree->visualRect(nameCell("Host FW")).center();
         drop(tree->viewport(), files, position);
         QCOMPARE(this->value("Host FW"), value.startsWith('/') ? value : folder->filePath(value));
-    }
-
-    void typedPaths_data()
-    {
-        const Table<QString, QString> row("typed", "path");
-        row("a URL", "file:///a%20b/c.bin", "/a b/c.bin");
-        row("below the home folder", "~/c.bin", QDir::homePath() + "/c.bin");
-        row("spaces around it", "  /a b/c.bin ", "/a b/c.bin");
-    }
-    void typedPaths()
-    {
-        QFETCH(QString, typed);
-        QLineEdit *line = openEditor(valueCell("Host FW"));
-        QTest::keyClicks(line, typed);
-        QTest::keyClick(line, Qt::Key_Return);
-        QFETCH(QString, path);
-        QTRY_COMPARE(value("Host FW"), path);
     }
 
     void dropInTheEditor()
