@@ -162,8 +162,9 @@ private slots:
         for (const QString &name : file.split('|')) {
             files << folder->filePath(name);
         }
-        tree->scrollTo(nameCell("Host FW"));
-        const QPoint position = tree->visualRect(nameCell("Host FW")).center();
+        const QModelIndex cell = valueCell("Host FW").siblingAtColumn(0);
+        tree->scrollTo(cell);
+        const QPoint position = tree->visualRect(cell).center();
         drop(tree->viewport(), files, position);
         QCOMPARE(this->value("Host FW"), value.startsWith('/') ? value : folder->filePath(value));
     }
@@ -256,10 +257,8 @@ private slots:
         QCOMPARE(state("Probe Set"), RowState::Good);
         const QAbstractItemView &view = *tree;
         QVERIFY(tree->columnWidth(0) >= view.sizeHintForColumn(0)); // No name is elided.
-        QVERIFY(nameCell("Presigned Controller FW")
-                    .data(Qt::AccessibleTextRole)
-                    .toString()
-                    .contains("problems"));
+        const QModelIndex name = valueCell("Presigned Controller FW").siblingAtColumn(0);
+        QVERIFY(name.data(Qt::AccessibleTextRole).toString().contains("problems"));
 
         QAbstractItemView *list = problemList();
         const int problem = problemRow("Presigned Controller FW");

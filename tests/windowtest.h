@@ -112,10 +112,6 @@ public:
         const QAbstractItemModel &source = *model()->sourceModel();
         return model()->mapFromSource(findIngredient(ingredientsOf(source), name)->index);
     }
-    QModelIndex nameCell(const QString &name) const
-    {
-        return valueCell(name).siblingAtColumn(0);
-    }
     QString value(const QString &name) const
     {
         return textOf(valueCell(name).data(Qt::EditRole));
