@@ -209,18 +209,6 @@ private slots:
         action("Copy as terminal command")->trigger();
         QVERIFY(QApplication::clipboard()->text().startsWith("loomwright --plugin "));
     }
-
-    void takingInShowsThatItIsBusy()
-    {
-        QVector<bool> busy;
-        const QAbstractItemModel *source = model()->sourceModel();
-        connect(source, &QAbstractItemModel::dataChanged, this,
-                [&busy] { busy << (QApplication::overrideCursor() != nullptr); });
-        drop(window.data(), {sample()});
-        QVERIFY(!busy.isEmpty());
-        QVERIFY(!busy.contains(false));
-        QVERIFY(!QApplication::overrideCursor());
-    }
 };
 
 QTEST_MAIN(TestWindowBuild)
