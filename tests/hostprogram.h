@@ -36,7 +36,9 @@ public:
     {
         folder.reset(new QTemporaryDir);
         environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("PATH", folder->path() + ":" + environment.value("PATH"));
+        const QString program = QFileInfo(HOST_PROGRAM).path();
+        environment.insert(
+            "PATH", QStringList{folder->path(), program, environment.value("PATH")}.join(':'));
         environment.insert("TMPDIR", folder->path());
         // Fontconfig writes to standard error when it cannot read its configuration.
         environment.insert("FONTCONFIG_FILE",
@@ -58,10 +60,10 @@ public:
     {
         return run(HOST_PROGRAM, words(line));
     }
-    /// Runs a shell script with the host's path as $1.
+    /// Runs a shell script, in which the host is loomwright.
     Run shell(const QString &script) const
     {
-        return run("bash", {"-c", script, "bash", HOST_PROGRAM});
+        return run("bash", {"-c", script});
     }
 
     QString path(const QString &name) const

@@ -151,7 +151,7 @@ private slots:
         run("-d work/drop build -o work/i.bin --manifest work/m.json");
         QVERIFY(QFile::resize(host.path("work/i.bin"), qint64(8) << 30));
         const Run stopped = host.shell(
-            "\"$1\" verify work/m.json & while ! ls -l /proc/$!/fd | grep -q 'i.bin$'; "
+            "loomwright verify work/m.json & while ! ls -l /proc/$!/fd | grep -q 'i.bin$'; "
             "do sleep 0.01; done; kill -TERM $!; wait $!");
         QCOMPARE(stopped.status, 128 + SIGTERM);
         QVERIFY(stopped.errors.contains("The comparison was interrupted"));

@@ -259,14 +259,14 @@ private slots:
         }
     }
 
-    /// The stitcher's output on its way; $1 is the host, and the stitcher's image is $image.
+    /// The stitcher's output on its way; the stitcher's image is $image.
     void output_data()
     {
         const Table<QByteArray, QString, QString> row("stitcher", "script", "output");
         const QByteArray dots = "printf a; sleep 0.1; printf b; printf image > $image";
         const QByteArray much = "seq 3000000; printf image > $image";
         const QByteArray endless = "touch started; exec yes";
-        const QString build = "\"$1\" build --no-check -o i.bin";
+        const QString build = "loomwright build --no-check -o i.bin";
         const QString slowly
             = " | (sleep 0.3; grep -x '[0-9]*' | cmp - <(seq 3000000) && echo same)";
         const QString whenStarted = "while [ ! -e started ]; do sleep 0.02; done; ";
@@ -290,7 +290,8 @@ private slots:
                   "while [ ! -e ended ]; do sleep 0.02; done; kill $reader; wait $!; echo $?",
             "^141\n$");
         row("stalled standard input", dots,
-            "mkfifo pipe; sleep 1000 > pipe & \"$1\" -c - config < pipe & " + terminate, "^143\n$");
+            "mkfifo pipe; sleep 1000 > pipe & loomwright -c - config < pipe & " + terminate,
+            "^143\n$");
         row("reader that leaves", endless, build + " | head -c 2 > head; echo ${PIPESTATUS[0]}",
             "^141\n$");
         row("no reader, ignored", dots,
@@ -299,47 +300,10 @@ private slots:
         row("full disk", dots, build + " 2>&1 > /dev/full; echo $?",
             "could not be written.*\n1\n$");
         row("progress on a terminal", "printf '1%%\\r2%%\\033'; exit 1",
-            "script -qec \"'$1' build --no-check -o i.bin\" /dev/null",
+            "script -qec '" + build + "' /dev/null",
             "^loomwright: warning: Errors ignored because of --no-check: "
             "9.*\r\n1%\r2%\\\\u001b\r\n"
             "loomwright: The build failed");
-        row("deleted current directory", dots,
-            "mkdir gone; cd gone; rmdir ../gone; \"$1\" config -o c 2>&1; echo $?; ls /c",
-            "current directory no longer exists\\..*\n1\n$");
-        const QString good = " -q -d '" + host.samples.filePath("good") + "' ";
-        const QString fullDisk = "echo old > file; trap '' XFSZ; ulimit -f %1; \"$1\"" + good
-            + "%2 2>&1; echo $?; cat file";
-        const QString unwritten = "/file cannot be written: File too large\\.\n1\nold\n$";
-        row("full disk for a project", dots, fullDisk.arg("1", "project -o file"), unwritten);
-        row("full disk for a manifest", dots, fullDisk.arg("2", "build -o i.bin --manifest file"),
-            unwritten);
-        row("full disk for the configuration", dots,
-            "trap '' XFSZ; ulimit -f 0; " + build + " 2>&1; echo $?",
-            "not started. Failed to save Config file.*\n1\n$");
-        row("other surroundings", dots,
-            "for each in DISPLAY=:4711 'QT_QPA_PLATFORM=wayland;xcb' QT_QPA_PLATFORMTHEME=gtk3 "
-            "HOME=/nonexistent LC_ALL=de_DE.ISO-8859-1; do env \"$each\" \"$1\""
-                + good + "--image i.bin check 2>&1; done; ls",
-            "^(14 checks: 14 passed, 0 failed\n){5}tamblin-stitcher\n$");
-        // Nothing can be left behind where no temporary file can be created.
-        const QString inputs = "TMPDIR=/dev/null; \"$1\" -q validate - < '"
-            + host.samples.filePath("good/platform/veldmark-d1.xml")
-            + "'; for line in 'Flash-Layer = /a' 'Odd = 1'; do echo $line | \"$1\" -q -c - "
-              "ingredients 2>&1; done";
-        row("standard input", dots, inputs,
-            "^-: valid\n.*Flash-Layer +/a .*The configuration standard input was rejected: Nothing "
-            "to");
-        row("no standard input", dots, "\"$1\" -q validate - < /dev/null 2>&1", "-: not valid\n$");
-        const QString drop = "mkdir drop; : > drop/$'HostFW_\\e[2Jx.bin'; ";
-        row("escape sequence in a pipe", dots, drop + "\"$1\" -d drop ingredients",
-            "/HostFW_\033\\[2Jx\\.bin");
-        row("escape sequence on a terminal", dots,
-            drop + "script -qec \"'$1' -v -d drop ingredients\" /dev/null",
-            "^(?!.*\033\\[2J).*/HostFW_\\\\u001b\\[2Jx\\.bin");
-        row("colour on a terminal", dots, "TERM=xterm script -qec \"'$1' -q validate /\" /dev/null",
-            "\n\033\\[31m/: not valid\033\\[0m\r\n$");
-        row("no temporary directory", dots, "TMPDIR=/no/where " + build + " 2>&1; echo $?",
-            "TMPDIR is set to /no/where, which does not exist.\n1\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
             "trap '' HUP; " + build + " & " + whenStarted
@@ -356,6 +320,57 @@ private slots:
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
         QCOMPARE(processesOf(host.folder->path()), QStringList());
+    }
+
+    void surroundings_data()
+    {
+        const Table<QString, QString> row("script", "output");
+        // A limit on the size of files stands for a full disk; it is in units of 1,024 bytes.
+        const QString fullDisk
+            = "echo old > file; trap '' XFSZ; ulimit -f %1; loomwright -q -d 'GOOD' "
+              "%2 2>&1; echo $?; cat file";
+        const QString unwritten = "/file cannot be written: File too large\\.\n1\nold\n$";
+        row("full disk for a project", fullDisk.arg("1", "project -o file"), unwritten);
+        row("full disk for a manifest", fullDisk.arg("2", "build -o i.bin --manifest file"),
+            unwritten);
+        row("full disk for the configuration", fullDisk.arg("0", "build -o i.bin"),
+            "not started\\. Failed to save Config file.*\n1\nold\n$");
+        row("variables",
+            "for each in DISPLAY=:4711 'QT_QPA_PLATFORM=wayland;xcb' QT_QPA_PLATFORMTHEME=gtk3 "
+            "HOME=/nonexistent LC_ALL=de_DE.ISO-8859-1; do "
+            "env \"$each\" loomwright -q -d 'GOOD' --image i.bin check 2>&1; done; ls",
+            "^(14 checks: 14 passed, 0 failed\n){5}tamblin-stitcher\n$");
+        row("no temporary directory",
+            "TMPDIR=/no/where loomwright -q -d 'GOOD' build 2>&1; echo $?",
+            "TMPDIR is set to /no/where, which does not exist.\n1\n$");
+        row("deleted current directory",
+            "mkdir gone; cd gone; rmdir ../gone; loomwright config -o c 2>&1; echo $?; ls /c",
+            "current directory no longer exists\\..*\n1\n$");
+        // Nothing can be left behind where no temporary file can be created.
+        row("data file on standard input",
+            "export TMPDIR=/dev/null; loomwright -q validate - < 'GOOD/platform/veldmark-d1.xml'; "
+            "loomwright -q validate - < /dev/null 2> /dev/null",
+            "^-: valid\n-: not valid\n$");
+        row("configuration on standard input",
+            "export TMPDIR=/dev/null; for line in 'Flash-Layer = /a' 'Odd = 1'; do "
+            "echo \"$line\" | loomwright -q -c - ingredients 2>&1; done",
+            "Flash-Layer +/a .*The configuration standard input was rejected: Nothing to");
+        const QString drop = "mkdir drop; : > drop/$'HostFW_\\e[2Jx.bin'; ";
+        row("escape sequence in a pipe", drop + "loomwright -d drop ingredients",
+            "/HostFW_\033\\[2Jx\\.bin");
+        row("escape sequence on a terminal",
+            drop + "script -qec 'loomwright -v -d drop ingredients' /dev/null",
+            "^(?!.*\033\\[2J).*/HostFW_\\\\u001b\\[2Jx\\.bin");
+        row("colour on a terminal", "TERM=xterm script -qec 'loomwright -q validate /' /dev/null",
+            "\n\033\\[31m/: not valid\033\\[0m\r\n$");
+    }
+    void surroundings()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, output);
+        writeStitcher(host.folder->path(), findImage + "printf image > $image");
+        const Run run = host.shell(script.replace("GOOD", host.samples.filePath("good")));
+        QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
     }
 
     void interrupt_data()
