@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/icons.h"
 #include "host/window/mainwindow.h"
 
 #include <QApplication>
@@ -171,7 +170,6 @@ int main(int argc, char **argv)
     QApplication::setApplicationDisplayName(QStringLiteral("Loomwright"));
     QApplication::setOrganizationName(QStringLiteral("Loomwright"));
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setWindowIcon(applicationIcon());
     const QStringList arguments = QApplication::arguments();
     if (arguments.count() != 5) {
         std::fprintf(stderr, "Usage: loomwright-screenshots PLUGIN SAMPLE BROKEN_SAMPLE OUTPUT\n");

@@ -3,7 +3,6 @@
 
 #include "host/core/plugin.h"
 #include "host/window/dataviewpane.h"
-#include "host/window/icons.h"
 #include "host/window/logpane.h"
 #include "host/window/markcolors.h"
 #include "host/window/settingsdialog.h"

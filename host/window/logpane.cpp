@@ -3,7 +3,6 @@
 
 #include "host/window/logpane.h"
 
-#include "host/window/icons.h"
 #include "host/window/markcolors.h"
 #include "host/window/messages.h"
 
@@ -110,6 +109,7 @@ LogPane::LogPane(QWidget *parent)
     , searchLine(new QLineEdit(this))
     , searchState(new QLabel(this))
 {
+    setObjectName(QStringLiteral("logPane"));
     createView();
     droppedNotice->setObjectName(QStringLiteral("logDropped"));
     droppedNotice->setText(
@@ -181,31 +181,29 @@ void LogPane::followEnd()
 QToolBar *LogPane::createBar()
 {
     auto bar = new QToolBar(this);
-    bar->setIconSize(iconSizeFor(this));
     searchLine->setObjectName(QStringLiteral("logSearch"));
     searchLine->setPlaceholderText(tr("Search the log"));
     searchLine->setAccessibleName(tr("Search the log"));
-    searchLine->setClearButtonEnabled(true);
     bar->addWidget(searchLine);
     searchState->setObjectName(QStringLiteral("logSearchState"));
     bar->addWidget(searchState);
 
-    const auto add = [this, bar](const char *icon, const QString &name, auto operation) {
-        QAction *action = bar->addAction(namedIcon(QLatin1String(icon)), name, this, operation);
+    const auto add = [this, bar](const QString &name, auto operation) {
+        QAction *action = bar->addAction(name, this, operation);
         bar->widgetForAction(action)->setFocusPolicy(Qt::StrongFocus);
         return action;
     };
-    add("go-up", tr("Find previous"), [this] { search(QTextDocument::FindBackward); });
-    add("go-down", tr("Find next"), [this] { search(); });
+    add(tr("Previous"), [this] { search(QTextDocument::FindBackward); });
+    add(tr("Next"), [this] { search(); });
     bar->addSeparator();
-    errorsOnly = add("dialog-error", tr("Show errors only"), &LogPane::setErrorsOnly);
+    errorsOnly = add(tr("Errors only"), &LogPane::setErrorsOnly);
     errorsOnly->setObjectName(QStringLiteral("logErrorsOnly"));
     errorsOnly->setCheckable(true);
-    add("go-jump", tr("Next error"), &LogPane::showNextError);
+    add(tr("Next error"), &LogPane::showNextError);
     bar->addSeparator();
-    add("edit-copy", tr("Copy the log"), &LogPane::copy);
-    add("edit-clear", tr("Clear the log"), &LogPane::clear);
-    add("document-save-as", tr("Save the log"), &LogPane::save);
+    add(tr("Copy"), &LogPane::copy);
+    add(tr("Clear"), &LogPane::clear);
+    add(tr("Save…"), &LogPane::save);
 
     connect(searchLine, &QLineEdit::textChanged, this, [this] {
         // Starts at the present match, so that it grows in place while the user types.

@@ -3,7 +3,6 @@
 
 #include "host/core/pluginfiles.h"
 #include "host/core/signalwatch.h"
-#include "host/window/icons.h"
 #include "host/window/mainwindow.h"
 #include "host/window/settings.h"
 
@@ -102,7 +101,6 @@ int runWindow(const CommandLine &commandLine, const SignalWatch &signalWatch)
     QApplication::setApplicationDisplayName(QStringLiteral("Loomwright"));
     QApplication::setApplicationVersion(QStringLiteral(LOOMWRIGHT_VERSION));
     QApplication::setDesktopFileName(QLatin1String(programName));
-    QApplication::setWindowIcon(applicationIcon());
 
     // Qt's own command has an option that is not ours.
     QObject::connect(&application, &QGuiApplication::saveStateRequest,

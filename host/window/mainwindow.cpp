@@ -45,6 +45,12 @@
 #include <KRecentFilesMenu>
 #include <KSqueezedTextLabel>
 
+/// Resources of a static library must be registered explicitly, outside of any namespace.
+static void registerResources()
+{
+    Q_INIT_RESOURCE(window);
+}
+
 namespace {
 
 const int noPluginPageIndex = 0;
@@ -78,6 +84,8 @@ MainWindow::MainWindow(QWidget *parent)
     , projectFiles(new ProjectFiles(&session, actions->recentFiles, this))
     , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
+    registerResources();
+    setWindowIcon(QIcon(QStringLiteral(":/loomwright.svg")));
     setAcceptDrops(true);
     createPanes();
     connectSession();

@@ -3,7 +3,6 @@
 
 #include "host/window/windowactions.h"
 
-#include "host/window/icons.h"
 #include "host/window/session.h"
 #include "host/window/undohistory.h"
 
@@ -23,19 +22,18 @@ WindowActions::WindowActions(QMainWindow *mainWindow, UndoHistory *undoHistory)
     createFileMenu();
     createEditMenu();
     viewMenu = window->menuBar()->addMenu(tr("&View"));
-    searchLog = add(viewMenu, tr("&Find in the log"), tr("Ctrl+F"), "edit-find");
+    searchLog = add(viewMenu, tr("&Find in the log"), tr("Ctrl+F"));
     viewMenu->addSeparator();
     createImageMenu();
     QMenu *helpMenu = window->menuBar()->addMenu(tr("&Help"));
-    about = add(helpMenu, tr("&About"), QString(), "help-about");
+    about = add(helpMenu, tr("&About"));
     createToolBar();
 }
 
 /// Explicit shortcuts: some platform themes define none for Quit and others.
-QAction *WindowActions::add(QMenu *menu, const QString &text, const QString &shortcut,
-                            const char *icon)
+QAction *WindowActions::add(QMenu *menu, const QString &text, const QString &shortcut)
 {
-    QAction *action = menu->addAction(namedIcon(QLatin1String(icon)), text);
+    QAction *action = menu->addAction(text);
     action->setShortcut(QKeySequence(shortcut));
     return action;
 }
@@ -43,24 +41,24 @@ QAction *WindowActions::add(QMenu *menu, const QString &text, const QString &sho
 void WindowActions::createFileMenu()
 {
     QMenu *menu = window->menuBar()->addMenu(tr("&File"));
-    openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), "folder-open");
-    addFiles = add(menu, tr("&Add files…"), tr("Ctrl+I"), "list-add");
+    openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"));
+    addFiles = add(menu, tr("&Add files…"), tr("Ctrl+I"));
     recentFiles = new KRecentFilesMenu(tr("&Recent"), window);
     connect(recentFiles, &QMenu::aboutToShow, this, &WindowActions::escapeRecentFiles);
     menu->addMenu(recentFiles);
     menu->addSeparator();
-    openProject = add(menu, tr("&Open project…"), tr("Ctrl+O"), "document-open");
-    saveProject = add(menu, tr("&Save project"), tr("Ctrl+S"), "document-save");
-    saveProjectAs = add(menu, tr("Save project &as…"), tr("Ctrl+Shift+S"), "document-save-as");
+    openProject = add(menu, tr("&Open project…"), tr("Ctrl+O"));
+    saveProject = add(menu, tr("&Save project"), tr("Ctrl+S"));
+    saveProjectAs = add(menu, tr("Save project &as…"), tr("Ctrl+Shift+S"));
     menu->addSeparator();
-    openConfiguration = add(menu, tr("Open &configuration…"), QString(), "");
-    saveConfiguration = add(menu, tr("Sa&ve configuration…"), QString(), "");
+    openConfiguration = add(menu, tr("Open &configuration…"));
+    saveConfiguration = add(menu, tr("Sa&ve configuration…"));
     menu->addSeparator();
-    choosePlugin = add(menu, tr("Choose &plug-in…"), QString(), "");
-    settings = add(menu, tr("Se&ttings…"), QString(), "preferences-system");
+    choosePlugin = add(menu, tr("Choose &plug-in…"));
+    settings = add(menu, tr("Se&ttings…"));
     settings->setMenuRole(QAction::PreferencesRole);
     menu->addSeparator();
-    quit = add(menu, tr("&Quit"), tr("Ctrl+Q"), "application-exit");
+    quit = add(menu, tr("&Quit"), tr("Ctrl+Q"));
     quit->setMenuRole(QAction::QuitRole);
 }
 
@@ -80,10 +78,8 @@ void WindowActions::createEditMenu()
     editMenu = window->menuBar()->addMenu(tr("&Edit"));
     undo = history->createUndoAction(this, tr("&Undo"));
     undo->setShortcut(QKeySequence(tr("Ctrl+Z")));
-    undo->setIcon(namedIcon(QStringLiteral("edit-undo")));
     redo = history->createRedoAction(this, tr("&Redo"));
     redo->setShortcut(QKeySequence(tr("Ctrl+Shift+Z")));
-    redo->setIcon(namedIcon(QStringLiteral("edit-redo")));
     editMenu->addActions({undo, redo});
     editMenu->addSeparator();
 }
@@ -91,23 +87,21 @@ void WindowActions::createEditMenu()
 void WindowActions::createImageMenu()
 {
     QMenu *menu = window->menuBar()->addMenu(tr("I&mage"));
-    rescan = add(menu, tr("&Rescan folder"), tr("F5"), "view-refresh");
-    nextProblem = add(menu, tr("Next &problem"), tr("F8"), "go-jump");
+    rescan = add(menu, tr("&Rescan folder"), tr("F5"));
+    nextProblem = add(menu, tr("Next &problem"), tr("F8"));
     menu->addSeparator();
-    build = add(menu, tr("&Build"), tr("Ctrl+B"), "system-run");
-    stop = add(menu, tr("&Stop"), tr("Ctrl+."), "process-stop");
+    build = add(menu, tr("&Build"), tr("Ctrl+B"));
+    stop = add(menu, tr("&Stop"), tr("Ctrl+."));
     menu->addSeparator();
-    writeManifest = add(menu, tr("&Write manifest"), QString(), "");
-    copyCommand = add(menu, tr("&Copy as terminal command"), QString(), "edit-copy");
+    writeManifest = add(menu, tr("&Write manifest"));
+    copyCommand = add(menu, tr("&Copy as terminal command"));
 }
 
 void WindowActions::createToolBar()
 {
     QToolBar *toolBar = window->addToolBar(tr("Toolbar"));
     toolBar->setObjectName(QStringLiteral("steps"));
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     toolBar->setMovable(false);
-    toolBar->setIconSize(iconSizeFor(window));
     toolBar->addActions({openFolder, rescan, build, stop});
     addViews({toolBar->toggleViewAction()});
 }

@@ -53,7 +53,7 @@ public:
     KRecentFilesMenu *recentFiles;
 
 private:
-    QAction *add(QMenu *menu, const QString &text, const QString &shortcut, const char *icon);
+    QAction *add(QMenu *menu, const QString &text, const QString &shortcut = {});
     void createFileMenu();
     void escapeRecentFiles();
     void createEditMenu();

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/icons.h"
 #include "host/window/mainwindow.h"
 
 #include <QApplication>
@@ -48,7 +47,6 @@ int showEmptyWindow()
 
 int showOurWindow()
 {
-    QApplication::setWindowIcon(applicationIcon());
     MainWindow window;
     window.loadPlugin({QStringLiteral(PLUGIN_LIBRARY)});
     return showUntilPainted(&window);
