@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "host/window/lowerpanes.h"
 #include "host/window/mainwindow.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QStyleFactory>
 
@@ -95,14 +95,9 @@ public:
         settle();
     }
 
-    void raiseDock(const char *name)
+    void showLog()
     {
-        auto dock = window.findChild<QDockWidget *>(QLatin1String(name));
-        if (!dock) {
-            qFatal("there is no dock %s", name);
-        }
-        dock->show();
-        dock->raise();
+        window.findChild<LowerPanes *>()->showLog();
         settle();
     }
 
@@ -158,7 +153,7 @@ void takeAll(const Inputs &inputs)
     QApplication::setPalette(darkPalette());
     Picture picture(inputs, usualSize);
     picture.open(inputs.brokenSample);
-    picture.raiseDock("logDock");
+    picture.showLog();
     picture.save(QStringLiteral("dark"));
 }
 

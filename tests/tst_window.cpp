@@ -244,7 +244,7 @@ private slots:
         QVERIFY(table && table->model()->rowCount() > 0);
         window->close();
         newWindow();
-        QVERIFY(window->findChild<QDockWidget *>("dataViewDock")->isHidden());
+        QVERIFY(!window->findChild<QWidget *>("dataViews")->isVisible());
     }
 
     void aWrongPluginChangesNothing()

@@ -12,6 +12,7 @@
 #include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/logpane.h"
+#include "host/window/lowerpanes.h"
 #include "host/window/messages.h"
 #include "host/window/problempane.h"
 #include "host/window/projectfiles.h"
@@ -21,7 +22,6 @@
 #include "host/window/terminalcommand.h"
 #include "host/window/undohistory.h"
 #include "host/window/windowactions.h"
-#include "host/window/windowdocks.h"
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAbstractItemView>
@@ -35,6 +35,9 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QRubberBand>
+#include <QScreen>
+#include <QSettings>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTextDocument>
@@ -56,6 +59,12 @@ namespace {
 const int noPluginPageIndex = 0;
 const int workPageIndex = 1;
 const int maxNoticeLines = 4;
+
+const QLatin1String geometryKey("layout/geometry");
+const QLatin1String stateKey("layout/state");
+const QLatin1String splitterKey("layout/splitter");
+/// Version of the layout of toolbars; a state of another version is not restored.
+const int layoutVersion = 4;
 
 /// Creates a label that elides what does not fit.
 KSqueezedTextLabel *createElidedLabel(const QString &name)
@@ -80,7 +89,7 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , history(new UndoHistory(&session, this))
     , actions(new WindowActions(this, history))
-    , docks(new WindowDocks(this))
+    , lowerPanes(new LowerPanes(this))
     , projectFiles(new ProjectFiles(&session, actions->recentFiles, this))
     , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
@@ -91,7 +100,7 @@ MainWindow::MainWindow(QWidget *parent)
     connectSession();
     connectActions();
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
-    docks->restoreLayout();
+    restoreLayout();
     session.setStitcher(readSettings().stitcherFile);
     showPlugin();
     showState();
@@ -100,7 +109,7 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     // The session deletes the plug-in before the widgets that show it are deleted.
-    docks->setPlugin(nullptr);
+    lowerPanes->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
     disconnect(qApp, nullptr, this, nullptr);
     // Its destructor emits signals when it clears the history.
@@ -143,7 +152,11 @@ void MainWindow::createPanes()
     pages = new QStackedWidget(this);
     pages->insertWidget(noPluginPageIndex, noPluginPage);
     pages->insertWidget(workPageIndex, work);
-    setCentralWidget(pages);
+    splitter = new QSplitter(Qt::Vertical, this);
+    splitter->addWidget(pages);
+    splitter->addWidget(lowerPanes);
+    splitter->setSizes({3, 1});
+    setCentralWidget(splitter);
     ingredientPane->setFocus();
 
     statusLabel = createElidedLabel(QStringLiteral("status"));
@@ -152,10 +165,12 @@ void MainWindow::createPanes()
 
 void MainWindow::connectSession()
 {
-    connect(&session, &Session::statusMessage, docks->logPane, &LogPane::addStatus);
-    connect(&session, &Session::errorMessage, docks->logPane, &LogPane::addError);
-    connect(&session, &Session::dataFileChanged, docks->dataViewPane, &DataViewPane::refreshViews);
-    connect(&session, &Session::pluginAboutToChange, docks, [this] { docks->setPlugin(nullptr); });
+    connect(&session, &Session::statusMessage, lowerPanes->logPane, &LogPane::addStatus);
+    connect(&session, &Session::errorMessage, lowerPanes->logPane, &LogPane::addError);
+    connect(&session, &Session::dataFileChanged, lowerPanes->dataViewPane,
+            &DataViewPane::refreshViews);
+    connect(&session, &Session::pluginAboutToChange, lowerPanes,
+            [this] { lowerPanes->setPlugin(nullptr); });
     connect(&session, &Session::pluginChanged, this, &MainWindow::showPlugin);
     connect(&session, &Session::busyChanged, this, [this](bool isBusy) {
         if (isBusy) {
@@ -167,7 +182,7 @@ void MainWindow::connectSession()
     });
     connect(&session, &Session::noticed, this, &MainWindow::showNotice);
     connect(&session, &Session::changed, this, &MainWindow::showState);
-    connect(&session, &Session::changed, docks, &WindowDocks::update);
+    connect(&session, &Session::changed, lowerPanes, &LowerPanes::offerDataViews);
     connect(&session, &Session::buildStarted, this, &MainWindow::startLog);
     connect(&session, &Session::buildFinished, this, &MainWindow::finishLog);
     connect(&session, &Session::projectChanged, this, &MainWindow::showTitle);
@@ -180,12 +195,12 @@ void MainWindow::connectSession()
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
     connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
-    connect(buildPane, &BuildPane::errorsRequested, docks, &WindowDocks::showNextError);
+    connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextError);
 }
 
 void MainWindow::connectActions()
 {
-    actions->addViews(docks->viewActions());
+    actions->addViews(lowerPanes->viewActions());
     actions->addRowActions(ingredientPane->rowActions());
     // Store what is being typed before any action.
     const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
@@ -206,7 +221,7 @@ void MainWindow::connectActions()
     connectTo(actions->settings, this, &MainWindow::changeSettings);
     connectTo(actions->rescan, &session, &Session::rescan);
     connectTo(actions->nextProblem, problemPane, &ProblemPane::showNext);
-    connectTo(actions->searchLog, docks, &WindowDocks::searchLog);
+    connectTo(actions->searchLog, lowerPanes, &LowerPanes::searchLog);
     connectTo(actions->build, this, &MainWindow::build);
     connectTo(actions->stop, &session, &Session::stopBuild);
     connectTo(actions->writeManifest, &session, &Session::writeManifest);
@@ -235,7 +250,7 @@ void MainWindow::showPlugin()
     const bool loaded = session.isLoaded();
     pages->setCurrentIndex(loaded ? workPageIndex : noPluginPageIndex);
     noPluginPage->setText(session.pluginProblem());
-    docks->setPlugin(session.root());
+    lowerPanes->setPlugin(session.root());
     if (loaded) {
         showElided(targetLabel,
                    tr("%1, version %2")
@@ -341,16 +356,16 @@ void MainWindow::showAbout()
 
 void MainWindow::startLog(const QString &stitcher)
 {
-    docks->showLog();
-    docks->logPane->addStatus(tr("Building with %1").arg(QDir::toNativeSeparators(stitcher)));
+    lowerPanes->showLog();
+    lowerPanes->logPane->addStatus(tr("Building with %1").arg(QDir::toNativeSeparators(stitcher)));
 }
 
 void MainWindow::finishLog(const BuildResult &result)
 {
     if (result.isSuccess || result.isStopped) {
-        docks->logPane->addStatus(resultLine(result));
+        lowerPanes->logPane->addStatus(resultLine(result));
     } else {
-        docks->logPane->addError(resultLine(result));
+        lowerPanes->logPane->addError(resultLine(result));
     }
 }
 
@@ -391,9 +406,6 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     problemPane->updateGeometry();
-    if (event->size().height() < event->oldSize().height() || !event->oldSize().isValid()) {
-        docks->limitHeight();
-    }
 }
 
 void MainWindow::changeEvent(QEvent *event)
@@ -420,7 +432,32 @@ void MainWindow::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
+void MainWindow::restoreLayout()
+{
+    const QSettings settings;
+    if (!restoreGeometry(settings.value(geometryKey).toByteArray())) {
+        fitScreen();
+    }
+    restoreState(settings.value(stateKey).toByteArray(), layoutVersion);
+    splitter->restoreState(settings.value(splitterKey).toByteArray());
+    lowerPanes->restoreLayout(settings);
+}
+
 void MainWindow::saveLayout() const
 {
-    docks->saveLayout();
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(stateKey, saveState(layoutVersion));
+    settings.setValue(splitterKey, splitter->saveState());
+    lowerPanes->saveLayout(&settings);
+}
+
+/// The initial size, in characters, so that it grows with the font, but no larger than the screen.
+void MainWindow::fitScreen()
+{
+    const QFontMetrics metrics = fontMetrics();
+    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
+    // The window's frame is unknown until it is shown.
+    const QSize available = screen()->availableSize() * 9 / 10;
+    resize(wanted.boundedTo(available));
 }

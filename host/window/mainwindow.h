@@ -12,13 +12,14 @@ class HintPage;
 class IngredientPane;
 class KMessageWidget;
 class KSqueezedTextLabel;
+class LowerPanes;
 class ProblemPane;
 class ProjectFiles;
 class QRubberBand;
+class QSplitter;
 class QStackedWidget;
 class UndoHistory;
 class WindowActions;
-class WindowDocks;
 
 /// The main window: connects panes and actions to the session.
 class MainWindow : public QMainWindow
@@ -36,7 +37,7 @@ public:
     void restoreLastProject();
     /// Asks if there are problems, and runs the stitcher.
     void build();
-    /// Stores size, position, docks and toolbars for the next session.
+    /// Stores size, position and what is shown for the next session.
     void saveLayout() const;
 
 protected:
@@ -51,6 +52,8 @@ private:
     void createPanes();
     void connectSession();
     void connectActions();
+    void restoreLayout();
+    void fitScreen();
 
     void showPlugin();
     void showState();
@@ -67,9 +70,10 @@ private:
     Session session;
     UndoHistory *history;
     WindowActions *actions;
-    WindowDocks *docks;
+    LowerPanes *lowerPanes;
     ProjectFiles *projectFiles;
 
+    QSplitter *splitter = nullptr;
     QStackedWidget *pages = nullptr;
     HintPage *noPluginPage = nullptr;
     HintPage *startHint = nullptr;

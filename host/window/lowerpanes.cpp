@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 Loomwright plug-in team
+// SPDX-License-Identifier: MIT
+
+#include "host/window/lowerpanes.h"
+
+#include "host/window/dataviewpane.h"
+#include "host/window/logpane.h"
+#include "host/window/targetdetailspane.h"
+
+#include <QAction>
+#include <QSettings>
+#include <QTabBar>
+
+#include <algorithm>
+
+namespace {
+
+const QLatin1String shownKey("layout/shown");
+/// In a low window, the tree needs the height.
+const int minLines = 3;
+
+} // namespace
+
+LowerPanes::LowerPanes(QWidget *parent)
+    : QTabWidget(parent)
+    , logPane(new LogPane(this))
+    , dataViewPane(new DataViewPane(this))
+    , targetDetailsPane(new TargetDetailsPane(this))
+{
+    setDocumentMode(true);
+    // The Tab key would get stuck here while the tab bar is hidden.
+    setFocusProxy(nullptr);
+    setFocusPolicy(Qt::NoFocus);
+    addPane(logPane, tr("Log"));
+    addPane(dataViewPane, tr("Data views"));
+    addPane(targetDetailsPane, tr("Target details"));
+    hide();
+}
+
+void LowerPanes::addPane(QWidget *pane, const QString &title)
+{
+    pane->setMinimumHeight(fontMetrics().height() * minLines);
+    const int index = addTab(pane, title);
+    setTabVisible(index, false);
+    auto action = new QAction(title, this);
+    action->setCheckable(true);
+    actions << action;
+    connect(action, &QAction::toggled, this, [this, index](bool isShown) {
+        setTabVisible(index, isShown);
+        if (isShown) {
+            setCurrentIndex(index);
+        }
+        const auto count = std::count_if(actions.begin(), actions.end(),
+                                         [](const QAction *each) { return each->isChecked(); });
+        tabBar()->setVisible(count > 1);
+        setVisible(count > 0);
+    });
+}
+
+QList<QAction *> LowerPanes::viewActions() const
+{
+    return actions;
+}
+
+void LowerPanes::showPane(QWidget *pane)
+{
+    actions.at(indexOf(pane))->setChecked(true);
+    setCurrentWidget(pane);
+}
+
+void LowerPanes::setPlugin(ILoomwrightPlugin *plugin)
+{
+    dataViewPane->setPlugin(plugin);
+    targetDetailsPane->setPlugin(plugin);
+    if (targetDetailsPane->isPageNeeded()) {
+        showPane(targetDetailsPane);
+    }
+}
+
+void LowerPanes::offerDataViews()
+{
+    const bool found = dataViewPane->count() > 0;
+    QAction *action = actions.at(indexOf(dataViewPane));
+    action->setEnabled(found);
+    if (!found) {
+        action->setChecked(false);
+    }
+}
+
+void LowerPanes::showLog()
+{
+    showPane(logPane);
+}
+
+void LowerPanes::searchLog()
+{
+    showLog();
+    logPane->focusSearch();
+}
+
+void LowerPanes::showNextError()
+{
+    showLog();
+    logPane->showNextError();
+}
+
+void LowerPanes::restoreLayout(const QSettings &settings)
+{
+    const QStringList shown = settings.value(shownKey).toStringList();
+    for (int i = 0; i < count(); ++i) {
+        actions.at(i)->setChecked(shown.contains(widget(i)->objectName()));
+    }
+    offerDataViews();
+}
+
+void LowerPanes::saveLayout(QSettings *settings) const
+{
+    QStringList shown;
+    for (int i = 0; i < count(); ++i) {
+        if (actions.at(i)->isChecked()) {
+            shown << widget(i)->objectName();
+        }
+    }
+    settings->setValue(shownKey, shown);
+}
