@@ -123,12 +123,6 @@ void MainWindow::createPanes()
     QFont bold = targetLabel->font();
     bold.setBold(true);
     targetLabel->setFont(bold);
-    notice = new KMessageWidget(this);
-    notice->setObjectName(QStringLiteral("notice"));
-    notice->setWordWrap(true);
-    // A long word, such as a path, must not widen the window.
-    notice->setMinimumWidth(1);
-    notice->hide();
     ingredientPane = new IngredientPane(&session, this);
     startHint = new HintPage(tr("Drop a folder of firmware files here"), tr("Open folder…"), this);
     startHint->setObjectName(QStringLiteral("startHint"));
@@ -139,13 +133,12 @@ void MainWindow::createPanes()
     buildPane = new BuildPane(&session, this);
 
     auto work = new QWidget(this);
-    auto layout = new QVBoxLayout(work);
-    layout->addWidget(targetLabel);
-    layout->addWidget(notice);
-    layout->addWidget(ingredientPane, 1);
-    layout->addWidget(startHint);
-    layout->addWidget(problemPane);
-    layout->addWidget(buildPane);
+    workLayout = new QVBoxLayout(work);
+    workLayout->addWidget(targetLabel);
+    workLayout->addWidget(ingredientPane, 1);
+    workLayout->addWidget(startHint);
+    workLayout->addWidget(problemPane);
+    workLayout->addWidget(buildPane);
 
     noPluginPage = new HintPage(tr("No plug-in is loaded"), tr("&Choose a plug-in…"), this);
     noPluginPage->setObjectName(QStringLiteral("noPlugin"));
@@ -174,7 +167,7 @@ void MainWindow::connectSession()
     connect(&session, &Session::pluginChanged, this, &MainWindow::showPlugin);
     connect(&session, &Session::busyChanged, this, [this](bool isBusy) {
         if (isBusy) {
-            notice->hide();
+            delete notice;
             QApplication::setOverrideCursor(Qt::WaitCursor);
         } else {
             QApplication::restoreOverrideCursor();
@@ -205,7 +198,7 @@ void MainWindow::connectActions()
     // Store what is being typed before any action.
     const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
         connect(action, &QAction::triggered, receiver, [this, receiver, operation] {
-            notice->hide();
+            delete notice;
             ingredientPane->commitEditor();
             (receiver->*operation)();
         });
@@ -376,7 +369,14 @@ void MainWindow::showNotice(const QString &text)
     if (lines.count() > maxNoticeLines) {
         lines = lines.mid(0, maxNoticeLines) << tr("… the log has more.");
     }
+    delete notice;
+    notice = new KMessageWidget(this);
+    notice->setObjectName(QStringLiteral("notice"));
+    notice->setWordWrap(true);
+    // A long word, such as a path, must not widen the window.
+    notice->setMinimumWidth(1);
     notice->setText(Qt::convertFromPlainText(lines.join(QLatin1Char('\n'))));
+    workLayout->insertWidget(workLayout->indexOf(ingredientPane), notice);
     notice->show();
 }
 

@@ -6,6 +6,7 @@
 #include "host/window/session.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class BuildPane;
 class HintPage;
@@ -18,6 +19,7 @@ class ProjectFiles;
 class QRubberBand;
 class QSplitter;
 class QStackedWidget;
+class QVBoxLayout;
 class UndoHistory;
 class WindowActions;
 
@@ -79,7 +81,8 @@ private:
     HintPage *startHint = nullptr;
     KSqueezedTextLabel *targetLabel = nullptr;
     KSqueezedTextLabel *statusLabel = nullptr;
-    KMessageWidget *notice = nullptr;
+    QVBoxLayout *workLayout = nullptr;
+    QPointer<KMessageWidget> notice;
     IngredientPane *ingredientPane = nullptr;
     ProblemPane *problemPane = nullptr;
     BuildPane *buildPane = nullptr;
