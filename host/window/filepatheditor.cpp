@@ -3,14 +3,12 @@
 
 #include "host/window/filepatheditor.h"
 
-#include "host/window/droppedfiles.h"
 #include "host/window/typedpath.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCompleter>
 #include <QDir>
-#include <QDropEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -30,14 +28,13 @@ FilePathEditor::FilePathEditor(QWidget *parent)
 
     pathLine->setAccessibleName(tr("Path"));
     pathLine->setFrame(false);
-    // The editor itself handles drops: the line would insert a URL instead of a path.
+    // The window handles drops: the line would insert a URL instead of a path.
     pathLine->setAcceptDrops(false);
     browseButton->setText(tr("Browse…"));
     browseButton->setAccessibleName(tr("Browse for a file"));
     browseButton->setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(pathLine);
     setAutoFillBackground(true);
-    setAcceptDrops(true);
 
     connect(browseButton, &QToolButton::clicked, this, &FilePathEditor::browse);
     connect(qApp, &QApplication::focusChanged, this, &FilePathEditor::followFocus);
@@ -96,19 +93,6 @@ void FilePathEditor::choose(const QString &file)
         pathLine->setText(QDir::toNativeSeparators(file));
         emit finished();
     }
-}
-
-void FilePathEditor::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (droppedFiles(event->mimeData()).count() == 1) {
-        event->acceptProposedAction();
-    }
-}
-
-void FilePathEditor::dropEvent(QDropEvent *event)
-{
-    event->acceptProposedAction();
-    choose(droppedFiles(event->mimeData()).value(0));
 }
 
 void FilePathEditor::followFocus(const QWidget *old, const QWidget *now)

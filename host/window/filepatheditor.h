@@ -10,8 +10,7 @@
 class QLineEdit;
 class QToolButton;
 
-/// Edits a FilePath in place: a line for the path and a button that opens a file dialog. Accepts a
-/// dropped file.
+/// Edits a FilePath in place: a line for the path and a button that opens a file dialog.
 class FilePathEditor : public QWidget
 {
     Q_OBJECT
@@ -31,12 +30,8 @@ public:
     void browse();
 
 signals:
-    /// The user has finished editing, by choosing or dropping a file or by leaving the editor.
+    /// The user has finished editing, by choosing a file or by leaving the editor.
     void finished();
-
-protected:
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     void choose(const QString &file);

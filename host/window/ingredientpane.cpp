@@ -5,7 +5,6 @@
 
 #include "host/window/ingredientdelegate.h"
 #include "host/window/ingredientproxymodel.h"
-#include "host/window/ingredienttree.h"
 #include "host/window/session.h"
 #include "model/modelcolumns.h"
 #include "plugin/iingredientmanager.h"
@@ -17,6 +16,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QMenu>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace {
@@ -31,7 +31,7 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
     , model(new IngredientProxyModel(imageSession, this))
-    , tree(new IngredientTree(this))
+    , tree(new QTreeView(this))
     , delegate(new IngredientDelegate(this))
     , editAction(new QAction(tr("&Edit value"), this))
     , clearAction(new QAction(tr("Clear &value"), this))
@@ -63,15 +63,6 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
 
     connect(tree, &QTreeView::activated, this, &IngredientPane::edit);
     connect(tree, &QWidget::customContextMenuRequested, this, &IngredientPane::showMenu);
-    connect(tree, &IngredientTree::filesDropped, this, &IngredientPane::filesDropped);
-    connect(tree, &IngredientTree::fileDropped, this,
-            [this](const QModelIndex &row, const QString &file) {
-                const auto ingredient = model->ingredientAt(row);
-                commitEditor(); // Committing may replace the model.
-                if (ingredient) {
-                    session->setValue(ingredient->id, file);
-                }
-            });
     connect(delegate, &IngredientDelegate::editRequested, this, &IngredientPane::edit);
     connect(delegate, &IngredientDelegate::editingChanged, session, &Session::setEditing);
     connect(session, &Session::pluginAboutToChange, this, &IngredientPane::detach);
@@ -144,7 +135,6 @@ void IngredientPane::setEditable(bool isEditable)
 {
     tree->setEditTriggers(isEditable ? QAbstractItemView::EditKeyPressed
                                      : QAbstractItemView::NoEditTriggers);
-    tree->setAcceptDrops(isEditable);
     editAction->setEnabled(isEditable);
     clearAction->setEnabled(isEditable);
 }
@@ -157,6 +147,20 @@ void IngredientPane::showIngredient(const IngredientId &id)
         tree->scrollTo(cell);
         tree->setFocus();
     }
+}
+
+std::optional<IngredientPane::FileRow> IngredientPane::fileRowAt(const QPoint &position) const
+{
+    QWidget *rows = tree->viewport();
+    const QPoint inTree = rows->mapFrom(window(), position);
+    const QModelIndex index = rows->rect().contains(inTree) ? tree->indexAt(inTree) : QModelIndex();
+    const auto ingredient = model->ingredientAt(index);
+    if (!ingredient || kindOf(ingredient->value) != ValueKind::File) {
+        return std::nullopt;
+    }
+    const QRect cell = tree->visualRect(index);
+    const QRect row(0, cell.top(), rows->width(), cell.height());
+    return FileRow{ingredient->id, row.translated(rows->mapTo(window(), QPoint()))};
 }
 
 void IngredientPane::commitEditor()

@@ -5,14 +5,13 @@
 
 #include "host/core/ingredients.h"
 
-#include <QStringList>
 #include <QWidget>
 
 class Session;
 class IngredientDelegate;
 class IngredientProxyModel;
-class IngredientTree;
 class QAction;
+class QTreeView;
 
 /// The ingredient tree, edited in place.
 class IngredientPane : public QWidget
@@ -20,11 +19,19 @@ class IngredientPane : public QWidget
     Q_OBJECT
 
 public:
+    /// A row whose value is a file.
+    struct FileRow {
+        IngredientId id;
+        QRect area; ///< In the window.
+    };
+
     /// Shows the values of @p imageSession, which must outlive this pane.
     explicit IngredientPane(Session *imageSession, QWidget *parent = nullptr);
 
     /// Selects an ingredient and sets the focus on it.
     void showIngredient(const IngredientId &id);
+    /// The row at @p position in the window; none where there is none or its value is no file.
+    std::optional<FileRow> fileRowAt(const QPoint &position) const;
     /// Stores what is being typed.
     void commitEditor();
     /// Sets whether values may be changed.
@@ -32,10 +39,6 @@ public:
 
     /// The actions for the current row, for a menu.
     QList<QAction *> rowActions() const;
-
-signals:
-    /// Files and folders were dropped outside of any row.
-    void filesDropped(const QStringList &files);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -53,7 +56,7 @@ private:
 
     Session *session;
     IngredientProxyModel *model;
-    IngredientTree *tree;
+    QTreeView *tree;
     IngredientDelegate *delegate;
     QAction *editAction;
     QAction *clearAction;

@@ -8,9 +8,9 @@
 #include "host/window/buildpane.h"
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
-#include "host/window/droppedfiles.h"
 #include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
+#include "host/window/inputkind.h"
 #include "host/window/logpane.h"
 #include "host/window/lowerpanes.h"
 #include "host/window/messages.h"
@@ -34,6 +34,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QRubberBand>
 #include <QScreen>
 #include <QSettings>
@@ -81,6 +82,19 @@ void showElided(KSqueezedTextLabel *label, const QString &text)
 {
     label->setText(text);
     label->setAccessibleName(text);
+}
+
+/// The local files and folders that are dragged.
+QStringList droppedFiles(const QDropEvent &event)
+{
+    QStringList files;
+    const QList<QUrl> urls = event.mimeData()->urls();
+    for (const QUrl &url : urls) {
+        if (url.isLocalFile()) {
+            files.append(url.toLocalFile());
+        }
+    }
+    return files;
 }
 
 } // namespace
@@ -186,7 +200,6 @@ void MainWindow::connectSession()
     connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
     connect(noPluginPage, &HintPage::requested, this, &MainWindow::choosePlugin);
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
-    connect(ingredientPane, &IngredientPane::filesDropped, this, &MainWindow::open);
     connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextError);
 }
@@ -380,13 +393,27 @@ void MainWindow::showNotice(const QString &text)
     notice->show();
 }
 
+/// The row that gets what is dropped; none if that is opened instead.
+std::optional<IngredientPane::FileRow> MainWindow::rowFor(const QDropEvent &event) const
+{
+    const QStringList files = droppedFiles(event);
+    const bool isValue = files.count() == 1 && inputKindOf(files.first()) == InputKind::File;
+    return isValue ? ingredientPane->fileRowAt(event.pos()) : std::nullopt;
+}
+
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (session.isLoaded() && !session.isBuilding() && !droppedFiles(event->mimeData()).isEmpty()) {
-        event->acceptProposedAction();
-        dropFrame->setGeometry(centralWidget()->geometry());
-        dropFrame->show();
+    if (session.isLoaded() && !session.isBuilding() && !droppedFiles(*event).isEmpty()) {
+        dragMoveEvent(event);
     }
+}
+
+void MainWindow::dragMoveEvent(QDragMoveEvent *event)
+{
+    event->acceptProposedAction();
+    const auto row = rowFor(*event);
+    dropFrame->setGeometry(row ? row->area : centralWidget()->geometry());
+    dropFrame->show();
 }
 
 void MainWindow::dragLeaveEvent(QDragLeaveEvent *event)
@@ -399,7 +426,14 @@ void MainWindow::dropEvent(QDropEvent *event)
 {
     dropFrame->hide();
     event->acceptProposedAction();
-    open(droppedFiles(event->mimeData()));
+    const auto row = rowFor(*event);
+    const QStringList files = droppedFiles(*event);
+    if (row) {
+        ingredientPane->commitEditor();
+        session.setValue(row->id, files.first());
+    } else {
+        open(files);
+    }
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)

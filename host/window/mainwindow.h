@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "host/window/ingredientpane.h"
 #include "host/window/session.h"
 
 #include <QMainWindow>
@@ -10,7 +11,6 @@
 
 class BuildPane;
 class HintPage;
-class IngredientPane;
 class KMessageWidget;
 class KSqueezedTextLabel;
 class LowerPanes;
@@ -44,6 +44,7 @@ public:
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -68,6 +69,7 @@ private:
     void startLog(const QString &stitcher);
     void finishLog(const BuildResult &result);
     void showNotice(const QString &text);
+    std::optional<IngredientPane::FileRow> rowFor(const QDropEvent &event) const;
 
     Session session;
     UndoHistory *history;
