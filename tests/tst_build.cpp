@@ -146,7 +146,7 @@ private slots:
         row("a colon in its name", "printf log > i.log; printf x > :map", {});
         row("staging directory replaced",
             "mv ../\"${PWD##*/}\" ../x; mkdir \"$PWD\"; cp ../x/i.bin \"$PWD\"; rm -r ../x",
-            "replaced or removed the directory");
+            "replaced or removed the place");
         row("named like an input", "printf evil > in.bin", "in.bin, which is in use");
         row("a symlink", "ln -s /etc/passwd i.log", "not a regular file");
         row("a directory", "mkdir i.log", "not a regular file");
@@ -375,7 +375,7 @@ private slots:
         row("runner alone", "", runnerDirectory(), "", "There is no tamblin-stitcher in PATH.");
         row("runner", runnerDirectory() + name, "", "", "is not the stitcher");
         row("missing", "DIR/nope", "", "", "does not exist");
-        row("directory", "DIR", "", "", "is a directory");
+        row("directory", "DIR", "", "", "is not a regular file");
         row("not executable", "DIR/plain" + name, "", "", "is not executable");
         row("not executable in PATH", "", "DIR/plain", "", "is not executable");
         row("dangling", "DIR/link", "", "", "is a symlink that leads nowhere");

@@ -115,7 +115,7 @@ private slots:
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
             "name or key \"HostFW\".*No configuration is written: see the errors above");
         row("no such directory", "-d nowhere ingredients", 1, "Host FW",
-            "nowhere was rejected: there is no such directory");
+            "nowhere was rejected: it does not exist");
         row("relative paths", "-q -f HostFW_1.bin ingredients", 0,
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",

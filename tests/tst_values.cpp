@@ -51,8 +51,8 @@ private slots:
         QVERIFY(!values->addFile("file"));
         QVERIFY(!values->addFile("nothing"));
         QVERIFY(!values->loadConfiguration("nothing"));
-        const QStringList expected{"nothing was rejected: there is no such directory",
-                                   "file was rejected: it is not a directory",
+        const QStringList expected{"nothing was rejected: it does not exist",
+                                   "file was rejected: it is a file",
                                    "empty was rejected: no file name in it matches",
                                    "file was rejected: its name matches no ingredient",
                                    "nothing was rejected: it does not exist",

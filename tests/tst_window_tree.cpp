@@ -282,6 +282,24 @@ private slots:
                  qPrintable(text("status")));
     }
 
+    /// The window says "folder", also where the word comes from what both hosts share.
+    void directoriesAreFolders()
+    {
+        const QString word("directory");
+        drop(window.data(), {folder->path()});
+        QVERIFY2(notice().contains("was rejected") && !notice().contains(word),
+                 qPrintable(notice()));
+        setValue("Host FW", folder->path());
+        setValue("Output file name", folder->path());
+        for (const char *name : {"Host FW", "Output file name"}) {
+            QTRY_VERIFY(problemRow(name) >= 0);
+            const QAbstractItemModel &problems = *problemList()->model();
+            QTRY_COMPARE(problems.index(problemRow(name), 3).data().toString(),
+                         QString("a folder"));
+            QVERIFY(!problems.index(problemRow(name), 1).data().toString().contains(word));
+        }
+    }
+
     void undoRedoClear()
     {
         drop(window.data(), {sample()});

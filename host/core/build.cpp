@@ -117,8 +117,7 @@ QString Build::createDirectories()
     const QString parent = absolutePath(QDir::tempPath());
     problem = work.create(parent, QStringLiteral("loomwright-"));
     if (!problem.isEmpty()) {
-        return QStringLiteral("The work directory cannot be created in %1: %2.")
-            .arg(parent, problem);
+        return QStringLiteral("Temporary files cannot be created in %1: %2.").arg(parent, problem);
     }
     if (options.isDryRun) {
         return {};
@@ -264,7 +263,7 @@ QString Build::imageProblem() const
 {
     if (!stage->directory().isIntact()) {
         return QStringLiteral(
-            "The stitcher replaced or removed the directory that it had to write to.");
+            "The stitcher replaced or removed the place that it had to write to.");
     }
     const FileState written = FileState::ofLink(stage->path());
     if (!written.exists) {

@@ -53,6 +53,15 @@ Problem findingFor(const Ingredient &ingredient, Severity severity, const QStrin
     return problem;
 }
 
+Problem typeFinding(const Ingredient &ingredient, Severity severity, const QString &text,
+                    const FileState &state)
+{
+    Problem problem = findingFor(ingredient, severity, text);
+    problem.required = QStringLiteral("a regular file");
+    problem.actual = typeText(state.type);
+    return problem;
+}
+
 void findControlCharacters(const Ingredient &ingredient, Problems *problems)
 {
     const QString value = ingredient.text();
@@ -72,10 +81,8 @@ void findUnusableFile(const Ingredient &ingredient, Problems *problems)
         return;
     }
     if (!state.isRegular()) {
-        const QString type = typeText(state.type);
-        problems->append(findingFor(ingredient, Severity::Error,
-                                    QStringLiteral("It is %1, not a regular file").arg(type)));
-        problems->last().actual = type;
+        problems->append(typeFinding(ingredient, Severity::Error,
+                                     QStringLiteral("It is not a regular file"), state));
     } else if (!QFile(file).open(QIODevice::ReadOnly)) {
         problems->append(
             findingFor(ingredient, Severity::Error, QStringLiteral("The file cannot be read")));
@@ -95,18 +102,16 @@ void findUnusableImage(const Ingredient &output, Problems *problems)
     }
     const FileState state = FileState::ofLink(image);
     if (state.exists && !state.isRegular()) {
-        problems->append(
-            findingFor(output, Severity::Fatal,
-                       QStringLiteral("The image is %1, which a build does not replace")
-                           .arg(typeText(state.type))));
+        problems->append(typeFinding(output, Severity::Fatal,
+                                     QStringLiteral("The image is not a regular file"), state));
         return;
     }
     const QString directory = QFileInfo(absolutePath(image)).path();
     const QString reason = directoryProblem(directory);
     if (QFileInfo(directory).isDir() && !reason.isEmpty()) {
-        problems->append(findingFor(
-            output, Severity::Fatal,
-            QStringLiteral("The directory %1 cannot be written: %2").arg(directory, reason)));
+        problems->append(
+            findingFor(output, Severity::Fatal,
+                       QStringLiteral("%1 cannot be written: %2").arg(directory, reason)));
     }
 }
 

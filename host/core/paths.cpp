@@ -58,7 +58,7 @@ QString temporaryDirectoryProblem()
     }
     return QStringLiteral("TMPDIR is set to %1, which %2.")
         .arg(chosen,
-             QLatin1String(QFileInfo::exists(chosen) ? "is not a directory" : "does not exist"));
+             QLatin1String(QFileInfo::exists(chosen) ? "is a file" : "does not exist"));
 }
 
 bool openMemoryFile(QFile *file)

@@ -148,9 +148,7 @@ QString StagedFile::create()
 {
     const QString parent = QFileInfo(target).path();
     const QString reason = stage.create(parent, QLatin1String(stagePrefix));
-    return reason.isEmpty()
-        ? QString()
-        : QStringLiteral("The directory %1 cannot be written: %2.").arg(parent, reason);
+    return reason.isEmpty() ? QString() : cannotBeWritten(parent, reason);
 }
 
 QString StagedFile::path() const

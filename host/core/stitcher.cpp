@@ -25,9 +25,6 @@ QString problemOf(const QFileInfo &file)
                     : QStringLiteral("The stitcher %1 does not exist."))
             .arg(file.filePath());
     }
-    if (file.isDir()) {
-        return QStringLiteral("The stitcher %1 is a directory.").arg(file.filePath());
-    }
     if (!file.isFile()) {
         return QStringLiteral("The stitcher %1 is not a regular file.").arg(file.filePath());
     }

@@ -64,13 +64,13 @@ QString directoryRejection(const QString &directory)
     const QFileInfo info(directory);
     QString reason = QStringLiteral("no file name in it matches an ingredient");
     if (!info.exists()) {
-        reason = QStringLiteral("there is no such directory");
+        reason = QStringLiteral("it does not exist");
     } else if (!info.isDir()) {
-        reason = QStringLiteral("it is not a directory");
+        reason = QStringLiteral("it is a file");
     } else if (!info.isReadable() || !info.isExecutable()) {
         reason = QStringLiteral("it cannot be read");
     }
-    return QStringLiteral("The directory %1 was rejected: %2.").arg(directory, reason);
+    return QStringLiteral("%1 was rejected: %2.").arg(directory, reason);
 }
 
 } // namespace
@@ -358,8 +358,7 @@ bool Values::fillFromDirectory(const QString &directory)
             warn(text, files);
         }
     };
-    warnAboutSkipped(QStringLiteral("Directories that cannot be read were skipped"),
-                     skipped.unreadable);
+    warnAboutSkipped(QStringLiteral("What cannot be read was skipped"), skipped.unreadable);
     warnAboutSkipped(QStringLiteral("Symlinks were skipped, although their names match"), symlinks);
     warnAboutSkipped(QStringLiteral("Files were skipped, as their names are not valid in the "
                                     "locale's encoding"),

@@ -47,7 +47,10 @@ QString requiredText(const Problem &problem)
 
 QString actualText(const Problem &problem)
 {
-    return problem.actualSize >= 0 ? bytesText(problem.actualSize) : problem.actual;
+    if (problem.actualSize >= 0) {
+        return bytesText(problem.actualSize);
+    }
+    return problem.actual == QLatin1String("a directory") ? tr("a folder") : problem.actual;
 }
 
 QString problemLine(const Problem &problem)
