@@ -3,13 +3,12 @@
 
 #include "host/window/buildquestion.h"
 
+#include "host/window/messages.h"
 #include "host/window/problemtext.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QLocale>
-#include <QMessageBox>
-#include <QPushButton>
 
 #include <algorithm>
 
@@ -54,28 +53,12 @@ bool askToBuild(QWidget *parent, const Problems &problems)
     const bool blocked = std::any_of(errors.begin(), errors.end(), [](const Problem &problem) {
         return problem.severity == Severity::Fatal;
     });
-    QMessageBox question(QMessageBox::Warning, tr("Build"),
-                         blocked ? tr("The image cannot be built with these problems:")
-                                 : tr("The image has these problems:"),
-                         QMessageBox::NoButton, parent);
-    question.setTextFormat(Qt::PlainText);
-    question.setInformativeText(listed(errors));
-    QPushButton *cancel = question.addButton(QMessageBox::Cancel);
-    const QAbstractButton *anyway
-        = blocked ? nullptr : question.addButton(tr("Build &anyway"), QMessageBox::AcceptRole);
-    question.setDefaultButton(cancel);
-    question.exec();
-    return anyway && question.clickedButton() == anyway;
-}
-
-bool askToStop(QWidget *parent)
-{
-    QMessageBox question(QMessageBox::Question, tr("Close"), tr("The image is still being built."),
-                         QMessageBox::NoButton, parent);
-    question.setTextFormat(Qt::PlainText);
-    const QAbstractButton *stop
-        = question.addButton(tr("&Stop and close"), QMessageBox::AcceptRole);
-    question.setDefaultButton(question.addButton(tr("&Keep building"), QMessageBox::RejectRole));
-    question.exec();
-    return question.clickedButton() == stop;
+    if (blocked) {
+        showWarning(parent, tr("Build"),
+                    tr("The image cannot be built with these problems:\n\n%1").arg(listed(errors)));
+        return false;
+    }
+    return confirm(parent, tr("Build"),
+                   tr("The image has these problems:\n\n%1").arg(listed(errors)),
+                   tr("Build &anyway"), tr("Cancel"));
 }

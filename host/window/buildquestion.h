@@ -5,14 +5,9 @@
 
 #include "host/core/problem.h"
 
-#include <QVector>
-
 class QWidget;
 
 /// Shows the errors among @p problems before a build and asks whether to build anyway, which is not
 /// offered when one of them must be fixed. True when the build is to start; without errors, does not
 /// ask.
 bool askToBuild(QWidget *parent, const Problems &problems);
-
-/// Asks whether to stop the running build because the window is about to be closed.
-bool askToStop(QWidget *parent);

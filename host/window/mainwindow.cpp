@@ -454,7 +454,9 @@ void MainWindow::changeEvent(QEvent *event)
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     ingredientPane->commitEditor();
-    if (session.isBuilding() && !askToStop(this)) {
+    if (session.isBuilding()
+        && !confirm(this, tr("Close"), tr("The image is still being built."), tr("&Stop and close"),
+                    tr("&Keep building"))) {
         event->ignore();
         return;
     }

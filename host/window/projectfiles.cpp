@@ -5,13 +5,13 @@
 
 #include "host/core/paths.h"
 #include "host/window/inputkind.h"
+#include "host/window/messages.h"
 #include "host/window/session.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSettings>
 
 #include <KRecentFilesMenu>
@@ -119,15 +119,10 @@ bool ProjectFiles::mayReplaceProject()
     if (!session->isProjectFileChanged() || !QFileInfo::exists(session->projectFile())) {
         return true;
     }
-    QMessageBox question(QMessageBox::Warning, tr("Save the project"),
-                         tr("Another program has changed %1. Its changes will be lost.")
-                             .arg(QDir::toNativeSeparators(session->projectFile())),
-                         QMessageBox::Cancel, window);
-    question.setTextFormat(Qt::PlainText);
-    const QAbstractButton *replace = question.addButton(tr("&Replace"), QMessageBox::AcceptRole);
-    question.setDefaultButton(QMessageBox::Cancel);
-    question.exec();
-    return question.clickedButton() == replace;
+    return confirm(window, tr("Save the project"),
+                   tr("Another program has changed %1. Its changes will be lost.")
+                       .arg(QDir::toNativeSeparators(session->projectFile())),
+                   tr("&Replace"), tr("Cancel"));
 }
 
 bool ProjectFiles::saveAs()
