@@ -3,6 +3,7 @@
 
 #include "host/window/logpane.h"
 
+#include "host/core/stagedfile.h"
 #include "host/window/markcolors.h"
 #include "host/window/messages.h"
 
@@ -19,7 +20,6 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QScrollBar>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
@@ -43,15 +43,6 @@ enum LineState { StatusLine, ErrorLine };
 bool isAtEnd(const QTextCursor &cursor)
 {
     return cursor.block() == cursor.document()->lastBlock();
-}
-
-/// @return an empty text, or why the file could not be written
-QString writeFile(const QString &fileName, const QByteArray &content)
-{
-    QSaveFile file(fileName);
-    const bool isWritten
-        = file.open(QIODevice::WriteOnly) && file.write(content) >= 0 && file.commit();
-    return isWritten ? QString() : file.errorString();
 }
 
 /// The text between two positions of @p document without lines that the filter hides.
@@ -381,10 +372,9 @@ void LogPane::save()
     if (!droppedNotice->isHidden()) {
         content.prepend(droppedNotice->text() + QLatin1Char('\n'));
     }
-    const QString problem = writeFile(fileName, content.toUtf8());
+    const QString problem = writeWhole(resolvedTarget(fileName), content.toUtf8());
     if (!problem.isEmpty()) {
-        showWarning(this, tr("Save the log"),
-                    tr("%1 could not be written: %2").arg(fileName, problem));
+        showWarning(this, tr("Save the log"), problem);
     }
 }
 
