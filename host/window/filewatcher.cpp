@@ -89,16 +89,16 @@ void FileWatcher::watchPaths()
 
 void FileWatcher::compare()
 {
-    QStringList changedFiles;
+    bool isChanged = false;
     for (auto state = states.begin(); state != states.end(); ++state) {
         const FileState now = FileState::of(state.key());
         if (now != *state) {
             *state = now;
-            changedFiles.append(state.key());
+            isChanged = true;
         }
     }
     watchPaths();
-    if (!changedFiles.isEmpty()) {
-        emit changed(changedFiles);
+    if (isChanged) {
+        emit changed();
     }
 }

@@ -25,9 +25,9 @@ public:
     void setFiles(const QStringList &files);
 
 signals:
-    /// The files that differ from their last reported state. Emitted a fraction of a second after
-    /// the change, so that a file that is being written is not reported for every block.
-    void changed(const QStringList &files);
+    /// A file differs from its last reported state. Emitted a fraction of a second after the change,
+    /// so that a file that is being written is not reported for every block.
+    void changed();
 
 private:
     void compare();

@@ -14,7 +14,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QScopedValueRollback>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -80,11 +79,7 @@ bool Session::loadPlugin(const QStringList &candidates)
     values = std::make_unique<Values>(plugin.get());
     connect(plugin.get(), &Plugin::aboutToRenew, this, &Session::pluginAboutToChange);
     connect(plugin.get(), &Plugin::renewed, this, &Session::pluginChanged);
-    connect(values.get(), &Values::changed, this, [this] {
-        if (!isChecking) {
-            checkSoon();
-        }
-    });
+    connect(values.get(), &Values::changed, this, &Session::checkSoon);
     // The plug-in proposes an image in the documents folder, which a new account may not have yet.
     QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     savedValues = project();
@@ -313,16 +308,20 @@ void Session::setProjectFile(const QString &file)
     }
 }
 
+/// Why nothing may be written to @p path; empty if it may.
+QString Session::obstacleAt(const QString &path) const
+{
+    const QString problem = values->overwriteProblem(path);
+    return problem.isEmpty() ? writeProblem(path) : problem;
+}
+
 bool Session::saveProject(const QString &file)
 {
     if (!isLoaded()) {
         return false;
     }
     const QString path = resolvedTarget(file);
-    QString problem = path == projectPath ? QString() : values->overwriteProblem(path);
-    if (problem.isEmpty()) {
-        problem = writeProblem(path);
-    }
+    QString problem = path == projectPath ? writeProblem(path) : obstacleAt(path);
     if (problem.isEmpty()) {
         problem = writeProject(path, project());
     }
@@ -344,10 +343,7 @@ bool Session::saveConfiguration(const QString &file)
     }
     const QString path = resolvedTarget(file);
     const auto configuration = configurationOf(*plugin);
-    QString problem = values->overwriteProblem(path);
-    if (problem.isEmpty()) {
-        problem = writeProblem(path);
-    }
+    QString problem = obstacleAt(path);
     if (problem.isEmpty()) {
         problem = configuration ? writeWhole(path, *configuration)
                                 : tr("The configuration could not be written; the log says why.");
@@ -367,10 +363,7 @@ bool Session::saveConfiguration(const QString &file)
 void Session::writeManifest()
 {
     const QString file = resolvedTarget(lastResult.image.file + QLatin1String(manifestSuffix));
-    QString problem = values->overwriteProblem(file);
-    if (problem.isEmpty()) {
-        problem = writeProblem(file);
-    }
+    QString problem = obstacleAt(file);
     if (problem.isEmpty()) {
         problem = ::writeManifest(lastResult, file);
     }
@@ -421,7 +414,7 @@ void Session::check()
         return;
     }
     {
-        const QScopedValueRollback<bool> checking(isChecking, true);
+        const QSignalBlocker blocker(values.get()); // This is the check.
         values->check();
     }
     currentProblems = findings() + values->problems();

@@ -169,6 +169,7 @@ private:
     void watchFiles();
     void finishBuild(const BuildResult &result);
     void setProjectFile(const QString &file);
+    QString obstacleAt(const QString &path) const;
 
     std::unique_ptr<Plugin> plugin;
     std::unique_ptr<Values> values;
@@ -186,6 +187,5 @@ private:
     Project builtValues;
     BuildResult lastResult;
     BuildState lastState = BuildState::NotBuilt;
-    bool isChecking = false;
     bool isEditing = false;
 };
