@@ -81,8 +81,8 @@ private slots:
         row("good", input + "file", "", "", false);
         const QString image = "Output file name=";
         row("no image", image, "No image is named", "", true);
-        row("image is a symlink", image + "soft.bin", "The image is a symlink", "", true);
-        row("image is a directory", image + ".", "The image is a directory", "", true);
+        row("image is a symlink", image + "soft.bin", "The image is not a regular file", "a symlink", true);
+        row("image is a directory", image + ".", "The image is not a regular file", "a directory", true);
         row("image in a directory that cannot be written", image + "locked/i.bin",
             "locked cannot be written: Perm", "", true);
         row("image is a configuration", image + "c.txt", "same file as one that was loaded", "",
