@@ -43,7 +43,7 @@ private slots:
     {
         QFETCH(QString, way);
         session->open({samples.filePath("good")});
-        const Project good = session->project();
+        const Snapshot good = session->snapshot();
         const QString project = folder->filePath("p.json");
         QVERIFY(session->saveProject(project));
         const QString copy
@@ -63,6 +63,55 @@ private slots:
         QTRY_VERIFY(session->problems().isEmpty());
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
         QVERIFY(session->root()->getIngredientManager()->getSupportedViews().count() == 1);
+    }
+
+    /// Only a choice ends an ambiguity.
+    void ambiguities_data()
+    {
+        const Table<QString> row("way");
+        row("searched again", "rescan");
+        row("another folder, undone", "undo");
+        row("a folder that is rejected", "rejected");
+        row("the file in use was gone", "used");
+        row("the other file was gone", "other");
+    }
+    void ambiguities()
+    {
+        QFETCH(QString, way);
+        const QString drop = folder->filePath("drop");
+        QVERIFY(makeSample(drop, true));
+        session->open({drop});
+        const Project before = session->project();
+        const IngredientId id = findIngredient(session->ingredients(), "Host FW")->id;
+        const QStringList files = session->candidates(id);
+        QCOMPARE(files.count(), 2);
+        if (way == "rescan") {
+            session->rescan();
+        } else if (way == "undo") {
+            const Snapshot snapshot = session->snapshot();
+            session->open({samples.filePath("good")});
+            session->check();
+            QVERIFY(session->problems().isEmpty());
+            session->restore(snapshot);
+        } else if (way == "rejected") {
+            QVERIFY(QDir(folder->path()).mkdir("empty"));
+            session->open({folder->filePath("empty")});
+        } else {
+            const QString gone = files.at(way == "used" ? 0 : 1);
+            QVERIFY(QFile::rename(gone, drop + ".spare"));
+            session->check();
+            QCOMPARE(session->candidates(id), way == "used" ? files.mid(1) : QStringList());
+            QCOMPARE(problemsOf("Host FW").count(), way == "used" ? 1 : 0);
+            QVERIFY(QFile::rename(drop + ".spare", gone));
+        }
+        session->check();
+        QVERIFY(session->project().hasSameValuesAs(before));
+        QCOMPARE(problemsOf("Host FW").count(), 1);
+        QCOMPARE(problemsOf("Host FW").first().files, files);
+        QCOMPARE(session->candidates(id), files);
+        session->setValue(id, files.first());
+        session->check();
+        QCOMPARE(problemsOf("Host FW").count(), 0);
     }
 
     void filesOnDiskAreWatched()

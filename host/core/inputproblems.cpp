@@ -16,15 +16,33 @@ namespace {
 /// A data file may cause hundreds of thousands of errors. All of them are in the plug-in's messages.
 const int maxMessages = 50;
 
-QString candidatesText(const QStringList &files)
+bool isAmbiguity(const Problem &problem)
 {
-    const QString &used = files.first();
-    const QString usedName = QFileInfo(used).fileName();
-    const auto named = std::count_if(files.begin(), files.end(), [&](const QString &file) {
-        return QFileInfo(file).fileName() == usedName;
-    });
-    return QStringLiteral("%1 candidates found; %2 is used")
-        .arg(QString::number(files.count()), named > 1 ? used : usedName);
+    return problem.kind == ProblemKind::Candidates;
+}
+
+/// @p ambiguity with the files that exist now, and a text about them.
+Problem present(const Problem &ambiguity)
+{
+    Problem problem = ambiguity;
+    const QString used = problem.files.first();
+    problem.files.erase(
+        std::remove_if(problem.files.begin(), problem.files.end(),
+                       [](const QString &file) { return !QFileInfo::exists(file); }),
+        problem.files.end());
+    QString usedName = QFileInfo(used).fileName();
+    const auto named
+        = std::count_if(problem.files.begin(), problem.files.end(), [&](const QString &file) {
+              return QFileInfo(file).fileName() == usedName;
+          });
+    if (!problem.files.contains(used)) {
+        usedName = QStringLiteral("none of them");
+    } else if (named > 1) {
+        usedName = used;
+    }
+    problem.text = QStringLiteral("%1 candidates found; %2 is used")
+                       .arg(QString::number(problem.files.count()), usedName);
+    return problem;
 }
 
 /// The messages about a data file without the conclusion that follows from the others, and with the
@@ -44,9 +62,16 @@ QStringList completed(QStringList messages, const QString &file)
 
 } // namespace
 
-const Problems &InputProblems::all() const
+Problems InputProblems::current() const
 {
-    return problems;
+    Problems found;
+    for (const Problem &problem : problems) {
+        const Problem shown = isAmbiguity(problem) ? present(problem) : problem;
+        if (!isAmbiguity(shown) || shown.files.count() > 1) {
+            found.append(shown);
+        }
+    }
+    return found;
 }
 
 Problems InputProblems::of(const IngredientId &id) const
@@ -88,9 +113,9 @@ void InputProblems::addCandidates(const QStringList &files, const Ingredient &in
     problem.kind = ProblemKind::Candidates;
     problem.ingredient = ingredient.id;
     problem.files = files;
+    problem.files.sort();
     problem.files.prepend(ingredient.text());
     problem.files.removeDuplicates();
-    problem.text = candidatesText(problem.files);
     problems.append(problem);
 }
 
@@ -102,23 +127,17 @@ void InputProblems::forget(const IngredientId &id)
         problems.end());
 }
 
-void InputProblems::forgetMissingCandidates()
+Problems InputProblems::ambiguities() const
 {
-    for (Problem &problem : problems) {
-        if (problem.kind != ProblemKind::Candidates) {
-            continue;
-        }
-        for (const QString &file : problem.files.mid(1)) {
-            if (!QFileInfo::exists(file)) {
-                problem.files.removeAll(file);
-            }
-        }
-        problem.text = candidatesText(problem.files);
+    Problems found;
+    std::copy_if(problems.begin(), problems.end(), std::back_inserter(found), isAmbiguity);
+    return found;
+}
+
+void InputProblems::setAmbiguities(const Problems &earlier)
+{
+    problems.erase(std::remove_if(problems.begin(), problems.end(), isAmbiguity), problems.end());
+    for (const Problem &problem : earlier) {
+        problems.append(problem);
     }
-    problems.erase(std::remove_if(problems.begin(), problems.end(),
-                                  [](const Problem &problem) {
-                                      return problem.kind == ProblemKind::Candidates
-                                          && problem.files.count() == 1;
-                                  }),
-                   problems.end());
 }

@@ -9,10 +9,13 @@
 class InputProblems
 {
 public:
-    /// All of them.
-    const Problems &all() const;
+    /// All of them. Candidates that do not exist now are left out, and are no problem if fewer than two
+    /// are left. Accesses the file system.
+    Problems current() const;
     /// Those of one ingredient; with an empty id, those that belong to none.
     Problems of(const IngredientId &id) const;
+    /// Those about candidates, with all files that were found.
+    Problems ambiguities() const;
 
     /// Adds one.
     void add(const Problem &problem);
@@ -24,8 +27,8 @@ public:
 
     /// Forgets those of one ingredient; with an empty id, those that belong to none.
     void forget(const IngredientId &id);
-    /// Forgets the candidates that do not exist any more.
-    void forgetMissingCandidates();
+    /// Replaces those about candidates.
+    void setAmbiguities(const Problems &earlier);
 
 private:
     Problems problems;

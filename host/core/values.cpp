@@ -73,6 +73,42 @@ QString directoryRejection(const QString &directory)
     return QStringLiteral("%1 was rejected: %2.").arg(directory, reason);
 }
 
+bool isAbout(const Problem &problem, const IngredientId &id)
+{
+    return problem.ingredient == id && problem.severity != Severity::Warning;
+}
+
+/// Adds failed checks. What the host has found out about a file explains why the plug-in's check
+/// failed.
+void addUnexplained(const Problems &failures, Problems *problems)
+{
+    for (const Problem &failure : failures) {
+        const bool explained
+            = std::any_of(problems->begin(), problems->end(), [&failure](const Problem &each) {
+                  return each.kind == ProblemKind::Finding && isAbout(each, failure.ingredient);
+              });
+        if (!explained) {
+            problems->append(failure);
+        }
+    }
+}
+
+/// Drops the messages of the plug-in that it could not load a file of which a finding or a check says
+/// that there is none.
+void dropConsequences(Problems *problems)
+{
+    const Problems all = *problems;
+    const auto isConsequence = [&all](const Problem &problem) {
+        const bool loaded = problem.kind == ProblemKind::Message && !problem.ingredient.isEmpty();
+        return loaded && !FileState::of(problem.files.value(0)).isRegular()
+            && std::any_of(all.begin(), all.end(), [&problem](const Problem &each) {
+                   return each.kind > ProblemKind::Message && isAbout(each, problem.ingredient);
+               });
+    };
+    problems->erase(std::remove_if(problems->begin(), problems->end(), isConsequence),
+                    problems->end());
+}
+
 } // namespace
 
 Values::Values(Plugin *loadedPlugin, QObject *parent)
@@ -185,6 +221,17 @@ void Values::addProblem(const Problem &problem)
 void Values::forgetInputProblems()
 {
     inputProblems.forget({});
+    emit changed();
+}
+
+Problems Values::ambiguities() const
+{
+    return inputProblems.ambiguities();
+}
+
+void Values::setAmbiguities(const Problems &earlier)
+{
+    inputProblems.setAmbiguities(earlier);
     emit changed();
 }
 
@@ -465,7 +512,6 @@ void Values::check()
     for (const QString &file : inputFilesOf(ingredients())) {
         checkedFiles.insert(file, recordOf(file));
     }
-    inputProblems.forgetMissingCandidates();
     plugin->executionManager()->verifyInputs();
     lastChecks = checksIn(*plugin->executionManager()->getIngredientChecks(), ingredients());
     emit changed();
@@ -490,7 +536,7 @@ FileRecords Values::inputRecords() const
 
 Problems Values::problems() const
 {
-    Problems problems = inputProblems.all() + findingsFor(ingredients());
+    Problems problems = inputProblems.current() + findingsFor(ingredients());
     const FileState imageState = FileState::of(image());
     const QStringList inputs = inputFilesOf(ingredients());
     for (const QString &file : protectedFiles()) {
@@ -504,17 +550,8 @@ Problems Values::problems() const
             problems.append(problem);
         }
     }
-    // What the host has found out about a file explains why the plug-in's check failed.
-    for (const Problem &check : failuresIn(lastChecks)) {
-        const bool explained
-            = std::any_of(problems.begin(), problems.end(), [&check](const Problem &each) {
-                  return each.kind == ProblemKind::Finding && each.severity != Severity::Warning
-                      && each.ingredient == check.ingredient;
-              });
-        if (!explained) {
-            problems.append(check);
-        }
-    }
+    addUnexplained(failuresIn(lastChecks), &problems);
+    dropConsequences(&problems);
     std::stable_sort(
         problems.begin(), problems.end(),
         [](const Problem &left, const Problem &right) { return left.kind < right.kind; });

@@ -58,6 +58,10 @@ public:
     bool reject(const QString &text, const IngredientId &ingredient = {});
     /// Forgets the problems that belong to no ingredient, for a host in which the user tries again.
     void forgetInputProblems();
+    /// The problems with ingredients for which several files were found and none was chosen.
+    Problems ambiguities() const;
+    /// Restores them when earlier values are restored.
+    void setAmbiguities(const Problems &earlier);
 
     /// Notes the states of the input files, then runs the plug-in's checks.
     void check();

@@ -42,7 +42,7 @@ QString valueOf(const IngredientId &id, const Project &project)
 Session::Session(QObject *parent)
     : QObject(parent)
 {
-    qRegisterMetaType<Project>();
+    qRegisterMetaType<Snapshot>();
     checkTimer.setSingleShot(true);
     checkTimer.setInterval(0);
     connect(&checkTimer, &QTimer::timeout, this, &Session::check);
@@ -148,7 +148,7 @@ void Session::change(const QString &text, const std::function<void()> &operation
     if (!isLoaded() || isBuilding()) {
         return;
     }
-    const Project before = project();
+    const Snapshot before = snapshot();
     run(operation);
     if (!isLoaded()) {
         return;
@@ -156,8 +156,8 @@ void Session::change(const QString &text, const std::function<void()> &operation
     collectCandidates();
     reportRejections();
     checkSoon();
-    const Project after = project();
-    if (!after.hasSameValuesAs(before)) {
+    const Snapshot after = snapshot();
+    if (!after.values.hasSameValuesAs(before.values)) {
         emit valuesChanged(text, before, after);
     }
 }
@@ -165,16 +165,11 @@ void Session::change(const QString &text, const std::function<void()> &operation
 void Session::open(const QStringList &paths)
 {
     QStringList inputs;
-    QStringList opened;
     for (const QString &path : paths) {
-        const InputKind kind = inputKindOf(path);
-        if (kind == InputKind::Project) {
+        if (inputKindOf(path) == InputKind::Project) {
             openProject(path);
-            continue;
-        }
-        inputs.append(absolutePath(path));
-        if (kind == InputKind::Directory) {
-            opened.append(inputs.last());
+        } else {
+            inputs.append(absolutePath(path));
         }
     }
     if (inputs.isEmpty()) {
@@ -182,14 +177,26 @@ void Session::open(const QStringList &paths)
     }
     const QString first = QFileInfo(inputs.first()).fileName();
     change(inputs.count() == 1 ? tr("Open %1").arg(first) : tr("Open %1 and others").arg(first),
-           [&] {
-               if (!opened.isEmpty()) {
-                   directories = opened;
-                   clearInputFiles();
-               }
-               std::for_each(inputs.begin(), inputs.end(),
-                             [this](const QString &input) { takeIn(input); });
-           });
+           [&] { openInputs(inputs); });
+}
+
+void Session::openInputs(const QStringList &inputs)
+{
+    QStringList opened;
+    std::copy_if(inputs.begin(), inputs.end(), std::back_inserter(opened),
+                 [](const QString &input) { return inputKindOf(input) == InputKind::Directory; });
+    const Snapshot before = snapshot();
+    if (!opened.isEmpty()) {
+        directories = opened;
+        clearInputFiles();
+    }
+    bool taken = false;
+    for (const QString &input : inputs) {
+        taken = plugin->isLoaded() && (takeIn(input) || taken);
+    }
+    if (!taken && plugin->isLoaded()) {
+        apply(before); // A folder that is rejected leaves everything as it was.
+    }
 }
 
 void Session::clearInputFiles()
@@ -203,26 +210,24 @@ void Session::clearInputFiles()
     }
 }
 
-void Session::takeIn(const QString &path)
+bool Session::takeIn(const QString &path)
 {
     switch (inputKindOf(path)) {
     case InputKind::Directory:
-        values->fillFromDirectory(path);
-        break;
+        return values->fillFromDirectory(path);
     case InputKind::Configuration:
-        values->loadConfiguration(path);
-        break;
+        return values->loadConfiguration(path);
     case InputKind::Project:
     case InputKind::File:
-        values->addFile(path);
         break;
     }
+    return values->addFile(path);
 }
 
 void Session::rescan()
 {
     change(tr("Rescan"), [this] {
-        const Project before = project();
+        const Snapshot before = snapshot();
         for (const QString &directory : qAsConst(directories)) {
             values->fillFromDirectory(directory);
         }
@@ -235,10 +240,13 @@ bool Session::hasDirectories() const
     return !directories.isEmpty();
 }
 
-void Session::keepChosenCandidates(const Project &before)
+void Session::keepChosenCandidates(const Snapshot &before)
 {
-    for (const ProjectEntry &entry : before.entries) {
-        if (candidates(entry.ingredient).contains(entry.value)) {
+    for (const ProjectEntry &entry : before.values.entries) {
+        const bool chosen = std::none_of(
+            before.ambiguities.begin(), before.ambiguities.end(),
+            [&entry](const Problem &problem) { return problem.ingredient == entry.ingredient; });
+        if (chosen && candidates(entry.ingredient).contains(entry.value)) {
             values->setValue(entry.ingredient, entry.value);
         }
     }
@@ -246,10 +254,8 @@ void Session::keepChosenCandidates(const Project &before)
 
 void Session::collectCandidates()
 {
-    for (const Problem &problem : values->problems()) {
-        if (problem.kind == ProblemKind::Candidates) {
-            candidateFiles.insert(problem.ingredient, problem.files);
-        }
+    for (const Problem &problem : values->ambiguities()) {
+        candidateFiles.insert(problem.ingredient, problem.files);
     }
 }
 
@@ -259,12 +265,24 @@ void Session::setValue(const IngredientId &id, const QString &text)
            [&] { values->setValue(id, text); });
 }
 
-void Session::restore(const Project &earlierValues)
+Snapshot Session::snapshot() const
 {
-    if (!isLoaded() || isBuilding()) {
-        return;
+    return {project(), values ? values->ambiguities() : Problems(), candidateFiles, directories};
+}
+
+void Session::restore(const Snapshot &earlier)
+{
+    if (isLoaded() && !isBuilding()) {
+        run([&] { apply(earlier); });
     }
-    run([&] { values->loadProject(earlierValues, projectPath); });
+}
+
+void Session::apply(const Snapshot &earlier)
+{
+    values->loadProject(earlier.values, projectPath);
+    values->setAmbiguities(earlier.ambiguities);
+    candidateFiles = earlier.candidates;
+    directories = earlier.directories;
 }
 
 bool Session::openProject(const QString &file)
@@ -308,20 +326,13 @@ void Session::setProjectFile(const QString &file)
     }
 }
 
-/// Why nothing may be written to @p path; empty if it may.
-QString Session::obstacleAt(const QString &path) const
-{
-    const QString problem = values->overwriteProblem(path);
-    return problem.isEmpty() ? writeProblem(path) : problem;
-}
-
 bool Session::saveProject(const QString &file)
 {
     if (!isLoaded()) {
         return false;
     }
     const QString path = resolvedTarget(file);
-    QString problem = path == projectPath ? writeProblem(path) : obstacleAt(path);
+    QString problem = values->saveProblem(path);
     if (problem.isEmpty()) {
         problem = writeProject(path, project());
     }
@@ -343,7 +354,7 @@ bool Session::saveConfiguration(const QString &file)
     }
     const QString path = resolvedTarget(file);
     const auto configuration = configurationOf(*plugin);
-    QString problem = obstacleAt(path);
+    QString problem = values->overwriteProblem(path);
     if (problem.isEmpty()) {
         problem = configuration ? writeWhole(path, *configuration)
                                 : tr("The configuration could not be written; the log says why.");
@@ -363,7 +374,7 @@ bool Session::saveConfiguration(const QString &file)
 void Session::writeManifest()
 {
     const QString file = resolvedTarget(lastResult.image.file + QLatin1String(manifestSuffix));
-    QString problem = obstacleAt(file);
+    QString problem = values->overwriteProblem(file);
     if (problem.isEmpty()) {
         problem = ::writeManifest(lastResult, file);
     }
@@ -402,8 +413,13 @@ Problems Session::problems() const
 
 QStringList Session::candidates(const IngredientId &id) const
 {
-    const QStringList files = candidateFiles.value(id);
-    return files.count() > 1 ? files : QStringList();
+    QStringList files = candidateFiles.value(id);
+    files.erase(std::remove_if(files.begin(), files.end(),
+                               [](const QString &file) { return !QFileInfo::exists(file); }),
+                files.end());
+    const auto ingredient = findIngredient(ingredients(), id);
+    const bool isOnlyValue = files.count() == 1 && ingredient && files.contains(ingredient->text());
+    return isOnlyValue ? QStringList() : files;
 }
 
 void Session::check()
@@ -418,11 +434,6 @@ void Session::check()
         values->check();
     }
     currentProblems = findings() + values->problems();
-    for (QStringList &files : candidateFiles) {
-        files.erase(std::remove_if(files.begin(), files.end(),
-                                   [](const QString &file) { return !QFileInfo::exists(file); }),
-                    files.end());
-    }
     watchFiles();
     emit changed();
 }

@@ -30,6 +30,16 @@ enum class BuildState {
     Stopped   ///< The build from these values was stopped by the user.
 };
 
+/// Everything that undo restores.
+struct Snapshot {
+    Project values;       ///< The values of all ingredients.
+    Problems ambiguities; ///< Where one of several candidates is to be chosen.
+    QHash<IngredientId, QStringList> candidates; ///< All files that were found for an ingredient.
+    QStringList directories;                     ///< Where input files were found.
+};
+
+Q_DECLARE_METATYPE(Snapshot)
+
 /// The state of a window: a plug-in with the values of an image, their problems, the project file
 /// that they are saved in, and the builds.
 ///
@@ -70,8 +80,10 @@ public:
     bool hasDirectories() const;
     /// Sets one value; a path is resolved against the current directory. An empty text clears it.
     void setValue(const IngredientId &id, const QString &text);
+    /// The present values, to be restored later.
+    Snapshot snapshot() const;
     /// Restores earlier values, for undo and redo; valuesChanged() is not emitted.
-    void restore(const Project &earlierValues);
+    void restore(const Snapshot &earlier);
 
     /// Replaces the values with those of @p file. A manifest can be opened too, but does not become
     /// the project file.
@@ -97,7 +109,8 @@ public:
     Problems problems() const;
     /// What a problem with the stitcher has in place of an ingredient.
     static IngredientId stitcherId();
-    /// The files to choose from when several were found for an ingredient; else empty.
+    /// The files to choose from when several were found for an ingredient, or when one was found that is
+    /// not its value; else empty.
     QStringList candidates(const IngredientId &id) const;
     /// Checks at once; a changed value is otherwise checked when the event loop runs.
     void check();
@@ -140,7 +153,7 @@ signals:
     /// A text that belongs to no ingredient and should be shown once.
     void noticed(const QString &text);
     /// The user has changed values; @p text names the change.
-    void valuesChanged(const QString &text, const Project &before, const Project &after);
+    void valuesChanged(const QString &text, const Snapshot &before, const Snapshot &after);
     /// Another project was opened or another plug-in loaded; the earlier values are gone.
     void projectOpened();
     /// projectFile() or isModified() may have changed.
@@ -159,9 +172,11 @@ private:
     void run(const std::function<void()> &operation);
     void change(const QString &text, const std::function<void()> &operation);
     void dropPlugin(const QString &problem);
+    void openInputs(const QStringList &inputs);
     void clearInputFiles();
-    void takeIn(const QString &path);
-    void keepChosenCandidates(const Project &before);
+    bool takeIn(const QString &path);
+    void keepChosenCandidates(const Snapshot &before);
+    void apply(const Snapshot &earlier);
     void collectCandidates();
     void reloadDataFiles();
     void reportRejections();
@@ -169,7 +184,6 @@ private:
     void watchFiles();
     void finishBuild(const BuildResult &result);
     void setProjectFile(const QString &file);
-    QString obstacleAt(const QString &path) const;
 
     std::unique_ptr<Plugin> plugin;
     std::unique_ptr<Values> values;

@@ -16,12 +16,12 @@ const int maxSteps = 200;
 class ValuesCommand : public QUndoCommand
 {
 public:
-    ValuesCommand(Session *imageSession, const QString &text, const Project &valuesBefore,
-                  const Project &valuesAfter)
+    ValuesCommand(Session *imageSession, const QString &text, const Snapshot &snapshotBefore,
+                  const Snapshot &snapshotAfter)
         : QUndoCommand(text)
         , session(imageSession)
-        , before(valuesBefore)
-        , after(valuesAfter)
+        , before(snapshotBefore)
+        , after(snapshotAfter)
     {
     }
 
@@ -41,8 +41,8 @@ public:
 
 private:
     Session *session;
-    Project before;
-    Project after;
+    Snapshot before;
+    Snapshot after;
     bool isNew = true;
 };
 
@@ -52,9 +52,10 @@ UndoHistory::UndoHistory(Session *imageSession, QObject *parent)
     : QUndoStack(parent)
 {
     setUndoLimit(maxSteps);
-    connect(imageSession, &Session::valuesChanged, this,
-            [this, imageSession](const QString &text, const Project &before, const Project &after) {
-                push(new ValuesCommand(imageSession, text, before, after));
-            });
+    connect(
+        imageSession, &Session::valuesChanged, this,
+        [this, imageSession](const QString &text, const Snapshot &before, const Snapshot &after) {
+            push(new ValuesCommand(imageSession, text, before, after));
+        });
     connect(imageSession, &Session::projectOpened, this, &QUndoStack::clear);
 }
