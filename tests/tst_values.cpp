@@ -81,10 +81,14 @@ private slots:
         row("good", input + "file", "", "", false);
         const QString image = "Output file name=";
         row("no image", image, "No image is named", "", true);
-        row("image is a symlink", image + "soft.bin", "The image is not a regular file", "a symlink", true);
-        row("image is a directory", image + ".", "The image is not a regular file", "a directory", true);
+        row("image is a symlink", image + "soft.bin", "The image is not a regular file",
+            "a symlink", true);
+        row("image is a directory", image + ".", "The image is not a regular file", "a directory",
+            true);
         row("image in a directory that cannot be written", image + "locked/i.bin",
             "locked cannot be written: Perm", "", true);
+        row("image in a missing directory", image + "nowhere/i.bin", "nowhere cannot be written",
+            "", false);
         row("image is a configuration", image + "c.txt", "same file as one that was loaded", "",
             true);
     }
@@ -192,6 +196,8 @@ private slots:
         QVERIFY(plugin->ingredientManager()->dataLoaded());
         QVERIFY(values->setValue("Legacy XML Data File", ""));
         QCOMPARE(valueOf("Legacy XML Data File"), QString());
+        values->check();
+        QCOMPARE(texts().filter("Legacy XML Data File").count(), 1);
     }
 
     void manyErrors()

@@ -108,9 +108,11 @@ void findUnusableImage(const Ingredient &output, Problems *problems)
     }
     const QString directory = QFileInfo(absolutePath(image)).path();
     const QString reason = directoryProblem(directory);
-    if (QFileInfo(directory).isDir() && !reason.isEmpty()) {
+    if (!reason.isEmpty()) {
+        // A configuration may be written before there is the directory.
+        const bool exists = QFileInfo::exists(directory);
         problems->append(
-            findingFor(output, Severity::Fatal,
+            findingFor(output, exists ? Severity::Fatal : Severity::Error,
                        QStringLiteral("%1 cannot be written: %2").arg(directory, reason)));
     }
 }

@@ -57,8 +57,7 @@ QString temporaryDirectoryProblem()
         return {};
     }
     return QStringLiteral("TMPDIR is set to %1, which %2.")
-        .arg(chosen,
-             QLatin1String(QFileInfo::exists(chosen) ? "is a file" : "does not exist"));
+        .arg(chosen, QLatin1String(QFileInfo::exists(chosen) ? "is a file" : "does not exist"));
 }
 
 bool openMemoryFile(QFile *file)
