@@ -222,29 +222,82 @@ private slots:
         QCOMPARE(value("Legacy XML Data File"), dataFile);
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
 
-        chooseNextFile("/nope/c.txt");
+        // An input is not overwritten, even if the user confirms it.
+        chooseNextFile(value("Host FW"));
+        withNextDialog([](QDialog *dialog) {
+            qobject_cast<QMessageBox *>(dialog)->button(QMessageBox::Yes)->click();
+        });
         action("Save configuration")->trigger();
-        QVERIFY2(notice().contains("cannot be written"), qPrintable(notice()));
+        QVERIFY2(notice().contains("same file as the input"), qPrintable(notice()));
     }
 
-    void verdictsAreThoseOfTheCurrentFile()
+    /// What the plug-in keeps of one data file must not be in the verdict on the next one.
+    void dataFilesAreJudgedAlone_data()
+    {
+        const Table<QString> row("way");
+        row("another folder", "folder");
+        row("changed on disk", "disk");
+        row("undone", "undo");
+        row("opened with a project", "project");
+    }
+    void dataFilesAreJudgedAlone()
+    {
+        QFETCH(QString, way);
+        const QString project = folder->filePath("d1.loomwright");
+        const QString dataFile = "/platform/veldmark-d1.xml";
+        drop(window.data(), {sample()});
+        chooseNextFile(project);
+        action("Save project as")->trigger();
+        const QString copy = writeFile(folder->filePath("copy.xml"), readFile(broken() + dataFile));
+        drop(window.data(), {copy});
+        QTRY_COMPARE(problemCount(), 2);
+        QVERIFY(problemRow("Legacy XML Data File") >= 0);
+
+        if (way == "folder") {
+            drop(window.data(), {sample()});
+        } else if (way == "disk") {
+            writeFile(copy, readFile(sample() + dataFile));
+        } else if (way == "undo") {
+            action("Undo")->trigger();
+        } else {
+            answerNextBox("Discard");
+            window->open({project});
+        }
+        QTRY_COMPARE(problemCount(), 0);
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+        QVERIFY(tree->isExpanded(model()->index(2, 0)));
+        QCOMPARE(window->findChild<QTabWidget *>("dataViews")->count(), 1);
+    }
+
+    void theLayoutComesBack()
     {
         QVERIFY(!action("Data views")->isEnabled());
-        drop(window.data(), {broken()});
-        QTRY_VERIFY(problemRow("Legacy XML Data File") >= 0);
-        auto views = window->findChild<QTabWidget *>("dataViews");
-        QCOMPARE(views->count(), 1);
-        QTRY_VERIFY(action("Data views")->isEnabled());
-        action("Data views")->trigger();
         drop(window.data(), {sample()});
-        QTRY_COMPARE(problemCount(), 0);
-        QCOMPARE(views->count(), 1);
-        QVERIFY(tree->isExpanded(model()->index(2, 0)));
-        auto table = window->findChild<QTableView *>("dataView");
-        QVERIFY(table && table->model()->rowCount() > 0);
+        QTRY_VERIFY(action("Data views")->isEnabled());
+        QVERIFY(window->findChild<QTableView *>("dataView")->model()->rowCount() > 0);
+        action("Data views")->trigger();
+        action("Toolbar")->trigger();
         window->close();
         newWindow();
+        QVERIFY(!window->findChild<QToolBar *>()->isVisible());
         QVERIFY(!window->findChild<QWidget *>("dataViews")->isVisible());
+    }
+
+    void filesOnDiskAreWatched()
+    {
+        drop(window.data(), {sample()});
+        const QString file = folder->filePath("HostFW_x.bin");
+        const QString shorter = writeFile(folder->filePath("short"), "x");
+        drop(window.data(), {writeFile(file, QByteArray(102400, 'x'))});
+        QTRY_COMPARE(problemCount(), 0);
+        QCOMPARE(rename(QFile::encodeName(shorter), QFile::encodeName(file)), 0);
+        QTRY_COMPARE(problemCount(), 1);
+        writeFile(file, QByteArray(102400, 'y'));
+        QTRY_COMPARE(problemCount(), 0);
+        QFile::remove(file);
+        QTRY_COMPARE(problemCount(), 1);
+        writeFile(file, QByteArray(102400, 'z'));
+        QTRY_COMPARE(problemCount(), 0);
     }
 
     void aWrongPluginChangesNothing()

@@ -51,6 +51,14 @@ private slots:
         QVERIFY2(text("buildAge").contains(anchor), qPrintable(text("buildAge")));
         QVERIFY(!text("buildState").contains("✔"));
         QVERIFY(text("status").contains("not built since the last change"));
+
+        // So does another value, and an image that is gone.
+        setValue("Presigned Codec FW", anchor);
+        QVERIFY(QFile::remove(folder->filePath("image.bin")));
+        for (const char *changed : {"Presigned Codec FW", "image.bin"}) {
+            QTRY_VERIFY2(text("buildAge").contains(changed), changed);
+        }
+        QVERIFY(!action("Write manifest")->isEnabled());
     }
 
     void problemsAreAskedAbout()
@@ -204,10 +212,26 @@ private slots:
         QTRY_VERIFY2_WITH_TIMEOUT(action("Write manifest")->isEnabled(),
                                   qPrintable(text("buildState")), 20000);
         action("Write manifest")->trigger();
-        QTRY_VERIFY(notice().contains("image.bin.manifest.json"));
-        QVERIFY(readFile(folder->filePath("image.bin.manifest.json")).contains("sha256"));
+        const QString manifest = folder->filePath("image.bin.manifest.json");
+        QTRY_VERIFY(notice().contains(manifest));
+        QVERIFY(readFile(manifest).contains("sha256"));
+
+        setValue("Host FW", "/a b/it's.bin");
         action("Copy as terminal command")->trigger();
-        QVERIFY(QApplication::clipboard()->text().startsWith("loomwright --plugin "));
+        QProcess shell;
+        shell.start(
+            "sh",
+            {"-c",
+             "loomwright() { printf '%s\\n' \"$@\"; }; " + QApplication::clipboard()->text()});
+        QVERIFY(shell.waitForFinished());
+        const QList<QByteArray> words = shell.readAllStandardOutput().split('\n');
+        QVERIFY(words.contains("Host FW=/a b/it's.bin"));
+        QCOMPARE(words.at(words.count() - 2), QByteArray("build"));
+
+        // Opened, it gives the values, but is not what a project is saved to.
+        window->open({manifest});
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+        QVERIFY(window->windowTitle().startsWith("Untitled"));
     }
 };
 
