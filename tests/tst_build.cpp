@@ -8,7 +8,6 @@
 #include "processes.h"
 #include "row.h"
 
-#include <QSignalSpy>
 #include <QtTest>
 #include <QtWidgets>
 

@@ -483,6 +483,7 @@ private slots:
         QList<int> checkCounts;
         const SignalHook reset(table, SIGNAL(modelReset()),
                                [&] { checkCounts << execution->summary().checks; });
+        QSignalSpy announced(table, SIGNAL(modelAboutToBeReset()));
         QCOMPARE(columnOf(table, 0), listOf("false"));
         QCOMPARE(execution->summary().checks, 0);
         const QString sized = writeFile(folder->filePath("sized"), QByteArray(32768, ' '));
@@ -514,6 +515,7 @@ private slots:
         }
         QVERIFY(execution->verify());
         QCOMPARE(checkCounts, QList<int>() << 14 << 0);
+        QCOMPARE(announced.count(), checkCounts.count());
         QCOMPARE(execution->summary().passed, 0);
         QCOMPARE(table->rowCount(), 0);
     }

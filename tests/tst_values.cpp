@@ -9,7 +9,6 @@
 #include "privileges.h"
 #include "row.h"
 
-#include <QAbstractItemModel>
 #include <QtTest>
 
 #include <sys/stat.h>
