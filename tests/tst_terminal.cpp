@@ -28,11 +28,8 @@ private slots:
         const QString none = "^$";
         const QString wrong = "\nTry \"loomwright --help\"\\.\n$";
         const QString wrongFor = "\nTry \"loomwright help %1\"\\.\n$";
-        const QString narrow = "^(?!.*[^\n]{80})"; // No line is wider than a terminal.
-        row("help", "--help", 0, narrow + ".*Commands:\n  check .*Exit status:\n  0  success",
-            none);
-        row("help on one", "help build", 0, narrow + "Usage: .*--dry-run .*Example:\n  loomwright",
-            none);
+        row("help", "--help", 0, "Commands:\n  check .*Exit status:\n  0  success", none);
+        row("help on one", "help build", 0, "^Usage: .*--dry-run .*Example:\n  loomwright", none);
         row("help on none", "help frob", 2, none, "Unknown command \"frob\"");
         row("help on a mistyped one", "bild --help", 2, none, "Did you mean \"build\"");
         row("help with a mistyped option", "--frob --help", 2, none, "Unknown option");
@@ -83,10 +80,6 @@ private slots:
         row("a later value settles two candidates",
             "-d BROKEN --image i.bin -s HostFW=x -f BROKEN/firmware/host/HostFW_1.4.2.bin check", 1,
             "^(?!.*candidates).*has the name or key \"HostFW\"", "Duplicate");
-        row("a later data file replaces one with errors",
-            "-q -d GOOD -f BROKEN/platform/veldmark-d1.xml -f GOOD/platform/veldmark-d1.xml "
-            "--image i.bin check",
-            0, "^14 checks: 14 passed, 0 failed\n$", "Offset mismatch");
         const QString failed = "Legacy XML Data file failed validation checks";
         row("JSON of a check", "--json -d BROKEN --image i.bin check", 1,
             "\"command\": \"check\",\n +\"exitStatus\": 1,.*\"channel\": \"error\",\n +\"text\": \""
@@ -355,6 +348,11 @@ private slots:
             "export TMPDIR=/dev/null; for line in 'Flash-Layer = /a' 'Odd = 1'; do "
             "echo \"$line\" | loomwright -q -c - ingredients 2>&1; done",
             "Flash-Layer +/a .*The configuration standard input was rejected: Nothing to");
+        // Each has an example, and no line is wider than a terminal.
+        row("help on each command",
+            "loomwright --help | sed -n '/^Commands:/,/^$/s/^  \\([a-z]*\\) .*/\\1/p' "
+            "| xargs -n 1 loomwright help | grep -cE 'Example:|.{80}'",
+            "^10\n$");
         const QString drop = "mkdir drop; : > drop/$'HostFW_\\e[2Jx.bin'; ";
         row("escape sequence in a pipe", drop + "loomwright -d drop ingredients",
             "/HostFW_\033\\[2Jx\\.bin");

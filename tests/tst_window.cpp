@@ -221,14 +221,21 @@ private slots:
         drop(window.data(), {file});
         QCOMPARE(value("Legacy XML Data File"), dataFile);
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+    }
 
-        // An input is not overwritten, even if the user confirms it.
-        chooseNextFile(value("Host FW"));
-        withNextDialog([](QDialog *dialog) {
-            qobject_cast<QMessageBox *>(dialog)->button(QMessageBox::Yes)->click();
-        });
-        action("Save configuration")->trigger();
-        QVERIFY2(notice().contains("same file as the input"), qPrintable(notice()));
+    /// Not even if the user confirms it.
+    void anInputIsNotOverwritten()
+    {
+        drop(window.data(), {sample()});
+        for (const char *saving : {"Save configuration", "Save project as"}) {
+            chooseNextFile(value("Host FW"));
+            withNextDialog([](QDialog *dialog) {
+                qobject_cast<QMessageBox *>(dialog)->button(QMessageBox::Yes)->click();
+            });
+            action(saving)->trigger();
+            QVERIFY2(notice().contains("same file as the input"), qPrintable(notice()));
+            QCOMPARE(QFileInfo(value("Host FW")).size(), 102400);
+        }
     }
 
     /// What the plug-in keeps of one data file must not be in the verdict on the next one.
