@@ -11,7 +11,6 @@
 #include <csignal>
 #include <cstdarg>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -155,24 +154,16 @@ private slots:
         writeStitcher(folder->path(), "exit 0");
         rlimit before = {};
         QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
-        rlimit few = before;
-        few.rlim_cur = 64;
-        QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
-        QList<int> taken;
-        for (int file = 0; (file = open("/dev/null", O_RDONLY)) >= 0;) {
-            taken << file;
-        }
         for (int left = 1; left < 20; ++left) {
-            close(taken.takeLast());
+            rlimit few = before;
+            few.rlim_cur = rlim_t(openDescriptors() + left);
+            QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
             manager->beginExecution();
+            setrlimit(RLIMIT_NOFILE, &before);
             output += log->take();
             manager.reset(new ExternalUnsignedZorvExecutionManager(ingredients.data()));
             log.reset(new MessageLog(manager.data()));
         }
-        while (!taken.isEmpty()) {
-            close(taken.takeLast());
-        }
-        setrlimit(RLIMIT_NOFILE, &before);
         QVERIFY(!output.filter("E The process failed to start.").isEmpty());
         QVERIFY(!isSignalToAll);
     }
