@@ -192,7 +192,7 @@ public:
         qputenv("PATH", QFile::encodeName(folder->path()) + ":" + searchPath);
     }
 
-    QTemporaryDir samples{"/tmp/loomwright-XXXXXX"};
+    QTemporaryDir samples;
     QScopedPointer<QTemporaryDir> folder;
     QScopedPointer<MainWindow> window;
     QTreeView *tree = nullptr;
