@@ -215,7 +215,7 @@ private slots:
         connect(&zorv, &Plugin::dataFileChanged, &pane, &DataViewPane::refreshViews);
         zorv.ingredientManager()->generateConfigFromDirectory(folder.filePath("sample"));
         QCOMPARE(pane.count(), 1);
-        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("data file does not change them"));
+        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("not part of the image"));
         auto table = pane.findChild<QTableView *>();
         QCOMPARE(spokenText(table), QString("GPIO Settings"));
         pane.show();
@@ -237,6 +237,10 @@ private slots:
             = table->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, table);
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, box.center());
         QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        QVERIFY(!spokenText(pane.findChild<QLabel *>()).contains("fixed"));
+        const QString dataFile = writeFile(folder.filePath("other.xml"), "<platform pin='other'/>");
+        QVERIFY(zorv.ingredientManager()->loadIngredientFile(dataFile));
+        QVERIFY(spokenText(pane.findChild<QLabel *>()).contains("fixed"));
         zorv.ingredientManager()->loadDataFromXmlFile("/nope.xml");
         pane.setPlugin(nullptr);
         QCOMPARE(pane.count(), 0);

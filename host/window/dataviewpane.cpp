@@ -3,6 +3,8 @@
 
 #include "host/window/dataviewpane.h"
 
+#include "host/core/ingredients.h"
+#include "host/core/paths.h"
 #include "host/window/bittoggleproxymodel.h"
 #include "plugin/idataview.h"
 #include "plugin/iingredientmanager.h"
@@ -11,6 +13,39 @@
 #include <QLabel>
 #include <QTableView>
 #include <QVBoxLayout>
+
+namespace {
+
+const int maxFixedRows = 100;
+
+QByteArray dataFilesOf(ILoomwrightPlugin *plugin)
+{
+    QByteArray contents;
+    const QAbstractItemModel &model = *plugin->getIngredientManager()->getIngredients();
+    for (const Ingredient &ingredient : ingredientsOf(model)) {
+        if (ingredient.isDataFile()) {
+            contents += contentOf(ingredient.text());
+        }
+    }
+    return contents;
+}
+
+/// Whether there are rows, but @p dataFiles name none of them. More rows are hardly fixed.
+bool areRowsFixed(const QAbstractItemModel &model, const QByteArray &dataFiles)
+{
+    const int count = model.rowCount();
+    if (dataFiles.isEmpty() || count == 0 || count > maxFixedRows) {
+        return false;
+    }
+    for (int row = 0; row < count; ++row) {
+        if (dataFiles.contains(model.headerData(row, Qt::Vertical).toString().toUtf8())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
 
 DataViewPane::DataViewPane(QWidget *parent)
     : QTabWidget(parent)
@@ -64,11 +99,12 @@ QWidget *DataViewPane::createPage(IDataView *view)
         layout->addStretch();
         return page;
     }
-    // Such a view has nothing to do with files, neither with the image nor with the data file.
-    if (view->exportData().isEmpty()) {
-        addNote(tr("The rows are those of the target; the data file does not change them. The "
-                   "settings are not saved and are not part of the image."));
+    QString remarks = tr("Settings made here are not saved and are not part of the image.");
+    if (areRowsFixed(*model, dataFilesOf(plugin))) {
+        remarks.prepend(
+            tr("The data file contains none of these rows: the target has fixed ones. "));
     }
+    addNote(remarks);
     layout->addWidget(createTable(model, view->getDisplayName()));
     return page;
 }
