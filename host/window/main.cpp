@@ -22,31 +22,16 @@ char programName[] = "loomwright-gui";
 char *qtArguments[] = {programName, nullptr};
 int qtArgumentCount = 1;
 
-QStringList argumentsOf(int count, char **values)
-{
-    QStringList arguments;
-    for (int i = 0; i < count; ++i) {
-        arguments << QString::fromLocal8Bit(values[i]);
-    }
-    return arguments;
-}
-
 struct CommandLine {
     QString pluginFile;
     QStringList files;
-    QString information; ///< To print instead of opening a window.
-    QString problem;     ///< What is wrong with the command line.
+    QString problem; ///< What is wrong with the command line.
 };
 
-/// The parser gets the program's name from the application; this one needs no display.
-QString helpText(const QCommandLineParser &parser)
+/// Answers --help and --version at once, for which no display is needed.
+CommandLine parse(int argc, char **argv)
 {
-    const QCoreApplication application(qtArgumentCount, qtArguments);
-    return parser.helpText();
-}
-
-CommandLine parse(const QStringList &arguments)
-{
+    const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Checks firmware files and builds phone images from them, in a window.\n\n"
@@ -66,21 +51,19 @@ CommandLine parse(const QStringList &arguments)
                        "ingredients."),
         QStringLiteral("[PATH...]"));
 
-    CommandLine commandLine;
-    const bool parsed = parser.parse(arguments);
-    if (!parsed) {
-        commandLine.problem = parser.errorText();
-    } else if (parser.isSet(help)) {
-        commandLine.information = helpText(parser);
-    } else if (parser.isSet(version)) {
-        commandLine.information = QStringLiteral("%1 %2\n").arg(QLatin1String(programName),
-                                                                QStringLiteral(LOOMWRIGHT_VERSION));
-    } else if (parser.isSet(plugin) && parser.value(plugin).isEmpty()) {
-        commandLine.problem = QStringLiteral("--plugin needs the name of a file.");
+    if (!parser.parse(QCoreApplication::arguments())) {
+        return {{}, {}, parser.errorText()};
     }
-    commandLine.pluginFile = parser.value(plugin);
-    commandLine.files = parser.positionalArguments();
-    return commandLine;
+    if (parser.isSet(help)) {
+        parser.showHelp();
+    }
+    if (parser.isSet(version)) {
+        parser.showVersion();
+    }
+    if (parser.isSet(plugin) && parser.value(plugin).isEmpty()) {
+        return {{}, {}, QStringLiteral("--plugin needs the name of a file.")};
+    }
+    return {parser.value(plugin), parser.positionalArguments(), {}};
 }
 
 /// The plug-in that the user has chosen: for this run, else in the settings.
@@ -97,9 +80,7 @@ int runWindow(const CommandLine &commandLine, const SignalWatch &signalWatch)
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments);
     QApplication::setOrganizationName(QStringLiteral("Loomwright"));
-    QApplication::setApplicationName(QLatin1String(programName));
     QApplication::setApplicationDisplayName(QStringLiteral("Loomwright"));
-    QApplication::setApplicationVersion(QStringLiteral(LOOMWRIGHT_VERSION));
     QApplication::setDesktopFileName(QLatin1String(programName));
 
     // Qt's own command has an option that is not ours.
@@ -130,14 +111,12 @@ int runWindow(const CommandLine &commandLine, const SignalWatch &signalWatch)
 int main(int argc, char **argv)
 {
     const SignalWatch signalWatch;
-    const CommandLine commandLine = parse(argumentsOf(argc, argv));
+    QCoreApplication::setApplicationName(QLatin1String(programName));
+    QCoreApplication::setApplicationVersion(QStringLiteral(LOOMWRIGHT_VERSION));
+    const CommandLine commandLine = parse(argc, argv);
     if (!commandLine.problem.isEmpty()) {
         std::fprintf(stderr, "%s: %s Try --help.\n", programName, qPrintable(commandLine.problem));
         return usageError;
-    }
-    if (!commandLine.information.isEmpty()) {
-        std::fputs(qPrintable(commandLine.information), stdout);
-        return 0;
     }
     const int status = runWindow(commandLine, signalWatch);
     signalWatch.endLikeReceived();
