@@ -4,7 +4,7 @@
 #include "host/core/plugin.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/logpane.h"
-#include "host/window/markcolors.h"
+#include "host/window/marks.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"

@@ -4,7 +4,6 @@
 #include "host/window/ingredientproxymodel.h"
 
 #include "host/core/filestate.h"
-#include "host/window/marks.h"
 #include "host/window/problemtext.h"
 #include "host/window/session.h"
 #include "model/filepath.h"

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/core/ingredients.h"
+#include "host/window/marks.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -13,16 +14,6 @@
 #include <KExtraColumnsProxyModel>
 
 class Session;
-
-/// The state of an ingredient, shown by its mark; later values override earlier ones.
-enum class RowState {
-    Plain, ///< Not a file, or an optional file that is not chosen.
-    Good,
-    Newer,   ///< The file has changed since the image was built.
-    Missing, ///< A required file has not been chosen yet.
-    Warning, ///< A problem that blocks nothing.
-    Problem
-};
 
 /// Presents the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark
 /// for the state of each row, and two additional columns with the size and date of the file. The

@@ -4,7 +4,7 @@
 #include "host/window/logpane.h"
 
 #include "host/core/stagedfile.h"
-#include "host/window/markcolors.h"
+#include "host/window/marks.h"
 #include "host/window/messages.h"
 
 #include <QAbstractTextDocumentLayout>

@@ -3,14 +3,27 @@
 
 #include "host/window/marks.h"
 
-#include "host/window/ingredientproxymodel.h"
-#include "host/window/markcolors.h"
-
 #include <QApplication>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPalette>
 
 namespace {
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Base).lightness() < 128;
+}
+
+QColor successColor(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(129, 199, 132) : QColor(27, 118, 47);
+}
+
+QColor warningColor(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(255, 183, 77) : QColor(176, 92, 0);
+}
 
 /// Drawn for the current size and palette, since no bitmap fits every font and background. The
 /// states differ in shape as well as in colour.
@@ -91,4 +104,9 @@ private:
 QIcon markIcon(RowState state)
 {
     return QIcon(new MarkEngine(state));
+}
+
+QColor failureColor(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(255, 138, 128) : QColor(176, 0, 32);
 }

@@ -3,7 +3,6 @@
 
 #include "host/window/problempane.h"
 
-#include "host/window/ingredientproxymodel.h"
 #include "host/window/marks.h"
 #include "host/window/problemtext.h"
 #include "host/window/session.h"

@@ -4,7 +4,7 @@
 #include "host/window/problemtext.h"
 
 #include "host/core/problem.h"
-#include "host/window/ingredientproxymodel.h"
+#include "host/window/marks.h"
 
 #include <QCoreApplication>
 #include <QLocale>

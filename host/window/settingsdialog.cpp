@@ -4,7 +4,7 @@
 #include "host/window/settingsdialog.h"
 
 #include "host/core/paths.h"
-#include "host/window/markcolors.h"
+#include "host/window/marks.h"
 #include "host/window/typedpath.h"
 
 #include <QDialogButtonBox>
