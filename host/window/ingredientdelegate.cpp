@@ -60,13 +60,6 @@ private:
     std::function<void()> finish;
 };
 
-/// The space between right-aligned text and the next column.
-int columnGap(const QStyleOptionViewItem &cell, const QModelIndex &index)
-{
-    const bool alignedRight = index.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight;
-    return alignedRight ? cell.fontMetrics.averageCharWidth() : 0;
-}
-
 QColor textColor(const QStyleOptionViewItem &cell, QPalette::ColorRole role)
 {
     const bool selected = cell.state & QStyle::State_Selected;
@@ -173,7 +166,6 @@ QSize IngredientDelegate::sizeHint(const QStyleOptionViewItem &option,
 {
     // Leaves room for an editor, so that rows do not jump and buttons are not clipped.
     QSize size = QStyledItemDelegate::sizeHint(option, index);
-    size.setWidth(size.width() + columnGap(option, index));
     size.setHeight(qMax(size.height(), option.fontMetrics.height() * 3 / 2));
     return size;
 }
@@ -183,13 +175,7 @@ void IngredientDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
 {
     if (index.model()->buddy(index) != index
         || kindOf(index.data(Qt::EditRole)) != ValueKind::File) {
-        QStyleOptionViewItem plain = option;
-        // The gap is part of the selection.
-        const QWidget *view = option.widget;
-        const QStyle *viewStyle = view ? view->style() : QApplication::style();
-        viewStyle->drawPrimitive(QStyle::PE_PanelItemViewItem, &plain, painter, view);
-        plain.rect.setWidth(plain.rect.width() - columnGap(option, index));
-        QStyledItemDelegate::paint(painter, plain, index);
+        QStyledItemDelegate::paint(painter, option, index);
         return;
     }
     QStyleOptionViewItem cell = option;

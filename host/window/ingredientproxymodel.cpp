@@ -107,9 +107,6 @@ QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row
 QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int row, int extraColumn,
                                                int role) const
 {
-    if (role == Qt::TextAlignmentRole && extraColumn == SizeColumn) {
-        return int(Qt::AlignRight | Qt::AlignVCenter);
-    }
     const Row file = rows.value({parent.row(), row});
     if (role != Qt::DisplayRole || file.size < 0) {
         return {};
