@@ -4,7 +4,6 @@
 #include "host/window/mainwindow.h"
 
 #include "host/core/pluginfiles.h"
-#include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
@@ -22,6 +21,7 @@
 #include "host/window/terminalcommand.h"
 #include "host/window/undohistory.h"
 #include "host/window/windowactions.h"
+#include "host/window/windowlayout.h"
 #include "plugin/iloomwrightplugin.h"
 
 #include <QAbstractItemView>
@@ -36,8 +36,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QRubberBand>
-#include <QScreen>
-#include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -57,15 +55,7 @@ static void registerResources()
 
 namespace {
 
-const int noPluginPageIndex = 0;
-const int workPageIndex = 1;
 const int maxNoticeLines = 4;
-
-const QLatin1String geometryKey("layout/geometry");
-const QLatin1String stateKey("layout/state");
-const QLatin1String splitterKey("layout/splitter");
-/// Version of the layout of toolbars; a state of another version is not restored.
-const int layoutVersion = 4;
 
 /// Creates a label that elides what does not fit.
 KSqueezedTextLabel *createElidedLabel(const QString &name)
@@ -114,7 +104,7 @@ MainWindow::MainWindow(QWidget *parent)
     connectSession();
     connectActions();
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
-    restoreLayout();
+    restoreLayout(this, splitter, lowerPanes);
     session.setStitcher(readSettings().stitcherFile);
     showPlugin();
     showState();
@@ -157,8 +147,8 @@ void MainWindow::createPanes()
     noPluginPage = new HintPage(tr("No plug-in is loaded"), tr("&Choose a plug-in…"), this);
     noPluginPage->setObjectName(QStringLiteral("noPlugin"));
     pages = new QStackedWidget(this);
-    pages->insertWidget(noPluginPageIndex, noPluginPage);
-    pages->insertWidget(workPageIndex, work);
+    pages->addWidget(noPluginPage);
+    pages->addWidget(work);
     splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(pages);
     splitter->addWidget(lowerPanes);
@@ -193,7 +183,6 @@ void MainWindow::connectSession()
     connect(&session, &Session::buildStarted, this, &MainWindow::startLog);
     connect(&session, &Session::buildFinished, this, &MainWindow::finishLog);
     connect(&session, &Session::projectChanged, this, &MainWindow::showTitle);
-    connect(&session, &Session::valuesChanged, this, &MainWindow::showTitle);
 
     connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
@@ -254,7 +243,7 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
 void MainWindow::showPlugin()
 {
     const bool loaded = session.isLoaded();
-    pages->setCurrentIndex(loaded ? workPageIndex : noPluginPageIndex);
+    pages->setCurrentWidget(loaded ? workLayout->parentWidget() : noPluginPage);
     noPluginPage->setText(session.pluginProblem());
     lowerPanes->setPlugin(session.root());
     if (loaded) {
@@ -468,32 +457,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
-void MainWindow::restoreLayout()
-{
-    const QSettings settings;
-    if (!restoreGeometry(settings.value(geometryKey).toByteArray())) {
-        fitScreen();
-    }
-    restoreState(settings.value(stateKey).toByteArray(), layoutVersion);
-    splitter->restoreState(settings.value(splitterKey).toByteArray());
-    lowerPanes->restoreLayout(settings);
-}
-
 void MainWindow::saveLayout() const
 {
-    QSettings settings;
-    settings.setValue(geometryKey, saveGeometry());
-    settings.setValue(stateKey, saveState(layoutVersion));
-    settings.setValue(splitterKey, splitter->saveState());
-    lowerPanes->saveLayout(&settings);
-}
-
-/// The initial size, in characters, so that it grows with the font, but no larger than the screen.
-void MainWindow::fitScreen()
-{
-    const QFontMetrics metrics = fontMetrics();
-    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 45);
-    // The window's frame is unknown until it is shown.
-    const QSize available = screen()->availableSize() * 9 / 10;
-    resize(wanted.boundedTo(available));
+    ::saveLayout(this, splitter, lowerPanes);
 }

@@ -55,8 +55,6 @@ private:
     void createPanes();
     void connectSession();
     void connectActions();
-    void restoreLayout();
-    void fitScreen();
 
     void showPlugin();
     void showState();
