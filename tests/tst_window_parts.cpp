@@ -122,6 +122,26 @@ private slots:
         QCOMPARE(QApplication::clipboard()->text(), log->text());
     }
 
+    void logErrorsOfTheLastBuild()
+    {
+        QSignalSpy counts(log.data(), &LogPane::buildErrorsChanged);
+        log->addError("before");
+        for (int build = 0; build < 2; ++build) {
+            log->startBuild();
+            log->addError("a\nb");
+            log->finishBuild();
+            log->addError("between");
+        }
+        showLog(7);
+        QCOMPARE(counts.last().value(0).toInt(), 2);
+        for (const int block : {4, 5, 4}) {
+            log->showNextBuildError();
+            QCOMPARE(view->textCursor().blockNumber(), block);
+        }
+        log->clear();
+        QCOMPARE(counts.last().value(0).toInt(), 0);
+    }
+
     void colorsFollowThePalette()
     {
         log->addError("old");
@@ -164,6 +184,11 @@ private slots:
         log->findChild<QLineEdit *>("logSearch")->setText("word");
         QCoreApplication::processEvents();
         QVERIFY(view->viewport()->rect().contains(view->cursorRect().center()));
+
+        bar->setValue(0);
+        log->startBuild();
+        log->addStatus("a new build");
+        QTRY_VERIFY(view->toPlainText().contains("a new build") && isEndVisible());
     }
 
     void logIsBounded()

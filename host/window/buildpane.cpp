@@ -56,12 +56,6 @@ QString changesText(const QStringList &changes)
     return BuildPane::tr("Changed since: %1").arg(names.join(BuildPane::tr(", ")));
 }
 
-int lineCount(const QString &message)
-{
-    const QString text = message.endsWith(QLatin1Char('\n')) ? message.chopped(1) : message;
-    return text.count(QLatin1Char('\n')) + 1;
-}
-
 } // namespace
 
 BuildPane::BuildPane(Session *imageSession, QWidget *parent)
@@ -107,11 +101,6 @@ BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     connect(session, &Session::hashing, this, &BuildPane::showHashing);
     connect(session, &Session::buildFinished, this, &BuildPane::showState);
     connect(session, &Session::changed, this, &BuildPane::showState);
-    connect(session, &Session::errorMessage, this, [this](const QString &message) {
-        if (session->isBuilding()) {
-            errorLines += lineCount(message);
-        }
-    });
 }
 
 void BuildPane::createButtons()
@@ -139,7 +128,6 @@ void BuildPane::openFolder()
 
 void BuildPane::start()
 {
-    errorLines = 0;
     progress->setRange(0, 0);
     elapsed.start();
     elapsedTimer.start();
@@ -169,16 +157,22 @@ void BuildPane::showState()
     stopButton->setEnabled(state == BuildState::Running);
     copyButton->setVisible(built);
     folderButton->setVisible(built);
-    errorsButton->setVisible(!session->isBuilding() && errorLines > 0);
-    errorsButton->setText(
-        errorLines == 1 ? tr("1 error line in the &log")
-                        : tr("%1 error lines in the &log").arg(QLocale().toString(errorLines)));
+    setErrorLines(errorLines);
     if (state != BuildState::Running) {
         elapsedTimer.stop();
         text->setText(stateText());
     }
     age->setText(state == BuildState::Outdated ? changesText(session->changesSinceBuild())
                                                : QString());
+}
+
+void BuildPane::setErrorLines(int count)
+{
+    errorLines = count;
+    errorsButton->setVisible(!session->isBuilding() && count > 0);
+    errorsButton->setText(count == 1
+                              ? tr("1 error line in the &log")
+                              : tr("%1 error lines in the &log").arg(QLocale().toString(count)));
 }
 
 QString BuildPane::stateText() const

@@ -24,6 +24,9 @@ public:
     /// Shows the builds of @p imageSession, which must outlive this pane.
     explicit BuildPane(Session *imageSession, QWidget *parent = nullptr);
 
+    /// Offers to show the error lines of the last build if the log has any.
+    void setErrorLines(int count);
+
 signals:
     /// A request of the user failed.
     void failed(const QString &text);
@@ -49,7 +52,7 @@ private:
     QPushButton *folderButton;
     QElapsedTimer elapsed;
     QTimer elapsedTimer;
-    int errorLines = 0; ///< What the stitcher has written to standard error.
+    int errorLines = 0; ///< Of the last build, in the log.
 };
 
 /// How a build ended, in one line for the log.

@@ -37,7 +37,7 @@ const int maxLineLength = 1000;
 /// A longer message is cut at once, since all of it would be dropped anyway.
 const int maxMessageLength = 2 * 1024 * 1024;
 
-/// The user states of the blocks of lines.
+/// The user states of the blocks of lines. The error lines of each build have their own, above these.
 enum LineState { StatusLine, ErrorLine };
 
 bool isAtEnd(const QTextCursor &cursor)
@@ -84,7 +84,7 @@ public:
 protected:
     void highlightBlock(const QString &text) override
     {
-        if (currentBlockState() == ErrorLine) {
+        if (currentBlockState() >= ErrorLine) {
             setFormat(0, text.size(), failureColor(QGuiApplication::palette()));
         }
     }
@@ -99,6 +99,8 @@ LogPane::LogPane(QWidget *parent)
     , droppedNotice(new QLabel(this))
     , searchLine(new QLineEdit(this))
     , searchState(new QLabel(this))
+    , lastBuild(ErrorLine)
+    , errorState(ErrorLine)
 {
     setObjectName(QStringLiteral("logPane"));
     createView();
@@ -212,18 +214,18 @@ QToolBar *LogPane::createBar()
 
 void LogPane::addStatus(const QString &message)
 {
-    add(message, false);
+    add(message, StatusLine);
 }
 
 void LogPane::addError(const QString &message)
 {
-    add(message, true);
+    add(message, errorState);
 }
 
-void LogPane::add(const QString &message, bool isError)
+void LogPane::add(const QString &message, int state)
 {
     const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
-    const QString mark = isError ? QStringLiteral(" ✖ ") : QStringLiteral("   ");
+    const QString mark = state == StatusLine ? QStringLiteral("   ") : QStringLiteral(" ✖ ");
     QString text = time + mark + message.right(maxMessageLength);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
@@ -234,7 +236,7 @@ void LogPane::add(const QString &message, bool isError)
     for (const QString &line : lines) {
         int start = 0;
         do {
-            pending.push_back({line.mid(start, maxLineLength), isError});
+            pending.push_back({line.mid(start, maxLineLength), state});
             start += maxLineLength;
         } while (start < line.size());
     }
@@ -265,7 +267,7 @@ void LogPane::showLines(int count)
         pending.pop_front();
         QTextBlock block = end.block();
         end.insertText(line.text + QLatin1Char('\n'));
-        block.setUserState(line.isError ? ErrorLine : StatusLine);
+        block.setUserState(line.state);
         if (isHidden(block)) {
             block.setVisible(false);
             block.setLineCount(0);
@@ -275,6 +277,7 @@ void LogPane::showLines(int count)
         }
     }
     end.endEditBlock();
+    countBuildErrors();
 }
 
 bool LogPane::isHidden(const QTextBlock &block) const
@@ -309,6 +312,50 @@ void LogPane::search(QTextDocument::FindFlags direction)
 void LogPane::showNextError()
 {
     find(QRegularExpression(QStringLiteral("^[0-9:.]+ ✖ .*")), {});
+}
+
+void LogPane::startBuild()
+{
+    errorState = ++lastBuild;
+    view->moveCursor(QTextCursor::End);
+    countBuildErrors();
+}
+
+void LogPane::finishBuild()
+{
+    errorState = ErrorLine;
+}
+
+void LogPane::countBuildErrors()
+{
+    int count = 0;
+    for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+        count += block.userState() == lastBuild ? 1 : 0;
+    }
+    emit buildErrorsChanged(count);
+}
+
+void LogPane::showNextBuildError()
+{
+    searchState->clear();
+    QTextBlock next;
+    for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+        if (block.userState() != lastBuild) {
+            continue;
+        }
+        if (block.position() > view->textCursor().position()) {
+            next = block;
+            break;
+        }
+        if (!next.isValid()) {
+            next = block;
+        }
+    }
+    if (next.isValid()) {
+        QTextCursor line(next);
+        line.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+        view->setTextCursor(line);
+    }
 }
 
 /// Selects the next match that is visible.
@@ -358,6 +405,7 @@ void LogPane::clear()
     view->clear();
     droppedNotice->hide();
     searchState->clear();
+    countBuildErrors();
 }
 
 void LogPane::save()

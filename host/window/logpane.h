@@ -38,6 +38,12 @@ public:
     void search(QTextDocument::FindFlags direction = {});
     /// Selects the first line of the next error and wraps around at the end.
     void showNextError();
+    /// Follows the end again. The errors from now on are those of the last build.
+    void startBuild();
+    /// The errors from now on belong to no build.
+    void finishBuild();
+    /// Selects the next error line of the last build and wraps around at its end.
+    void showNextBuildError();
     /// Sets whether only errors are shown; the other messages are kept.
     void setErrorsOnly(bool newErrorsOnly);
 
@@ -54,22 +60,27 @@ public:
 
     static const int maxLines = 20000;
 
+signals:
+    /// The log now shows @p count error lines of the last build.
+    void buildErrorsChanged(int count);
+
 protected:
     void changeEvent(QEvent *event) override;
 
 private:
     struct Line {
         QString text;
-        bool isError;
+        int state; ///< That of its block.
     };
 
     void createView();
     QToolBar *createBar();
-    void add(const QString &message, bool isError);
+    void add(const QString &message, int state);
     void showLines(int count);
     bool isHidden(const QTextBlock &block) const;
     void followEnd();
     void find(const QRegularExpression &wanted, QTextDocument::FindFlags direction);
+    void countBuildErrors();
 
     QPlainTextEdit *view;
     QSyntaxHighlighter *highlighter;
@@ -79,6 +90,8 @@ private:
     QAction *errorsOnly = nullptr;
     /// Lines that are not shown yet.
     std::deque<Line> pending;
+    int lastBuild;  ///< The state of its error lines.
+    int errorState; ///< The state of the next error line.
     bool followsEnd = true;
     QTimer showTimer;
     QTimer followTimer;

@@ -98,10 +98,10 @@ void LowerPanes::searchLog()
     logPane->focusSearch();
 }
 
-void LowerPanes::showNextError()
+void LowerPanes::showNextBuildError()
 {
     showLog();
-    logPane->showNextError();
+    logPane->showNextBuildError();
 }
 
 void LowerPanes::restoreLayout(const QSettings &settings)

@@ -29,8 +29,8 @@ public:
     void showLog();
     /// Shows the log and moves the focus to its search field.
     void searchLog();
-    /// Shows the next error in the log.
-    void showNextError();
+    /// Shows the next error of the last build in the log.
+    void showNextBuildError();
 
     /// Shows the panes that were shown when the layout was saved.
     void restoreLayout(const QSettings &settings);

@@ -190,7 +190,9 @@ void MainWindow::connectSession()
     connect(noPluginPage, &HintPage::requested, this, &MainWindow::choosePlugin);
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
-    connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextError);
+    connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
+    connect(lowerPanes->logPane, &LogPane::buildErrorsChanged, buildPane,
+            &BuildPane::setErrorLines);
 }
 
 void MainWindow::connectActions()
@@ -352,11 +354,13 @@ void MainWindow::showAbout()
 void MainWindow::startLog(const QString &stitcher)
 {
     lowerPanes->showLog();
+    lowerPanes->logPane->startBuild();
     lowerPanes->logPane->addStatus(tr("Building with %1").arg(QDir::toNativeSeparators(stitcher)));
 }
 
 void MainWindow::finishLog(const BuildResult &result)
 {
+    lowerPanes->logPane->finishBuild();
     if (result.isSuccess || result.isStopped) {
         lowerPanes->logPane->addStatus(resultLine(result));
     } else {
