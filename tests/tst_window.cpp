@@ -283,6 +283,11 @@ private slots:
         QTRY_VERIFY(action("Data views")->isEnabled());
         QVERIFY(window->findChild<QTableView *>("dataView")->model()->rowCount() > 0);
         action("Data views")->trigger();
+        auto log = window->findChild<LogPane *>();
+        action("Log")->trigger();
+        QVERIFY(log->isVisible());
+        action("Data views")->trigger(); // It is behind the log.
+        QVERIFY(window->findChild<QWidget *>("dataViews")->isVisible());
         action("Toolbar")->trigger();
         window->close();
         newWindow();

@@ -45,16 +45,23 @@ void LowerPanes::addPane(QWidget *pane, const QString &title)
     auto action = new QAction(title, this);
     action->setCheckable(true);
     actions << action;
-    connect(action, &QAction::toggled, this, [this, index](bool isShown) {
-        setTabVisible(index, isShown);
-        if (isShown) {
-            setCurrentIndex(index);
-        }
-        const auto count = std::count_if(actions.begin(), actions.end(),
-                                         [](const QAction *each) { return each->isChecked(); });
-        tabBar()->setVisible(count > 1);
-        setVisible(count > 0);
+    connect(action, &QAction::triggered, this, [this, index](bool isShown) {
+        // A pane behind another one comes to the front instead.
+        setShown(index, isShown || index != currentIndex());
     });
+}
+
+void LowerPanes::setShown(int index, bool isShown)
+{
+    actions.at(index)->setChecked(isShown);
+    setTabVisible(index, isShown);
+    if (isShown) {
+        setCurrentIndex(index);
+    }
+    const auto count = std::count_if(actions.begin(), actions.end(),
+                                     [](const QAction *each) { return each->isChecked(); });
+    tabBar()->setVisible(count > 1);
+    setVisible(count > 0);
 }
 
 QList<QAction *> LowerPanes::viewActions() const
@@ -64,8 +71,7 @@ QList<QAction *> LowerPanes::viewActions() const
 
 void LowerPanes::showPane(QWidget *pane)
 {
-    actions.at(indexOf(pane))->setChecked(true);
-    setCurrentWidget(pane);
+    setShown(indexOf(pane), true);
 }
 
 void LowerPanes::setPlugin(ILoomwrightPlugin *plugin)
@@ -80,10 +86,10 @@ void LowerPanes::setPlugin(ILoomwrightPlugin *plugin)
 void LowerPanes::offerDataViews()
 {
     const bool found = dataViewPane->count() > 0;
-    QAction *action = actions.at(indexOf(dataViewPane));
-    action->setEnabled(found);
+    const int index = indexOf(dataViewPane);
+    actions.at(index)->setEnabled(found);
     if (!found) {
-        action->setChecked(false);
+        setShown(index, false);
     }
 }
 
@@ -108,7 +114,7 @@ void LowerPanes::restoreLayout(const QSettings &settings)
 {
     const QStringList shown = settings.value(shownKey).toStringList();
     for (int i = 0; i < count(); ++i) {
-        actions.at(i)->setChecked(shown.contains(widget(i)->objectName()));
+        setShown(i, shown.contains(widget(i)->objectName()));
     }
     offerDataViews();
 }
