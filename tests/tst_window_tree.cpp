@@ -108,6 +108,7 @@ private slots:
     /// The second one replaces the model while the editor is being closed.
     void editTheDataFile()
     {
+        action("Log")->trigger(); // It would be next to get the focus.
         for (const char *name : {"a.xml", "b.xml"}) {
             const QString file = writeFile(folder->filePath(name), "<platform/>");
             QLineEdit *line = openEditor(valueCell("Legacy XML Data File"));
@@ -115,6 +116,7 @@ private slots:
             QTest::keyClick(line, Qt::Key_Return);
             QTRY_COMPARE(value("Legacy XML Data File"), file);
             QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+            QVERIFY(tree->hasFocus());
         }
         QCOMPARE(tree->currentIndex(), valueCell("Legacy XML Data File"));
     }
@@ -225,8 +227,11 @@ private slots:
         drop(window.data(), {broken()});
         QTRY_VERIFY(text("status").startsWith("8 of 9 files found"));
         QCOMPARE(value("Presigned Secure Annex"), QString());
+        action("Log")->trigger(); // It would be next to get the focus.
+        problemList()->setFocus();
         action("Undo")->trigger();
         QTRY_COMPARE(problemCount(), 0);
+        QVERIFY(tree->hasFocus());
     }
 
     /// Files that have not been chosen yet are no problems at the start.

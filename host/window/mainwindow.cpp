@@ -104,6 +104,7 @@ MainWindow::MainWindow(QWidget *parent)
     connectSession();
     connectActions();
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::keepFocus);
     restoreLayout(this, splitter, lowerPanes);
     session.setStitcher(readSettings().stitcherFile);
     showPlugin();
@@ -285,6 +286,15 @@ void MainWindow::showFocus()
     for (QAbstractItemView *view : std::initializer_list<QAbstractItemView *>{
              ingredientPane->findChild<QTreeView *>(), problemPane}) {
         view->setPalette(view->hasFocus() ? normal : grey);
+    }
+}
+
+/// The focus of an editor or a list that is closed would go to the next widget, into which the user
+/// would type unknowingly.
+void MainWindow::keepFocus(const QWidget *old, const QWidget *now)
+{
+    if (old && now && !old->isVisible() && isAncestorOf(old) && isAncestorOf(now)) {
+        ingredientPane->setFocus();
     }
 }
 

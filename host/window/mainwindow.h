@@ -60,6 +60,7 @@ private:
     void showState();
     void showTitle();
     void showFocus();
+    void keepFocus(const QWidget *old, const QWidget *now);
     void choosePlugin();
     void changeSettings();
     void copyCommand();
