@@ -185,7 +185,7 @@ private slots:
         drop(window.data(), {directory});
         QTRY_COMPARE(state("Host FW"), RowState::Problem);
         const QModelIndex cell = valueCell("Host FW");
-        const QStringList files = cell.data(IngredientProxyModel::CandidatesRole).toStringList();
+        const QStringList files = candidatesOf("Host FW");
         QCOMPARE(files.count(), 2);
         const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
         tree->scrollTo(cell);
@@ -202,7 +202,7 @@ private slots:
         QTest::keyClick(list, Qt::Key_Return);
         QTRY_COMPARE(value("Host FW"), other);
         QTRY_COMPARE(state("Host FW"), RowState::Good);
-        QCOMPARE(valueCell("Host FW").data(IngredientProxyModel::CandidatesRole), QVariant(files));
+        QCOMPARE(candidatesOf("Host FW"), files);
 
         // Scanned again, the directory gives what is new and leaves what was chosen.
         QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
@@ -215,9 +215,50 @@ private slots:
 
         setValue("Host FW", files.first());
         QFile::remove(files.last());
-        QTRY_COMPARE(valueCell("Host FW").data(IngredientProxyModel::CandidatesRole).toStringList(),
-                     QStringList());
+        QTRY_COMPARE(candidatesOf("Host FW"), QStringList());
         QCOMPARE(problemRow("Host FW"), -1);
+    }
+
+    /// Only a choice says which candidate is meant.
+    void anOpenChoiceStays_data()
+    {
+        const Table<QString> row("way");
+        row("searched again", "rescan");
+        row("another folder, undone", "undo");
+        row("a folder that is rejected", "rejected");
+        row("the file in use was gone", "used");
+        row("the other file was gone", "other");
+    }
+    void anOpenChoiceStays()
+    {
+        QFETCH(QString, way);
+        const QString directory = folder->filePath("drop");
+        QVERIFY(makeSample(directory, true));
+        drop(window.data(), {directory});
+        QTRY_COMPARE(state("Host FW"), RowState::Problem);
+        const QStringList files = candidatesOf("Host FW");
+        QCOMPARE(files.count(), 2);
+        const QString gone = files.at(way == "other" ? 1 : 0);
+        if (way == "rescan") {
+            action("Rescan folder")->trigger();
+        } else if (way == "undo") {
+            drop(window.data(), {sample()});
+            QTRY_COMPARE(problemCount(), 0);
+            action("Undo")->trigger();
+        } else if (way == "rejected") {
+            QVERIFY(QDir(folder->path()).mkdir("empty"));
+            drop(window.data(), {folder->filePath("empty")});
+            QVERIFY(notice().contains("was rejected"));
+        } else {
+            QVERIFY(QFile::rename(gone, directory + ".spare"));
+            QTRY_COMPARE(candidatesOf("Host FW"), way == "used" ? files.mid(1) : QStringList());
+            QCOMPARE(state("Host FW"), way == "used" ? RowState::Problem : RowState::Good);
+            QVERIFY(QFile::rename(directory + ".spare", gone));
+        }
+        QTRY_COMPARE(candidatesOf("Host FW"), files);
+        QCOMPARE(value("Host FW"), files.first());
+        QCoreApplication::processEvents(); // The check.
+        QCOMPARE(state("Host FW"), RowState::Problem);
     }
 
     void aFolderStartsANewSet()

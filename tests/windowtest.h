@@ -120,6 +120,10 @@ public:
     {
         return RowState(valueCell(name).data(IngredientProxyModel::StateRole).toInt());
     }
+    QStringList candidatesOf(const QString &name) const
+    {
+        return valueCell(name).data(IngredientProxyModel::CandidatesRole).toStringList();
+    }
     void setValue(const QString &name, const QString &text)
     {
         QVariant newValue;
