@@ -154,9 +154,9 @@ private slots:
         writeStitcher(folder->path(), "exit 0");
         rlimit before = {};
         QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
-        for (int left = 1; left < 20; ++left) {
+        for (rlim_t left = 1; left < 20; ++left) {
             rlimit few = before;
-            few.rlim_cur = rlim_t(openDescriptors() + left);
+            few.rlim_cur = rlim_t(openDescriptors()) + left;
             QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
             manager->beginExecution();
             setrlimit(RLIMIT_NOFILE, &before);

@@ -237,8 +237,9 @@ private slots:
         const QString contents = image.left(image.indexOf("\n\n"));
         const QString configuration = host.start("-q -d GOOD config").output;
         const QString manual = readFile(DOCS_FOLDER "/terminal.md");
-        const QJsonObject document = host.start("--json -q -d GOOD ingredients").json();
-        for (const QJsonValue &ingredient : document["ingredients"].toArray()) {
+        const QJsonArray ingredients
+            = host.start("--json -q -d GOOD ingredients").json()["ingredients"].toArray();
+        for (const QJsonValue &ingredient : ingredients) {
             const QString name = ingredient["name"].toString();
             const QString key = ingredient["key"].toString();
             if (!ingredient["input"].toBool()) {
