@@ -53,6 +53,10 @@ DataViewPane::DataViewPane(QWidget *parent)
     setObjectName(QStringLiteral("dataViews"));
     setAccessibleName(tr("Data views"));
     setDocumentMode(true);
+    setTabBarAutoHide(true);
+    // The Tab key would get stuck here while the tab bar is hidden.
+    setFocusProxy(nullptr);
+    setFocusPolicy(Qt::NoFocus);
 }
 
 void DataViewPane::setPlugin(ILoomwrightPlugin *newPlugin)
@@ -87,22 +91,23 @@ QWidget *DataViewPane::createPage(IDataView *view)
 {
     auto page = new QWidget(this);
     auto layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
     const auto addNote = [page, layout](const QString &text) {
         auto note = new QLabel(text, page);
         note->setObjectName(QStringLiteral("dataViewNote"));
+        note->setTextFormat(Qt::PlainText);
         note->setWordWrap(true);
         layout->addWidget(note);
     };
     QAbstractItemModel *model = view->getDataModel();
     if (!model) {
-        addNote(tr("This view has no data."));
+        addNote(tr("%1: no data.").arg(view->getDisplayName()));
         layout->addStretch();
         return page;
     }
-    QString remarks = tr("Settings made here are not saved and are not part of the image.");
+    QString remarks = tr("%1: not saved and not part of the image.").arg(view->getDisplayName());
     if (areRowsFixed(*model, dataFilesOf(plugin))) {
-        remarks.prepend(
-            tr("The data file contains none of these rows: the target has fixed ones. "));
+        remarks += tr(" The data file contains none of these rows: the target has fixed ones.");
     }
     addNote(remarks);
     layout->addWidget(createTable(model, view->getDisplayName()));

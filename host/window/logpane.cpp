@@ -30,6 +30,7 @@
 namespace {
 
 const int showIntervalMs = 50;
+const int minLines = 4;
 /// A larger batch would block the window while the view takes it in.
 const int linesPerBatch = 500;
 /// A longer line would block the text layout.
@@ -111,6 +112,7 @@ LogPane::LogPane(QWidget *parent)
     droppedNotice->hide();
     auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
     QToolBar *bar = createBar();
     layout->addWidget(bar);
     layout->addWidget(droppedNotice);
@@ -144,6 +146,8 @@ void LogPane::createView()
     fixed.setStyleHint(QFont::Monospace);
     fixed.setPointSizeF(QFontInfo(font()).pointSizeF());
     view->setFont(fixed);
+    // Less than its own minimum: in a low window, the tree needs the height.
+    view->setMinimumHeight(QFontMetrics(fixed).lineSpacing() * minLines);
     // The view follows its end until the user moves elsewhere, by scrolling or with the cursor. The
     // value of the scroll bar does not show this, since the view also changes it while it lays out
     // lines.

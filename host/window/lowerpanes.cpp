@@ -16,8 +16,6 @@
 namespace {
 
 const QLatin1String shownKey("layout/shown");
-/// In a low window, the tree needs the height.
-const int minLines = 3;
 
 } // namespace
 
@@ -39,7 +37,6 @@ LowerPanes::LowerPanes(QWidget *parent)
 
 void LowerPanes::addPane(QWidget *pane, const QString &title)
 {
-    pane->setMinimumHeight(fontMetrics().height() * minLines);
     const int index = addTab(pane, title);
     setTabVisible(index, false);
     auto action = new QAction(title, this);

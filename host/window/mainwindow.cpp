@@ -153,7 +153,8 @@ void MainWindow::createPanes()
     splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(pages);
     splitter->addWidget(lowerPanes);
-    splitter->setSizes({3, 1});
+    // Only the proportion counts, if no pane is smaller than its minimum.
+    splitter->setSizes({4000, 1000});
     setCentralWidget(splitter);
     ingredientPane->setFocus();
 
