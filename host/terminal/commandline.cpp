@@ -67,7 +67,7 @@ QString unknownOption(const QCommandLineParser &parser)
     if (unknown.isEmpty()) {
         return parser.errorText(); // Ends with a full stop.
     }
-    const QString name = unknown.first();
+    const QString &name = unknown.first();
     if (name.length() == 1) {
         return QStringLiteral("Unknown option \"-%1\".").arg(name);
     }
