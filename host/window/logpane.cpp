@@ -147,7 +147,7 @@ void LogPane::createView()
     fixed.setPointSizeF(QFontInfo(font()).pointSizeF());
     view->setFont(fixed);
     // Less than its own minimum: in a low window, the tree needs the height.
-    view->setMinimumHeight(QFontMetrics(fixed).lineSpacing() * minLines);
+    view->setMinimumHeight(fontMetrics().lineSpacing() * minLines);
     // The view follows its end until the user moves elsewhere, by scrolling or with the cursor. The
     // value of the scroll bar does not show this, since the view also changes it while it lays out
     // lines.

@@ -108,7 +108,6 @@ MainWindow::MainWindow(QWidget *parent)
     restoreLayout(this, splitter, lowerPanes);
     session.setStitcher(readSettings().stitcherFile);
     showPlugin();
-    showState();
 }
 
 MainWindow::~MainWindow()
