@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
@@ -26,7 +27,7 @@ QString candidatesText(const QModelIndex &index)
     const int count = index.data(IngredientProxyModel::CandidatesRole).toStringList().count();
     return count == 0 || kindOf(index.data(Qt::EditRole)) != ValueKind::File
         ? QString()
-        : IngredientDelegate::tr("%1 candidates ▾").arg(count);
+        : IngredientDelegate::tr("%1 candidates ▾").arg(QLocale().toString(count));
 }
 
 /// The area in which that text can be clicked.
@@ -161,6 +162,17 @@ void IngredientDelegate::setModelData(QWidget *editor, QAbstractItemModel *model
     }
 }
 
+void IngredientDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                              const QModelIndex &index) const
+{
+    QStyledItemDelegate::updateEditorGeometry(editor, option, index);
+    if (qobject_cast<FilePathEditor *>(editor)) {
+        QRect rest = option.rect;
+        rest.setRight(editor->parentWidget()->rect().right());
+        editor->setGeometry(rest);
+    }
+}
+
 QSize IngredientDelegate::sizeHint(const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const
 {
@@ -194,7 +206,10 @@ void IngredientDelegate::paintPath(QPainter *painter, const QStyleOptionViewItem
 {
     const QFontMetrics &metrics = cell.fontMetrics;
     const int gap = metrics.averageCharWidth() * 2;
-    QRect rest = cell.rect.adjusted(gap / 2, 0, -gap / 2, 0);
+    const QStyle *style = cell.widget ? cell.widget->style() : QApplication::style();
+    // The margin of other values.
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &cell, cell.widget) + 1;
+    QRect rest = cell.rect.adjusted(margin, 0, -margin, 0);
     const QString candidates = candidatesText(index);
     if (!candidates.isEmpty() && candidatesRect(cell, candidates).left() > cell.rect.left()) {
         const QRect place = candidatesRect(cell, candidates);

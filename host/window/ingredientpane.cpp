@@ -22,8 +22,8 @@
 namespace {
 
 /// The pane widths from which the size and date columns are shown.
-const int minCharactersForSize = 70;
-const int minCharactersForDate = 100;
+const int minCharactersForSize = 100;
+const int minCharactersForDate = 140;
 
 } // namespace
 
