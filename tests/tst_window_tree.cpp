@@ -350,6 +350,7 @@ private slots:
     {
         drop(window.data(), {sample()});
         const QString before = value("Host FW");
+        QTRY_COMPARE(state("Host FW"), RowState::Good);
         tree->setFocus();
         tree->setCurrentIndex(valueCell("Host FW"));
         QTest::keyClick(tree, Qt::Key_Delete);

@@ -52,11 +52,16 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
     tree->header()->setStretchLastSection(false);
     setEditable(true);
+    connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &IngredientPane::updateActions);
     setFocusProxy(tree);
 
+    editAction->setShortcut(Qt::Key_F2);
     clearAction->setShortcut(QKeySequence::Delete);
-    clearAction->setShortcutContext(Qt::WidgetShortcut);
-    tree->addAction(clearAction);
+    for (QAction *action : {editAction, clearAction}) {
+        action->setShortcutContext(Qt::WidgetShortcut);
+        tree->addAction(action);
+    }
     connect(editAction, &QAction::triggered, this, [this] { edit(tree->currentIndex()); });
     connect(clearAction, &QAction::triggered, this, &IngredientPane::clearCurrent);
     connect(copyAction, &QAction::triggered, this, &IngredientPane::copyCurrent);
@@ -129,14 +134,30 @@ void IngredientPane::update()
 {
     model->update();
     hideRows();
+    updateActions();
 }
 
-void IngredientPane::setEditable(bool isEditable)
+/// Enables what can be done with the current row.
+void IngredientPane::updateActions()
 {
-    tree->setEditTriggers(isEditable ? QAbstractItemView::EditKeyPressed
-                                     : QAbstractItemView::NoEditTriggers);
-    editAction->setEnabled(isEditable);
-    clearAction->setEnabled(isEditable);
+    const auto ingredient = model->ingredientAt(tree->currentIndex());
+    const bool hasValue = ingredient && !ingredient->text().isEmpty();
+    editAction->setEnabled(isEditable() && ingredient);
+    clearAction->setEnabled(isEditable() && hasValue
+                            && kindOf(ingredient->value) != ValueKind::Choice);
+    copyAction->setEnabled(hasValue);
+}
+
+bool IngredientPane::isEditable() const
+{
+    return tree->editTriggers() != QAbstractItemView::NoEditTriggers;
+}
+
+void IngredientPane::setEditable(bool editable)
+{
+    tree->setEditTriggers(editable ? QAbstractItemView::EditKeyPressed
+                                   : QAbstractItemView::NoEditTriggers);
+    updateActions();
 }
 
 void IngredientPane::showIngredient(const IngredientId &id)
@@ -202,7 +223,7 @@ void IngredientPane::showMenu(const QPoint &position)
 void IngredientPane::edit(const QModelIndex &index)
 {
     const QModelIndex cell = model->buddy(index);
-    if (editAction->isEnabled() && cell.isValid()) {
+    if (isEditable() && cell.isValid()) {
         tree->setCurrentIndex(cell);
         tree->edit(cell);
     }
@@ -211,7 +232,7 @@ void IngredientPane::edit(const QModelIndex &index)
 void IngredientPane::clearCurrent()
 {
     const auto ingredient = model->ingredientAt(tree->currentIndex());
-    if (ingredient && kindOf(ingredient->value) != ValueKind::Choice) {
+    if (ingredient) {
         session->setValue(ingredient->id, QString());
     }
 }

@@ -35,7 +35,7 @@ public:
     /// Stores what is being typed.
     void commitEditor();
     /// Sets whether values may be changed.
-    void setEditable(bool isEditable);
+    void setEditable(bool editable);
 
     /// The actions for the current row, for a menu.
     QList<QAction *> rowActions() const;
@@ -49,6 +49,8 @@ private:
     void detach();
     void update();
     void hideRows();
+    void updateActions();
+    bool isEditable() const;
     void showMenu(const QPoint &position);
     void edit(const QModelIndex &index);
     void clearCurrent();
