@@ -16,6 +16,7 @@
 #include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QUrl>
 
 namespace {
@@ -37,17 +38,23 @@ QString mebibytes(qint64 bytes)
 
 QString imageText(const BuildResult &result)
 {
-    return BuildPane::tr("%1 (%2, %3 s)\nSHA-256 %4")
+    return BuildPane::tr("%1 (%2, %3 s)")
         .arg(QDir::toNativeSeparators(result.image.file), bytesText(result.image.state.size),
-             seconds(result.elapsedMs), QString::fromLatin1(result.image.sha256));
+             seconds(result.elapsedMs));
 }
 
-/// Names the first of @p changes, ingredients and paths.
+QString hashText(const BuildResult &result)
+{
+    return BuildPane::tr("SHA-256 %1").arg(QString::fromLatin1(result.image.sha256));
+}
+
+/// Names the first of @p changes, ingredients and paths, without folders.
 QString changesText(const QStringList &changes)
 {
     QStringList names;
     for (const QString &change : changes.mid(0, maxChanges)) {
-        names.append(QDir::toNativeSeparators(change));
+        const QFileInfo file(change);
+        names.append(file.isAbsolute() ? file.fileName() : change);
     }
     const int hidden = changes.count() - names.count();
     if (hidden > 0) {
@@ -62,6 +69,7 @@ BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     : QWidget(parent)
     , session(imageSession)
     , text(new QLabel(this))
+    , hash(new QLabel(this))
     , age(new QLabel(this))
     , progress(new QProgressBar(this))
     , stopButton(new QPushButton(tr("S&top"), this))
@@ -70,20 +78,24 @@ BuildPane::BuildPane(Session *imageSession, QWidget *parent)
     , folderButton(new QPushButton(tr("Show in fol&der"), this))
 {
     auto row = new QHBoxLayout;
-    row->addWidget(age, 1);
+    row->addWidget(text, 1);
     auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(text);
     layout->addLayout(row);
+    layout->addWidget(hash);
+    layout->addWidget(age);
     for (QWidget *widget : std::initializer_list<QWidget *>{progress, stopButton, errorsButton,
                                                             copyButton, folderButton}) {
         row->addWidget(widget);
     }
 
     text->setObjectName(QStringLiteral("buildState"));
-    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    hash->setObjectName(QStringLiteral("buildHash"));
     age->setObjectName(QStringLiteral("buildAge"));
-    for (QLabel *label : {text, age}) {
+    for (QLabel *label : {text, hash}) {
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    }
+    for (QLabel *label : {text, hash, age}) {
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
         // A long word, such as a hash, must not widen the window.
@@ -114,6 +126,7 @@ void BuildPane::createButtons()
     connect(copyButton, &QPushButton::clicked, this, [this] {
         QApplication::clipboard()->setText(
             QString::fromLatin1(session->buildResult().image.sha256));
+        emit noticed(tr("The SHA-256 is on the clipboard."));
     });
     connect(folderButton, &QPushButton::clicked, this, &BuildPane::openFolder);
 }
@@ -122,7 +135,8 @@ void BuildPane::openFolder()
 {
     const QString folder = QFileInfo(session->buildResult().image.file).path();
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) {
-        emit failed(tr("The folder %1 could not be opened.").arg(QDir::toNativeSeparators(folder)));
+        emit noticed(
+            tr("The folder %1 could not be opened.").arg(QDir::toNativeSeparators(folder)));
     }
 }
 
@@ -162,8 +176,13 @@ void BuildPane::showState()
         elapsedTimer.stop();
         text->setText(stateText());
     }
-    age->setText(state == BuildState::Outdated ? changesText(session->changesSinceBuild())
-                                               : QString());
+    hash->setVisible(built);
+    hash->setText(hashText(session->buildResult()));
+    const QStringList changes
+        = state == BuildState::Outdated ? session->changesSinceBuild() : QStringList();
+    age->setVisible(!changes.isEmpty());
+    age->setText(changes.isEmpty() ? QString() : changesText(changes));
+    age->setToolTip(Qt::convertFromPlainText(changes.join(QLatin1Char('\n'))));
 }
 
 void BuildPane::setErrorLines(int count)
@@ -202,6 +221,5 @@ QString resultLine(const BuildResult &result)
         return result.isStopped ? result.reason
                                 : BuildPane::tr("The build failed. %1").arg(result.reason);
     }
-    return BuildPane::tr("Built %1")
-        .arg(imageText(result).replace(QLatin1Char('\n'), QLatin1String(", ")));
+    return BuildPane::tr("Built %1, %2").arg(imageText(result), hashText(result));
 }

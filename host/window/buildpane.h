@@ -28,8 +28,8 @@ public:
     void setErrorLines(int count);
 
 signals:
-    /// A request of the user failed.
-    void failed(const QString &text);
+    /// A request of the user was fulfilled or failed.
+    void noticed(const QString &text);
     /// The user wants to see what the stitcher has reported.
     void errorsRequested();
 
@@ -44,6 +44,7 @@ private:
 
     Session *session;
     QLabel *text;
+    QLabel *hash;
     QLabel *age;
     QProgressBar *progress;
     QPushButton *stopButton;

@@ -35,3 +35,8 @@ void HintPage::setText(const QString &newText)
 {
     text->setText(newText);
 }
+
+void HintPage::setTextVisible(bool isVisible)
+{
+    text->setVisible(isVisible);
+}

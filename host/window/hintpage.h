@@ -17,6 +17,8 @@ public:
 
     /// Explains the title.
     void setText(const QString &newText);
+    /// Sets whether the text is shown, for which a low window has no room.
+    void setTextVisible(bool isVisible);
 
 signals:
     /// The button was pressed.

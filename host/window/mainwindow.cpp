@@ -56,6 +56,8 @@ static void registerResources()
 namespace {
 
 const int maxNoticeLines = 4;
+/// The height from which the whole start hint is shown; below it, the tree needs the space.
+const int minLinesForHint = 30;
 
 /// Creates a label that elides what does not fit.
 KSqueezedTextLabel *createElidedLabel(const QString &name)
@@ -190,7 +192,7 @@ void MainWindow::connectSession()
     connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
     connect(noPluginPage, &HintPage::requested, this, &MainWindow::choosePlugin);
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
-    connect(buildPane, &BuildPane::failed, this, &MainWindow::showNotice);
+    connect(buildPane, &BuildPane::noticed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
     connect(lowerPanes->logPane, &LogPane::buildErrorsChanged, buildPane,
             &BuildPane::setErrorLines);
@@ -443,6 +445,7 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     problemPane->updateGeometry();
+    startHint->setTextVisible(height() >= minLinesForHint * fontMetrics().height());
 }
 
 void MainWindow::changeEvent(QEvent *event)
