@@ -278,13 +278,13 @@ void MainWindow::showTitle()
     setWindowModified(!project.isEmpty() && session.isModified());
 }
 
-/// The selection of a list without the focus is grey: most styles show the focus only faintly.
+/// The selection of a list without the focus is grey: most styles show the focus only faintly. Light
+/// and dark text are readable on it, and the rows of most themes are much lighter or darker.
 void MainWindow::showFocus()
 {
     const QPalette normal = QApplication::palette();
     QPalette grey = normal;
-    const int lightness = qGray(normal.color(QPalette::Highlight).rgb());
-    grey.setColor(QPalette::Highlight, QColor(lightness, lightness, lightness));
+    grey.setColor(QPalette::Highlight, QColor(120, 120, 120));
     for (QAbstractItemView *view : std::initializer_list<QAbstractItemView *>{
              ingredientPane->findChild<QTreeView *>(), problemPane}) {
         view->setPalette(view->hasFocus() ? normal : grey);

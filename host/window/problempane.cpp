@@ -99,6 +99,9 @@ void ProblemPane::setProblems(const Problems &problems)
     for (int i = 0; i < rows.count(); ++i) {
         addRow(problems.at(i), rows.at(i));
     }
+    for (const int column : {RequiredColumn, ActualColumn}) {
+        setColumnHidden(column, isColumnEmpty(column));
+    }
     setVisible(!rows.isEmpty());
     updateGeometry();
 }
@@ -113,8 +116,22 @@ void ProblemPane::addRow(const Problem &problem, const QStringList &row)
     if (problem.ingredient == Session::stitcherId()) {
         auto link = new QLabel(tr("<a href='settings'>Settings…</a>"), this);
         connect(link, &QLabel::linkActivated, this, &ProblemPane::settingsRequested);
+        // It must be readable on a selected row.
+        link->setAutoFillBackground(true);
+        link->setBackgroundRole(QPalette::Base);
         setItemWidget(item, RequiredColumn, link);
     }
+}
+
+bool ProblemPane::isColumnEmpty(int column) const
+{
+    for (int i = 0; i < topLevelItemCount(); ++i) {
+        QTreeWidgetItem *item = topLevelItem(i);
+        if (!item->text(column).isEmpty() || itemWidget(item, column)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 int ProblemPane::heightOfRows(int count) const
@@ -125,9 +142,11 @@ int ProblemPane::heightOfRows(int count) const
 
 QSize ProblemPane::sizeHint() const
 {
-    const int wanted = heightOfRows(qMin(rows.count(), maxRows));
-    const int limit = qMax(window()->height() / heightDivisor, minimumSizeHint().height());
-    return {QTreeWidget::sizeHint().width(), qMin(wanted, limit)};
+    int count = qMin(rows.count(), maxRows);
+    while (count > minRows && heightOfRows(count) > window()->height() / heightDivisor) {
+        --count;
+    }
+    return {QTreeWidget::sizeHint().width(), heightOfRows(count)};
 }
 
 QSize ProblemPane::minimumSizeHint() const

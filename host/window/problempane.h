@@ -37,6 +37,7 @@ protected:
 private:
     void choose(const QTreeWidgetItem *item);
     void addRow(const Problem &problem, const QStringList &row);
+    bool isColumnEmpty(int column) const;
     int heightOfRows(int count) const;
 
     /// The text of every column of every row.
