@@ -76,6 +76,7 @@ private slots:
               "Legacy XML Data File: Offset mismatch!", "<h1>drop/presigned"}) {
             QVERIFY2(said->contains(problem), qPrintable(*said));
         }
+        QCOMPARE(said->count("veldmark-d1.xml"), 1); // It has two errors.
         QVERIFY(action("Build")->isEnabled());
         QVERIFY(!QFileInfo::exists(folder->filePath("image.bin")));
 

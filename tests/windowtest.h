@@ -58,18 +58,24 @@ inline QString *answerNextBox(const QString &text)
     said.clear();
     withNextDialog([text](QDialog *dialog) {
         auto box = qobject_cast<QMessageBox *>(dialog);
-        if (!box || box->textFormat() != Qt::PlainText) {
+        auto list = dialog->findChild<QListWidget *>();
+        if (!list && (!box || box->textFormat() != Qt::PlainText)) {
             dialog->reject();
-            QFAIL("no message box with plain text");
+            QFAIL("no message box with plain text or a list");
         }
-        said = box->text() + '\n' + box->informativeText();
-        for (QAbstractButton *button : box->buttons()) {
+        for (const QLabel *label : dialog->findChildren<QLabel *>()) {
+            said += label->text() + '\n';
+        }
+        for (int i = 0; list && i < list->count(); ++i) {
+            said += list->item(i)->text() + '\n';
+        }
+        for (QAbstractButton *button : dialog->findChildren<QPushButton *>()) {
             if (button->text().remove('&') == text) {
                 button->click(); // Under load, a click of the mouse was lost.
                 return;
             }
         }
-        box->reject();
+        dialog->reject();
     });
     return &said;
 }

@@ -3,62 +3,76 @@
 
 #include "host/window/buildquestion.h"
 
-#include "host/window/messages.h"
 #include "host/window/problemtext.h"
 
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QDir>
-#include <QLocale>
+#include <QPushButton>
 
+#include <KMessageBox>
 #include <algorithm>
 
 namespace {
-
-const int maxListed = 12;
 
 QString tr(const char *text)
 {
     return QCoreApplication::translate("BuildQuestion", text);
 }
 
-QString listed(const Problems &problems)
+/// The lines of a list that can be scrolled; each file is named once.
+QStringList listed(const Problems &problems)
 {
     QStringList lines;
-    for (const Problem &problem : problems.mid(0, maxListed)) {
-        QString line = problem.ingredient.isEmpty()
-            ? problemLine(problem)
-            : problem.ingredient.name + QLatin1String(": ") + problemLine(problem);
+    for (const Problem &problem : problems) {
+        lines << (problem.ingredient.isEmpty()
+                      ? problemLine(problem)
+                      : problem.ingredient.name + QLatin1String(": ") + problemLine(problem));
         for (const QString &file : problem.files) {
-            line += QLatin1String("\n    ") + QDir::toNativeSeparators(file);
+            const QString line = QLatin1String("    ") + QDir::toNativeSeparators(file);
+            if (!lines.contains(line)) {
+                lines << line;
+            }
         }
-        lines << line;
     }
-    const int hidden = problems.count() - maxListed;
-    if (hidden > 0) {
-        lines << tr("… and %1 more").arg(QLocale().toString(hidden));
+    return lines;
+}
+
+Problems ofSeverity(Severity severity, const Problems &problems)
+{
+    Problems found;
+    std::copy_if(problems.begin(), problems.end(), std::back_inserter(found),
+                 [severity](const Problem &problem) { return problem.severity == severity; });
+    return found;
+}
+
+/// Shows @p problems; true if the user chooses @p yes, without which there is no choice.
+bool ask(QWidget *parent, const QString &text, const Problems &problems, const QString &yes)
+{
+    auto dialog = new QDialog(parent); // Deleted by KMessageBox.
+    dialog->setWindowTitle(tr("Build"));
+    auto buttons = new QDialogButtonBox(
+        yes.isEmpty() ? QDialogButtonBox::Close : QDialogButtonBox::Cancel, dialog);
+    const auto yesButton = QDialogButtonBox::Yes;
+    if (!yes.isEmpty()) {
+        buttons->addButton(yesButton)->setText(yes);
+        buttons->button(QDialogButtonBox::Cancel)->setDefault(true);
     }
-    return lines.join(QLatin1Char('\n'));
+    return KMessageBox::createKMessageBox(dialog, buttons, QMessageBox::Warning, text,
+                                          listed(problems), QString(), nullptr,
+                                          KMessageBox::Dangerous)
+        == yesButton;
 }
 
 } // namespace
 
 bool askToBuild(QWidget *parent, const Problems &problems)
 {
-    Problems errors;
-    std::copy_if(problems.begin(), problems.end(), std::back_inserter(errors),
-                 [](const Problem &problem) { return problem.severity != Severity::Warning; });
-    if (errors.isEmpty()) {
-        return true;
+    const Problems blocking = ofSeverity(Severity::Fatal, problems);
+    if (!blocking.isEmpty()) {
+        return ask(parent, tr("The image cannot be built with these problems:"), blocking, {});
     }
-    const bool blocked = std::any_of(errors.begin(), errors.end(), [](const Problem &problem) {
-        return problem.severity == Severity::Fatal;
-    });
-    if (blocked) {
-        showWarning(parent, tr("Build"),
-                    tr("The image cannot be built with these problems:\n\n%1").arg(listed(errors)));
-        return false;
-    }
-    return confirm(parent, tr("Build"),
-                   tr("The image has these problems:\n\n%1").arg(listed(errors)),
-                   tr("Build &anyway"), tr("Cancel"));
+    const Problems errors = ofSeverity(Severity::Error, problems);
+    return errors.isEmpty()
+        || ask(parent, tr("The image has these problems:"), errors, tr("Build &anyway"));
 }
