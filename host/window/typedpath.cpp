@@ -7,7 +7,9 @@
 #include <QFileInfo>
 #include <QUrl>
 
-QString typedPath(const QString &text)
+namespace {
+
+QString meantPath(const QString &text)
 {
     QString literal = QDir::fromNativeSeparators(text);
     const QString trimmed = literal.trimmed();
@@ -20,4 +22,16 @@ QString typedPath(const QString &text)
     return trimmed == QLatin1String("~") || trimmed.startsWith(QLatin1String("~/"))
         ? QDir::homePath() + trimmed.mid(1)
         : trimmed;
+}
+
+} // namespace
+
+QString typedPath(const QString &text)
+{
+    const QString path = meantPath(text);
+    const QString clean = QDir::cleanPath(path);
+    // After a symlink, .. leads elsewhere.
+    const bool isSame = QFileInfo(QFileInfo(path).path()).canonicalFilePath()
+        == QFileInfo(QFileInfo(clean).path()).canonicalFilePath();
+    return isSame ? clean : path;
 }
