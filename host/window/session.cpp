@@ -27,6 +27,21 @@ bool isUnchanged(const FileRecord &record)
     return FileState::of(record.file) == record.state;
 }
 
+/// Every file that decides which stitcher is found, whether it exists or not.
+QStringList stitcherPaths(const QString &chosenFile)
+{
+    if (!chosenFile.isEmpty()) {
+        return {absolutePath(chosenFile)};
+    }
+    QStringList paths;
+    const QStringList directories
+        = qEnvironmentVariable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString &directory : directories) {
+        paths.append(absolutePath(directory) + QLatin1String("/tamblin-stitcher"));
+    }
+    return paths;
+}
+
 QString valueOf(const IngredientId &id, const Project &project)
 {
     for (const ProjectEntry &entry : project.entries) {
@@ -473,7 +488,7 @@ void Session::watchFiles()
     for (const QStringList &candidates : qAsConst(candidateFiles)) {
         files += candidates;
     }
-    files << values->image() << projectPath << locateStitcher(stitcher).file;
+    files << values->image() << projectPath << stitcherPaths(stitcher);
     files.removeAll(QString());
     watcher.setFiles(files);
 }
