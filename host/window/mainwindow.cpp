@@ -337,6 +337,9 @@ void MainWindow::changeSettings()
 {
     const Settings before = readSettings();
     SettingsDialog dialog(before, this);
+    if (!locateStitcher(before.stitcherFile).problem.isEmpty()) {
+        dialog.focusStitcher();
+    }
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }

@@ -115,6 +115,11 @@ Settings SettingsDialog::settings() const
     return edited;
 }
 
+void SettingsDialog::focusStitcher()
+{
+    stitcher.line->setFocus();
+}
+
 void SettingsDialog::validate()
 {
     const Settings edited = settings();

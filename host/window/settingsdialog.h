@@ -24,6 +24,8 @@ public:
 
     /// The edited settings.
     Settings settings() const;
+    /// Moves the focus to the stitcher.
+    void focusStitcher();
 
 private:
     /// A line for a path, a browse button, and a label for what is wrong with the path.

@@ -74,7 +74,7 @@ QString buildText(BuildState state)
     return tr("the last build failed");
 }
 
-QString nextStep(const FileCount &files, int problemCount, BuildState state)
+QString nextStep(bool start, int problemCount, BuildState state)
 {
     if (state == BuildState::Running || state == BuildState::Stopping
         || state == BuildState::Current) {
@@ -83,7 +83,7 @@ QString nextStep(const FileCount &files, int problemCount, BuildState state)
     if (state == BuildState::Failed && problemCount == 0) {
         return tr("Next: read the reason above.");
     }
-    if (files.found == 0 && files.wanted > 0 && problemCount == 0) {
+    if (start) {
         return tr("Next: open or drop a folder of firmware files.");
     }
     return problemCount > 0 ? tr("Next: look at the problems.") : tr("Next: build the image.");
@@ -124,6 +124,6 @@ QString statusText(const Session &session)
     }
     standing.append(buildText(state));
     const QString line = standing.join(tr(", ")) + QLatin1Char('.');
-    const QString next = nextStep(files, problemCount, state);
+    const QString next = nextStep(isStart(session) && files.wanted > 0, problemCount, state);
     return next.isEmpty() ? line : line + QLatin1Char(' ') + next;
 }
