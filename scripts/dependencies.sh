@@ -8,7 +8,7 @@
 # shellcheck disable=SC2034 # used by the scripts that source this one
 build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5 libkf5widgetsaddons-dev libkf5itemmodels-dev"
 # shellcheck disable=SC2034
-test_packages="xvfb xauth python3-jsonschema desktop-file-utils pkg-config"
+test_packages="xvfb xauth python3-jsonschema desktop-file-utils pkg-config jq"
 # shellcheck disable=SC2034
 check_packages="clang-format shellcheck cmake-format codespell reuse desktop-file-utils appstream fish zsh"
 # shellcheck disable=SC2034
