@@ -49,11 +49,13 @@ def run(commands, build, prefix):
         home = Path(directory).resolve() / "kim"
         home.mkdir()
         (home / "examples").symlink_to(ROOT / "examples")
+        # The names of these paths are without spaces, which shells and pkg-config would have to escape.
+        (home / "prefix").symlink_to(Path(prefix).resolve())
         script = "".join(f"printf '\\1'\n{command}\n" for command, _ in commands)
         environment = dict(
             os.environ,
             PATH=os.pathsep.join([build, f"{ROOT}/examples", os.environ["PATH"]]),
-            CMAKE_PREFIX_PATH=prefix,
+            CMAKE_PREFIX_PATH=str(home / "prefix"),
             CMAKE_GENERATOR="Ninja",
             QT_QPA_PLATFORM="offscreen",
             LC_ALL="C.UTF-8",
