@@ -13,7 +13,7 @@ const int anyNumber = std::numeric_limits<int>::max();
 
 OptionInfo outputOption()
 {
-    return {"output", "o", "FILE", "The file to write.", &CommandLine::outputFile};
+    return {"output", "o", "FILE", "Write to this file.", &CommandLine::outputFile};
 }
 
 OptionInfo namesOption(const char *description)
@@ -23,7 +23,7 @@ OptionInfo namesOption(const char *description)
 
 OptionInfo stitcherOption()
 {
-    return {"stitcher", nullptr, "FILE", "The stitcher, instead of the one in PATH.",
+    return {"stitcher", nullptr, "FILE", "Use this stitcher, not the one in PATH.",
             &CommandLine::stitcherFile};
 }
 
@@ -75,7 +75,7 @@ const std::vector<CommandInfo> &commandTable()
          1,
          "compare image, inputs and stitcher with a manifest",
          "Compares the image, the input files and the stitcher with a manifest, and lists\n"
-         "what differs. A stitcher that does not exist any more is not compared.",
+         "what differs. A stitcher that no longer exists is not compared.",
          {},
          "loomwright verify image.bin.manifest.json",
          CommandNeeds::Plugin,

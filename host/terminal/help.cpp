@@ -25,8 +25,8 @@ signal. A shell shows 130 for INT (Ctrl-C) and 143 for TERM.
 Environment:
   LOOMWRIGHT_PLUGIN  the plug-in, unless --plugin is given; with --target, its
                      directory is searched
-  PATH               where tamblin-stitcher is, unless --stitcher is given
-  TMPDIR             the directory for the work directory of a build, or /tmp
+  PATH               where tamblin-stitcher is searched for without --stitcher
+  TMPDIR             where the work directory of a build is created, else /tmp
   NO_COLOR           if set, output has no colour
 )";
 
@@ -55,7 +55,7 @@ QString commandOverview()
         text += QLatin1String("  ") + usage.leftJustified(commandWidth)
             + QLatin1String(command.summary) + QLatin1Char('\n');
     }
-    return text + QLatin1String("\n\"loomwright help COMMAND\" shows more about one of them.\n");
+    return text + QLatin1String("\n\"loomwright help COMMAND\" shows help for one of them.\n");
 }
 
 QString helpText()
