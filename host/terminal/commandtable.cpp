@@ -64,9 +64,10 @@ const std::vector<CommandInfo> &commandTable()
          CommandStyle::ListsProblems,
          runCheck},
         {"build", "", 0, 0, "check, then run the stitcher and wait for it",
-         "Builds only if there are no errors; see --no-check. The image appears whole or\n"
-         "not at all: if the build fails, an older image stays as it was. By default,\n"
-         "the image has the target's default name and is in the current directory.",
+         "Runs the checks and, if there are no errors, the stitcher; see --no-check. The\n"
+         "image appears whole or not at all: if the build fails, an older image stays as\n"
+         "it was. By default, the image has the target's default name and is in the\n"
+         "current directory.",
          buildOptions(), "loomwright -d drop build -o image.bin --manifest image.bin.manifest.json",
          CommandNeeds::Inputs, CommandStyle::ListsProblems, buildImage},
         {"verify",
@@ -98,7 +99,7 @@ const std::vector<CommandInfo> &commandTable()
          1,
          anyNumber,
          "validate legacy XML data files",
-         "Validates each file separately; \"-\" is standard input.",
+         "Validates legacy XML data files, each by itself; \"-\" is standard input.",
          {},
          "loomwright validate platform/*.xml",
          CommandNeeds::Plugin,
@@ -109,8 +110,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "write the stitcher configuration",
-         "Writes to standard output unless -o is given. The legacy XML data file is not\n"
-         "part of a configuration; a project file stores all values.",
+         "Writes the stitcher configuration, to standard output unless -o is given. The\n"
+         "legacy XML data file is not part of it; a project file stores all values.",
          {outputOption()},
          "loomwright -d drop config -o config.txt",
          CommandNeeds::Inputs,
@@ -121,8 +122,8 @@ const std::vector<CommandInfo> &commandTable()
          0,
          0,
          "write the current values as a project file",
-         "Writes to standard output unless -o is given. Paths are relative to the file,\n"
-         "or to the current directory.",
+         "Writes the current values as a project file, to standard output unless -o is\n"
+         "given. Its paths are relative to the file, or to the current directory.",
          {outputOption()},
          "loomwright -d drop --image image.bin project -o image.loomwright",
          CommandNeeds::Inputs,
