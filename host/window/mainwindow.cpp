@@ -4,6 +4,7 @@
 #include "host/window/mainwindow.h"
 
 #include "host/core/pluginfiles.h"
+#include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
 #include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
