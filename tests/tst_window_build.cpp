@@ -189,6 +189,9 @@ private slots:
         setImage();
         build();
         press({"showErrors", "copyHash", "showInFolder", "logSearch"});
+        action("Log")->trigger();
+        action("Data views")->trigger();
+        press({"showErrors", "copyHash", "showInFolder", "dataView", "ingredientTree"});
     }
 
     void closingDuringABuild()

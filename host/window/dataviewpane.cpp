@@ -11,6 +11,7 @@
 #include "plugin/iloomwrightplugin.h"
 
 #include <QLabel>
+#include <QTabBar>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -85,6 +86,8 @@ void DataViewPane::refreshViews()
             setCurrentIndex(count() - 1);
         }
     }
+    // A single tab would be a stop of the Tab key where nothing can be done.
+    tabBar()->setFocusPolicy(count() > 1 ? Qt::TabFocus : Qt::NoFocus);
 }
 
 QWidget *DataViewPane::createPage(IDataView *view)
