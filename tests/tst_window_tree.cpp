@@ -53,7 +53,8 @@ private slots:
         row("Undo in the editor", 1, "/a", "Ctrl+Z", "");
         row("a URL", 1, "file:///a%20b/c.bin", "Enter", "/a b/c.bin");
         row("below the home folder", 1, "~/c.bin", "Enter", QDir::homePath() + "/c.bin");
-        row("up from the home folder", 1, "~/../c.bin", "Enter", "/tmp/c.bin");
+        row("up from the home folder", 1, "~/../c.bin", "Enter",
+            QFileInfo(QDir::homePath()).path() + "/c.bin");
         row("spaces around it", 1, "  /a b/c.bin ", "Enter", "/a b/c.bin");
     }
     void edit()
