@@ -240,7 +240,7 @@ private slots:
         QTRY_COMPARE(state("Host FW"), RowState::Problem);
         const QStringList files = candidatesOf("Host FW");
         QCOMPARE(files.count(), 2);
-        const QString gone = files.at(way == "other" ? 1 : 0);
+        const QString &gone = files.at(way == "other" ? 1 : 0);
         if (way == "rescan") {
             action("Rescan folder")->trigger();
         } else if (way == "undo") {
