@@ -145,7 +145,7 @@ private slots:
         row("a colon in its name", "printf log > i.log; printf x > :map", {});
         row("staging directory replaced",
             "mv ../\"${PWD##*/}\" ../x; mkdir \"$PWD\"; cp ../x/i.bin \"$PWD\"; rm -r ../x",
-            "replaced or removed the place");
+            "replaced or removed the directory");
         row("named like an input", "printf evil > in.bin", "in.bin, which is in use");
         row("a symlink", "ln -s /etc/passwd i.log", "not a regular file");
         row("a directory", "mkdir i.log", "not a regular file");

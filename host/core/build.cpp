@@ -263,7 +263,7 @@ QString Build::imageProblem() const
 {
     if (!stage->directory().isIntact()) {
         return QStringLiteral(
-            "The stitcher replaced or removed the place that it had to write to.");
+            "The stitcher replaced or removed the directory that it had to write to.");
     }
     const FileState written = FileState::ofLink(stage->path());
     if (!written.exists) {
