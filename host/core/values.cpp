@@ -405,8 +405,7 @@ bool Values::fillFromDirectory(const QString &directory)
             warn(text, files);
         }
     };
-    warnAboutSkipped(QStringLiteral("Directories that cannot be read were skipped"),
-                     skipped.unreadable);
+    warnAboutSkipped(QStringLiteral("Skipped, since they cannot be read"), skipped.unreadable);
     warnAboutSkipped(QStringLiteral("Symlinks were skipped, although their names match"), symlinks);
     warnAboutSkipped(QStringLiteral("Files were skipped, as their names are not valid in the "
                                     "locale's encoding"),
