@@ -6,7 +6,7 @@
 
 # The packages of Debian 12 and 13 that each task needs.
 # shellcheck disable=SC2034 # used by the scripts that source this one
-build_packages="g++ cmake ninja-build qtbase5-dev libqt5svg5 libkf5widgetsaddons-dev libkf5itemmodels-dev"
+build_packages="g++ cmake ninja-build qtbase5-dev libkf5widgetsaddons-dev libkf5itemmodels-dev"
 # shellcheck disable=SC2034
 test_packages="xvfb xauth python3-jsonschema desktop-file-utils pkg-config jq"
 # shellcheck disable=SC2034
@@ -16,11 +16,11 @@ analysis_packages="clang-tidy cppcheck"
 # shellcheck disable=SC2034
 docs_packages="doxygen"
 # shellcheck disable=SC2034
-diagram_packages="graphviz"
+drawing_packages="graphviz librsvg2-bin"
 # shellcheck disable=SC2034
 binary_packages="binutils devscripts"
 # shellcheck disable=SC2034
-package_packages="git build-essential debhelper scdoc librsvg2-bin lintian man-db pkg-config bash-completion xvfb xauth x11-utils"
+package_packages="git build-essential debhelper scdoc lintian man-db pkg-config bash-completion xvfb xauth x11-utils"
 # shellcheck disable=SC2034
 fuzz_packages="clang libclang-rt-14-dev"
 # shellcheck disable=SC2034

@@ -101,7 +101,7 @@ MainWindow::MainWindow(QWidget *parent)
     , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
     registerResources();
-    setWindowIcon(QIcon(QStringLiteral(":/loomwright.svg")));
+    setWindowIcon(QIcon(QStringLiteral(":/loomwright.png")));
     setAcceptDrops(true);
     createPanes();
     connectSession();
