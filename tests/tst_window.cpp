@@ -78,6 +78,7 @@ private slots:
         QTest::keyClick(window.data(), Qt::Key_S, Qt::ControlModifier);
         QTRY_VERIFY(!window->isWindowModified());
 
+        QVERIFY(window->close());
         newWindow();
         window->restoreLastProject();
         QCOMPARE(value("Host FW"), QString("/x"));
@@ -150,6 +151,7 @@ private slots:
         const QString file = folder->filePath("d1.loomwright");
         chooseNextFile(file);
         action("Save project as")->trigger();
+        QVERIFY(window->close());
         QFile::remove(file);
         newWindow();
         window->restoreLastProject();

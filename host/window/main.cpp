@@ -92,7 +92,7 @@ int runWindow(const CommandLine &commandLine, const SignalWatch &signalWatch)
     MainWindow window;
     signalWatch.whenReceived(&window, [&window] {
         // Does not ask, since there may be no user to answer.
-        window.saveLayout();
+        window.saveForNextSession();
         QCoreApplication::quit();
     });
     window.loadPlugin(pluginCandidates(chosenPlugin(commandLine)));

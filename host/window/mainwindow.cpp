@@ -474,11 +474,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    saveLayout();
+    saveForNextSession();
     event->accept();
 }
 
-void MainWindow::saveLayout() const
+void MainWindow::saveForNextSession() const
 {
-    ::saveLayout(this, splitter, lowerPanes);
+    saveLayout(this, splitter, lowerPanes);
+    projectFiles->saveLast();
 }

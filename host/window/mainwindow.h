@@ -39,8 +39,8 @@ public:
     void restoreLastProject();
     /// Asks if there are problems, and runs the stitcher.
     void build();
-    /// Stores size, position and what is shown for the next session.
-    void saveLayout() const;
+    /// Stores size, position, what is shown and the project for the next session.
+    void saveForNextSession() const;
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;

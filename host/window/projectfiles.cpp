@@ -41,10 +41,8 @@ ProjectFiles::ProjectFiles(Session *imageSession, KRecentFilesMenu *recentFiles,
     , session(imageSession)
     , recent(recentFiles)
     , window(parent)
-    , lastProject(QSettings().value(lastProjectKey()).toString())
 {
     connect(session, &Session::projectChanged, this, [this] {
-        QSettings().setValue(lastProjectKey(), session->projectFile());
         if (!session->projectFile().isEmpty()) {
             recent->addUrl(QUrl::fromLocalFile(session->projectFile()));
         }
@@ -148,10 +146,19 @@ void ProjectFiles::saveConfigurationAs()
     }
 }
 
+void ProjectFiles::saveLast() const
+{
+    // Without a plug-in, no project could be opened.
+    if (session->isLoaded()) {
+        QSettings().setValue(lastProjectKey(), session->projectFile());
+    }
+}
+
 void ProjectFiles::restoreLast()
 {
-    if (!lastProject.isEmpty()) {
-        session->openProject(lastProject);
+    const QString file = QSettings().value(lastProjectKey()).toString();
+    if (!file.isEmpty()) {
+        session->openProject(file);
     }
 }
 

@@ -28,7 +28,9 @@ public:
     bool save();
     bool saveAs();
     void saveConfigurationAs();
-    /// Opens the project file that was open when the program was last closed.
+    /// Stores which project file is open.
+    void saveLast() const;
+    /// Opens the project file that saveLast() has stored.
     void restoreLast();
     /// Asks about unsaved changes of a project file; false when the user cancels.
     bool mayLeave();
@@ -40,6 +42,4 @@ private:
     Session *session;
     KRecentFilesMenu *recent;
     QWidget *window;
-    /// Read at start-up, since opening a project changes the setting.
-    QString lastProject;
 };
