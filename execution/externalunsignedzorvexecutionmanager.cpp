@@ -11,6 +11,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 
 /// Started by this bare name, so that it is found through the search path.
@@ -79,8 +81,11 @@ bool ExternalUnsignedZorvExecutionManager::verifyInputs()
     if (!model) {
         return false;
     }
-    checkModel->setData(model->checkAllFiles());
-    return checkModel->checkResultSummary().failCount == 0;
+    // The result is that of this call: a slot connected to the table may call this function again.
+    const QList<CheckResult> results = model->checkAllFiles();
+    checkModel->setData(results);
+    return std::all_of(results.begin(), results.end(),
+                       [](const CheckResult &result) { return result.passed; });
 }
 
 void ExternalUnsignedZorvExecutionManager::beginExecution()

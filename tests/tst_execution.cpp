@@ -6,6 +6,7 @@
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "messagelog.h"
 #include "qtcompat.h"
+#include "signalhook.h"
 
 #include <cerrno>
 #include <csignal>
@@ -85,6 +86,21 @@ private slots:
         // In the order of the root object.
         ingredients.reset();
         manager.reset();
+    }
+
+    void checksFromWithinTheReset()
+    {
+        IngredientModel *model = ingredients->getIngredients();
+        const SignalHook reset(manager->getIngredientChecks(), SIGNAL(modelReset()), [&] {
+            if (manager->getIngredientCheckSummary().checkCount > 0) {
+                const QModelIndexList cells = model->ingredientCells();
+                for (const QModelIndex &cell : cells) {
+                    model->setData(cell, false, VisibilityRole);
+                }
+                QVERIFY(manager->verifyInputs());
+            }
+        });
+        QVERIFY(!manager->verifyInputs());
     }
 
     void errorTexts()
