@@ -5,7 +5,7 @@
 set -eu
 
 image=image.bin
-manifest=image.manifest.json
+manifest=image.bin.manifest.json
 
 # Errors and the stitcher's output go to the log, the reports to files.
 loomwright --json -d firmware --image "$image" check > check.json
