@@ -310,6 +310,16 @@ void Report::writeLine(Stream *stream, const QString &text, Tone tone)
           coloured(shown, tone).toLocal8Bit() + (shown.endsWith(QLatin1Char('\n')) ? "" : "\n"));
 }
 
+/// JSON is UTF-8 in every locale, and may be large: it is converted for a terminal alone.
+void Report::writeJson(const QByteArray &json)
+{
+    if (output.isTerminal) {
+        writeLine(&output, QString::fromUtf8(json));
+    } else {
+        write(&output, json);
+    }
+}
+
 void Report::write(Stream *stream, const QByteArray &bytes)
 {
     if (bytes.isEmpty()) {
@@ -338,7 +348,7 @@ int Report::finish(int exitStatus)
         set("problems", problems);
         set("warnings", warnings);
         set("messages", messages);
-        writeLine(&output, QString::fromUtf8(QJsonDocument(document).toJson()));
+        writeJson(QJsonDocument(document).toJson());
     }
     if (!writer.hasFailed(output.descriptor)) {
         return exitStatus;

@@ -109,6 +109,7 @@ private:
     void printRows(std::vector<Cells> rows);
     void startLine(Stream *stream);
     void writeLine(Stream *stream, const QString &text, Tone tone = Tone::Plain);
+    void writeJson(const QByteArray &json);
     void write(Stream *stream, const QByteArray &bytes);
 
     Format format;
