@@ -85,15 +85,12 @@ BuildResult run(CommandContext &context, const BuildOptions &options)
         result = finished;
         loop.quit();
     });
-    QObject::connect(&build, &Build::hashing, &loop,
-                     [&](qint64 done, qint64 total) { report.showHashing(done, total); });
     context.signalWatch.whenReceived(&build, [&] { build.stop(interruptReason(context)); });
     build.start();
     // Messages up to here, while the stitcher was being started, were the plug-in's own.
     report.setSource(Report::Source::Stitcher);
     loop.exec();
     report.setSource(Report::Source::Plugin);
-    report.removeProgress();
     return result;
 }
 

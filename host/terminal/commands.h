@@ -8,7 +8,6 @@
 #include <QStringList>
 
 #include <functional>
-#include <optional>
 
 struct CommandLine;
 class Plugin;
@@ -57,10 +56,6 @@ bool runOperation(CommandContext &context, const QString &file,
 /// Runs the checks and adds their results to the JSON document.
 /// @param listed whether to show them and all problems to people too
 void reportChecks(CommandContext &context, bool listed = true);
-
-/// Hashes @p files with progress on the terminal.
-/// @return none when a signal interrupted it
-std::optional<QList<FileRecord>> hashFiles(CommandContext &context, const QList<FileRecord> &files);
 
 /// Reads standard input to its end and replaces it by a copy in memory, which can be opened by path
 /// and read more than once.

@@ -12,7 +12,6 @@
 #include "host/terminal/manifestcheck.h"
 #include "host/terminal/report.h"
 
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 
@@ -173,24 +172,6 @@ bool runOperation(CommandContext &context, const QString &file,
         context.report.addProblems({problem});
     }
     return false;
-}
-
-std::optional<QList<FileRecord>> hashFiles(CommandContext &context, const QList<FileRecord> &files)
-{
-    QEventLoop loop;
-    FileHasher hasher;
-    std::optional<QList<FileRecord>> hashed;
-    QObject::connect(&hasher, &FileHasher::progress, &loop,
-                     [&](qint64 done, qint64 total) { context.report.showHashing(done, total); });
-    QObject::connect(&hasher, &FileHasher::finished, &loop, [&](const QList<FileRecord> &records) {
-        hashed = records;
-        loop.quit();
-    });
-    context.signalWatch.whenReceived(&loop, [&loop] { loop.quit(); });
-    hasher.start(files);
-    loop.exec();
-    context.report.removeProgress();
-    return context.isInterrupted() ? std::nullopt : hashed;
 }
 
 QString copyStandardInput(const CommandContext &context, QString *path)

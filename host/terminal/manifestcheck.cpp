@@ -5,6 +5,7 @@
 
 #include "host/core/paths.h"
 #include "host/core/plugin.h"
+#include "host/core/signalwatch.h"
 #include "host/core/stitcher.h"
 #include "host/core/values.h"
 #include "host/terminal/commandline.h"
@@ -12,6 +13,10 @@
 #include "host/terminal/exitstatus.h"
 #include "host/terminal/report.h"
 #include "plugin/iloomwrightplugin.h"
+
+#include <QEventLoop>
+
+#include <optional>
 
 namespace {
 
@@ -66,6 +71,23 @@ std::optional<Problem> differenceIn(const RecordedFile &file)
                             QLatin1String(sha256), QLatin1String(current.sha256));
     }
     return std::nullopt;
+}
+
+/// None when a signal interrupted it.
+std::optional<QList<FileRecord>> hashFiles(const CommandContext &context,
+                                           const QList<FileRecord> &files)
+{
+    QEventLoop loop;
+    FileHasher hasher;
+    std::optional<QList<FileRecord>> hashed;
+    QObject::connect(&hasher, &FileHasher::finished, &loop, [&](const QList<FileRecord> &records) {
+        hashed = records;
+        loop.quit();
+    });
+    context.signalWatch.whenReceived(&loop, [&loop] { loop.quit(); });
+    hasher.start(files);
+    loop.exec();
+    return context.isInterrupted() ? std::nullopt : hashed;
 }
 
 /// Hashes @p files. Returns how they differ from their records; none when a signal interrupted it.

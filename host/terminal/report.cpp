@@ -22,8 +22,6 @@ const int minTitleWidth = 8;
 
 const int columnGap = 2;
 
-const char eraseLine[] = "\r\033[K";
-
 /// In the order of ProblemKind.
 const char *const kindNames[]
     = {"input", "difference", "candidates", "message", "finding", "check"};
@@ -151,27 +149,6 @@ void Report::printWarning(const QString &text)
 {
     if (format == Format::Text || verbosity != Verbosity::Quiet) {
         writeLine(&errors, QLatin1String("loomwright: warning: ") + text);
-    }
-}
-
-void Report::showHashing(qint64 done, qint64 total)
-{
-    if (!errors.isTerminal || verbosity == Verbosity::Quiet) {
-        return;
-    }
-    if (!isProgressShown) {
-        startLine(&errors);
-    }
-    isProgressShown = true;
-    const QByteArray percent = QByteArray::number(total > 0 ? done * 100 / total : 100);
-    writer.write(errors.descriptor, eraseLine + QByteArray("Hashing: ") + percent + '%');
-}
-
-void Report::removeProgress()
-{
-    if (isProgressShown) {
-        isProgressShown = false;
-        writer.write(errors.descriptor, eraseLine);
     }
 }
 
@@ -325,7 +302,6 @@ void Report::write(Stream *stream, const QByteArray &bytes)
     if (bytes.isEmpty()) {
         return;
     }
-    removeProgress();
     stream->isAtLineStart = bytes.endsWith('\n');
     if (output.isTerminal && errors.isTerminal) {
         // Both are on the same screen.
@@ -337,7 +313,6 @@ void Report::write(Stream *stream, const QByteArray &bytes)
 
 int Report::finish(int exitStatus)
 {
-    removeProgress();
     if (format == Format::Json) {
         set("schemaVersion", schemaVersion);
         set("exitStatus", exitStatus);

@@ -64,9 +64,6 @@ public:
     void addProblems(const Problems &added);
     /// A line on standard error, and a warning of its own in JSON.
     void addWarning(const QString &text);
-    /// Shows the progress of hashing on a terminal, @p done of @p total bytes.
-    void showHashing(qint64 done, qint64 total);
-    void removeProgress();
 
     bool isVerbose() const;
 
@@ -119,7 +116,6 @@ private:
     Stream errors;
     bool hasColour;
     bool isStatusOnError;
-    bool isProgressShown = false;
     const SignalWatch &signalWatch;
     Output writer;
     QJsonArray messages;
