@@ -10,8 +10,6 @@
 #include <QFile>
 #include <QHash>
 
-#include <algorithm>
-
 namespace {
 
 struct Entry {
@@ -32,12 +30,6 @@ bool isChangedByConfiguration(const QString &value)
 {
     return value.contains(QLatin1Char('=')) || value != value.trimmed()
         || QString::fromLocal8Bit(value.toLocal8Bit()) != value;
-}
-
-bool isKeyOfIngredient(const QString &key, const Ingredients &ingredients)
-{
-    return std::any_of(ingredients.begin(), ingredients.end(),
-                       [&key](const Ingredient &each) { return each.id.key == key; });
 }
 
 } // namespace
@@ -86,7 +78,7 @@ QStringList ineffectiveEntries(const QByteArray &loaded, const QByteArray &writt
     const QStringList lines = QString::fromLocal8Bit(loaded).split(QLatin1Char('\n'));
     for (int i = 0; i < lines.count(); ++i) {
         const Entry entry = entryOf(lines.at(i));
-        if (entry.key.isEmpty() || isKeyOfIngredient(entry.key, ingredients)) {
+        if (entry.key.isEmpty() || findByKey(ingredients, entry.key)) {
             continue;
         }
         const auto fixed = fixedValues.constFind(entry.key);

@@ -14,13 +14,8 @@ namespace {
 
 Problem problemOf(const FileCheck &check)
 {
-    Problem problem;
-    problem.kind = ProblemKind::Check;
-    problem.text = check.details;
-    problem.ingredient = check.ingredient.id;
-    if (!check.file.isEmpty()) {
-        problem.files.append(check.file);
-    }
+    Problem problem{ProblemKind::Check, Severity::Error, check.details, check.ingredient.id,
+                    filesOf(check.ingredient)};
     if (check.expectedSize >= 0) {
         problem.required = sizeText(check.expectedSize);
         problem.requiredSize = check.expectedSize;
@@ -34,11 +29,10 @@ FileCheck checkOf(const Ingredient &ingredient)
 {
     FileCheck check;
     check.ingredient = ingredient;
-    check.file = ingredient.text();
     if (ingredient.value.value<FilePath>().exactSize > 0) {
         check.expectedSize = ingredient.value.value<FilePath>().exactSize;
     }
-    const FileState state = FileState::of(check.file);
+    const FileState state = FileState::of(ingredient.text());
     if (state.isRegular()) {
         check.actualSize = state.size;
     }

@@ -11,8 +11,7 @@ class QAbstractItemModel;
 struct FileCheck {
     bool passed = false;      ///< Whether the check succeeded.
     QString details;          ///< What was found, in the plug-in's words.
-    Ingredient ingredient;    ///< The one that was checked.
-    QString file;             ///< The path that was checked.
+    Ingredient ingredient;    ///< The one that was checked, with the value that it had.
     qint64 expectedSize = -1; ///< In bytes; -1 when any size is valid.
     qint64 actualSize = -1;   ///< In bytes; -1 when there is no such regular file.
 };

@@ -42,15 +42,7 @@ QString typeText(mode_t type)
 
 Problem findingFor(const Ingredient &ingredient, Severity severity, const QString &text)
 {
-    Problem problem;
-    problem.kind = ProblemKind::Finding;
-    problem.severity = severity;
-    problem.text = text;
-    problem.ingredient = ingredient.id;
-    if (kindOf(ingredient.value) == ValueKind::File && !ingredient.text().isEmpty()) {
-        problem.files.append(ingredient.text());
-    }
-    return problem;
+    return {ProblemKind::Finding, severity, text, ingredient.id, filesOf(ingredient)};
 }
 
 Problem typeFinding(const Ingredient &ingredient, Severity severity, const QString &text,

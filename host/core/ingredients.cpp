@@ -180,14 +180,23 @@ std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const Q
 {
     const auto named
         = findIf(ingredients, [&](const Ingredient &each) { return each.id.name == nameOrKey; });
-    return named
-        ? named
-        : findIf(ingredients, [&](const Ingredient &each) { return each.id.key == nameOrKey; });
+    return named ? named : findByKey(ingredients, nameOrKey);
+}
+
+std::optional<Ingredient> findByKey(const Ingredients &ingredients, const QString &key)
+{
+    return findIf(ingredients, [&key](const Ingredient &each) { return each.id.key == key; });
 }
 
 std::optional<Ingredient> outputIngredient(const Ingredients &ingredients)
 {
     return findIf(ingredients, [](const Ingredient &each) { return each.isOutputFile(); });
+}
+
+QStringList filesOf(const Ingredient &ingredient)
+{
+    const bool isFile = kindOf(ingredient.value) == ValueKind::File && !ingredient.text().isEmpty();
+    return isFile ? QStringList(ingredient.text()) : QStringList();
 }
 
 QStringList inputFilesOf(const Ingredients &ingredients)

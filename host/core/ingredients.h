@@ -74,8 +74,13 @@ Ingredients ingredientsOf(const QAbstractItemModel &model);
 std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const IngredientId &id);
 /// The ingredient with that display name or, if none has it, that key.
 std::optional<Ingredient> findIngredient(const Ingredients &ingredients, const QString &nameOrKey);
+/// The ingredient with that key.
+std::optional<Ingredient> findByKey(const Ingredients &ingredients, const QString &key);
 /// The ingredient that a build writes.
 std::optional<Ingredient> outputIngredient(const Ingredients &ingredients);
+
+/// The file that is the value of @p ingredient, if any.
+QStringList filesOf(const Ingredient &ingredient);
 
 /// The absolute paths of all input files that are set, each once. Hidden ingredients are included,
 /// since they are part of a configuration too.

@@ -90,33 +90,25 @@ void InputProblems::add(const Problem &problem)
 void InputProblems::addMessages(const QStringList &messages, const Ingredient &ingredient)
 {
     const QStringList texts = completed(messages, ingredient.text());
-    Problem problem;
-    problem.kind = ProblemKind::Message;
-    problem.ingredient = ingredient.id;
-    if (!ingredient.text().isEmpty()) {
-        problem.files.append(ingredient.text());
-    }
+    const auto append = [&](const QString &text) {
+        problems.append(
+            {ProblemKind::Message, Severity::Error, text, ingredient.id, filesOf(ingredient)});
+    };
     if (texts.count() > maxMessages) {
-        problem.text = QStringLiteral("%1 errors, of which the first %2 are listed")
-                           .arg(QLocale().toString(texts.count()), QString::number(maxMessages));
-        problems.append(problem);
+        append(QStringLiteral("%1 errors, of which the first %2 are listed")
+                   .arg(QLocale().toString(texts.count()), QString::number(maxMessages)));
     }
     for (const QString &text : texts.mid(0, maxMessages)) {
-        problem.text = text;
-        problems.append(problem);
+        append(text);
     }
 }
 
-void InputProblems::addCandidates(const QStringList &files, const Ingredient &ingredient)
+void InputProblems::addCandidates(QStringList files, const Ingredient &ingredient)
 {
-    Problem problem;
-    problem.kind = ProblemKind::Candidates;
-    problem.ingredient = ingredient.id;
-    problem.files = files;
-    problem.files.sort();
-    problem.files.prepend(ingredient.text());
-    problem.files.removeDuplicates();
-    problems.append(problem);
+    files.sort();
+    files.prepend(ingredient.text());
+    files.removeDuplicates();
+    problems.append({ProblemKind::Candidates, Severity::Error, {}, ingredient.id, files});
 }
 
 void InputProblems::forget(const IngredientId &id)

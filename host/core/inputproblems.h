@@ -23,7 +23,7 @@ public:
     /// certain value. Of very many, the number and the first ones.
     void addMessages(const QStringList &messages, const Ingredient &ingredient = {});
     /// Adds one problem for all of @p files, which were found for @p ingredient beside the one in use.
-    void addCandidates(const QStringList &files, const Ingredient &ingredient);
+    void addCandidates(QStringList files, const Ingredient &ingredient);
 
     /// Forgets those of one ingredient; with an empty id, those that belong to none.
     void forget(const IngredientId &id);

@@ -30,11 +30,11 @@ enum class Severity {
 struct Problem {
     ProblemKind kind = ProblemKind::Input; ///< Where it comes from.
     Severity severity = Severity::Error;   ///< What it means for a build.
-    QString text;                          ///< What is wrong.
-    IngredientId ingredient;               ///< The ingredient; empty when it concerns none.
-    QStringList files;        ///< What it is about; of candidates, the one in use comes first.
-    QString required;         ///< What should be there, if that can be said.
-    QString actual;           ///< What is there instead.
+    QString text = {};                     ///< What is wrong.
+    IngredientId ingredient = {};          ///< The ingredient; empty when it concerns none.
+    QStringList files = {};   ///< What it is about; of candidates, the one in use comes first.
+    QString required = {};    ///< What should be there, if that can be said.
+    QString actual = {};      ///< What is there instead.
     qint64 requiredSize = -1; ///< In bytes, if required is a size; else -1.
     qint64 actualSize = -1;   ///< In bytes, if actual is a size; else -1.
 };

@@ -247,14 +247,8 @@ QString writeProject(const QString &file, const Project &project)
 std::optional<Ingredient> ingredientFor(const ProjectEntry &entry, const Ingredients &ingredients)
 {
     auto exact = findIngredient(ingredients, entry.ingredient);
-    if (exact || entry.ingredient.key.isEmpty()) {
-        return exact;
-    }
-    const auto keyed
-        = std::find_if(ingredients.begin(), ingredients.end(), [&entry](const Ingredient &each) {
-              return each.id.key == entry.ingredient.key;
-          });
-    return keyed == ingredients.end() ? std::nullopt : std::make_optional(*keyed);
+    const QString key = entry.ingredient.key;
+    return exact || key.isEmpty() ? exact : findByKey(ingredients, key);
 }
 
 QString projectProblem(const Project &project, const QString &target,

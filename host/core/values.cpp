@@ -195,20 +195,12 @@ void Values::settle(const IngredientId &id)
 
 void Values::warn(const QString &text, const QStringList &files)
 {
-    Problem problem;
-    problem.severity = Severity::Warning;
-    problem.text = text;
-    problem.files = files;
-    addProblem(problem);
+    addProblem({ProblemKind::Input, Severity::Warning, text, {}, files});
 }
 
 bool Values::reject(const QString &text, const IngredientId &ingredient)
 {
-    Problem problem;
-    problem.severity = Severity::Fatal;
-    problem.text = text;
-    problem.ingredient = ingredient;
-    addProblem(problem);
+    addProblem({ProblemKind::Input, Severity::Fatal, text, ingredient});
     return false;
 }
 
@@ -541,13 +533,11 @@ Problems Values::problems() const
     const QStringList inputs = inputFilesOf(ingredients());
     for (const QString &file : protectedFiles()) {
         if (!inputs.contains(file) && FileState::of(file).isSameFileAs(imageState)) {
-            Problem problem;
-            problem.kind = ProblemKind::Finding;
-            problem.severity = Severity::Fatal;
-            problem.text = QStringLiteral("The image is the same file as one that was loaded");
-            problem.ingredient = outputIngredient(ingredients())->id;
-            problem.files.append(file);
-            problems.append(problem);
+            problems.append({ProblemKind::Finding,
+                             Severity::Fatal,
+                             QStringLiteral("The image is the same file as one that was loaded"),
+                             outputIngredient(ingredients())->id,
+                             {file}});
         }
     }
     addUnexplained(failuresIn(lastChecks), &problems);

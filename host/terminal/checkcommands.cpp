@@ -26,7 +26,7 @@ Record recordOf(const FileCheck &check)
     return {{nullptr, "passed", check.passed},
             {nullptr, "name", check.ingredient.id.name},
             {nullptr, "details", check.details},
-            {nullptr, "file", check.file},
+            {nullptr, "file", check.ingredient.text()},
             {nullptr, "key", check.ingredient.id.key},
             {nullptr, "kind", kindName(kindOf(check.ingredient.value))},
             {nullptr, "expectedSize", sizeValue(check.expectedSize)},
@@ -38,7 +38,7 @@ Record passedRow(const FileCheck &check)
     return {{"Result", nullptr, "pass", {}, Tone::Good},
             {"Ingredient", nullptr, check.ingredient.id.name},
             {"Details", nullptr, check.details},
-            {"File", nullptr, check.file}};
+            {"File", nullptr, check.ingredient.text()}};
 }
 
 Record problemRow(const Problem &problem)

@@ -164,12 +164,8 @@ bool runOperation(CommandContext &context, const QString &file,
         errors.append(QStringLiteral("The plug-in failed without an error message"));
         context.report.printHint(file + QLatin1String(": ") + errors.last());
     }
-    Problem problem;
-    problem.kind = ProblemKind::Message;
-    problem.files.append(file);
     for (const QString &error : qAsConst(errors)) {
-        problem.text = error;
-        context.report.addProblems({problem});
+        context.report.addProblems({{ProblemKind::Message, Severity::Error, error, {}, {file}}});
     }
     return false;
 }

@@ -40,15 +40,7 @@ RecordedFile recordedStitcher(const QString &file, const BuildRecord &build)
 Problem differenceOf(const IngredientId &id, const QString &file, const QString &text,
                      const QString &recorded = {}, const QString &actual = {})
 {
-    Problem problem;
-    problem.kind = ProblemKind::Difference;
-    problem.severity = Severity::Fatal;
-    problem.ingredient = id;
-    problem.text = text;
-    problem.files.append(file);
-    problem.required = recorded;
-    problem.actual = actual;
-    return problem;
+    return {ProblemKind::Difference, Severity::Fatal, text, id, {file}, recorded, actual};
 }
 
 /// How the hashed @p file differs from its record, if it does.
