@@ -199,6 +199,20 @@ private slots:
         QVERIFY(!QFile::exists(image));
     }
 
+    /// Nothing depends on the runner any more.
+    void runnerIsKilledWhileTheImageIsHashed()
+    {
+        start(stitcher("truncate -s 256M \"$image\""));
+        connect(build.data(), &Build::hashing, this, [this] {
+            for (const QString &process : processesOf(folder->path())) {
+                ::kill(process.section(' ', 0, 0).toInt(), SIGKILL);
+            }
+        });
+        const BuildResult result = waitForResult();
+        QVERIFY2(result.isSuccess, qPrintable(result.reason));
+        QVERIFY(FileState::of(image) == result.image.state);
+    }
+
     void outputIsCompleteAtTheEnd()
     {
         outputSize = 0;
@@ -357,7 +371,7 @@ private slots:
                 errors << record.error;
             }
         });
-        hasher.start(files);
+        hasher.add(files);
         QTRY_VERIFY(!errors.isEmpty());
         QCOMPARE(errors,
                  QStringList({"It is not a regular file", "It does not exist", "It has changed"}));

@@ -49,10 +49,10 @@ Build::Build(Plugin *loadedPlugin, Values *imageValues, const BuildOptions &buil
     , values(imageValues)
     , options(buildOptions)
 {
-    connect(plugin, &Plugin::errorMessage, this, &Build::addStartError);
     giveUpTimer.setSingleShot(true);
     giveUpTimer.setInterval(giveUpMs);
     connect(&giveUpTimer, &QTimer::timeout, this, &Build::giveUp);
+    connect(&hasher, &FileHasher::finished, this, &Build::publish);
 }
 
 Build::~Build()
@@ -65,7 +65,7 @@ void Build::start()
     elapsed.start();
     const QString problem = prepare();
     if (!problem.isEmpty()) {
-        fail(problem);
+        conclude(problem);
     }
 }
 
@@ -132,7 +132,7 @@ QString Build::startStitcher()
     run = std::make_unique<StitcherRun>();
     connect(run.get(), &StitcherRun::started, this, &Build::permitStitcher);
     connect(run.get(), &StitcherRun::stitcherEnded, this, &Build::judgeStitcher);
-    connect(run.get(), &StitcherRun::ended, this, &Build::finish);
+    connect(run.get(), &StitcherRun::ended, this, &Build::endRun);
     StitcherRequest request;
     request.stitcher = options.stitcher;
     request.stagingDirectory = stage ? stage->directory().path() : QString();
@@ -140,27 +140,22 @@ QString Build::startStitcher()
     request.timeoutMs = options.timeoutMs;
     request.isKept = options.keepWork;
     const auto begin = [this] { plugin->executionManager()->beginExecution(); };
-    isStarting = true;
+    const auto errors = connect(plugin, &Plugin::errorMessage, this, [this](const QString &error) {
+        startError = joined(startError, error.trimmed());
+    });
     QString problem
         = run->start(request, [&] { stage ? values->withImage(stage->path(), begin) : begin(); });
-    isStarting = false;
+    disconnect(errors);
     if (!problem.isEmpty()) {
         run.reset();
     }
     return problem;
 }
 
-void Build::addStartError(const QString &message)
-{
-    if (isStarting) {
-        startError = joined(startError, message.trimmed());
-    }
-}
-
 /// Lets the stitcher start if it will write what this build publishes.
 void Build::permitStitcher()
 {
-    if (isConcluded || !result.reason.isEmpty()) {
+    if (phase != Phase::Stitching) {
         return;
     }
     result.configuration = contentOf(pathIn(work.path(), QLatin1String(configurationFile)));
@@ -178,44 +173,27 @@ void Build::permitStitcher()
     result.configuration.replace(staged, QFile::encodeName(result.image.file));
     result.commandLine.replaceInStrings(stage->path(), result.image.file);
     run->permit();
-    hashInputs();
-}
-
-/// Hashes what the image is made from while the stitcher runs.
-void Build::hashInputs()
-{
-    hasher = std::make_unique<FileHasher>();
-    connect(hasher.get(), &FileHasher::finished, this, [this](const QList<FileRecord> &records) {
-        result.stitcher = records.last();
-        result.inputs = records.mid(0, records.count() - 1);
-        areInputsHashed = true;
-        if (isStitcherDone) {
-            hashImage();
-        }
-    });
-    hasher->start(result.inputs + QList<FileRecord>{result.stitcher});
+    hasher.add(result.inputs + QList<FileRecord>{result.stitcher}); // While the stitcher runs.
 }
 
 void Build::judgeStitcher()
 {
-    giveUpTimer.stop();
-    isStitcherDone = true;
     result.exitStatus = run->reported(RunnerStatus::Exited).value_or(-1);
     result.signalNumber = run->reported(RunnerStatus::Signaled).value_or(0);
-    if (isConcluded) {
+    if (phase == Phase::Concluded) {
         return;
     }
-    QString problem = result.reason.isEmpty() ? stitcherProblem() : result.reason;
+    QString problem = phase == Phase::Stopping ? result.reason : stitcherProblem();
     if (problem.isEmpty()) {
         problem = imageProblem();
     }
     if (!problem.isEmpty()) {
         conclude(problem);
-    } else if (areInputsHashed) {
-        hashImage();
-    } else {
-        connect(hasher.get(), &FileHasher::progress, this, &Build::hashing);
+        return;
     }
+    phase = Phase::Hashing;
+    connect(&hasher, &FileHasher::progress, this, &Build::hashing);
+    hasher.add({recordOf(stage->path())});
 }
 
 /// Why the way the stitcher ended is a failure; empty when it succeeded.
@@ -306,20 +284,16 @@ QString Build::changeProblem() const
         : QStringLiteral("The stitcher %1 has changed").arg(result.stitcher.file);
 }
 
-void Build::hashImage()
-{
-    hasher.release()->deleteLater(); // It may be the caller.
-    hasher = std::make_unique<FileHasher>();
-    connect(hasher.get(), &FileHasher::progress, this, &Build::hashing);
-    connect(hasher.get(), &FileHasher::finished, this,
-            [this](const QList<FileRecord> &records) { publish(records.first()); });
-    hasher->start({recordOf(stage->path())});
-}
-
 /// The last step: nothing has been changed before, and nothing can fail afterwards.
-/// @param staged the hashed image
-void Build::publish(const FileRecord &staged)
+/// @param hashed the inputs, the stitcher and, when the stitcher has ended, the staged image
+void Build::publish(const QList<FileRecord> &hashed)
 {
+    if (phase != Phase::Hashing) {
+        return;
+    }
+    const FileRecord &staged = hashed.last();
+    result.inputs = hashed.mid(0, result.inputs.count());
+    result.stitcher = hashed.at(result.inputs.count());
     // Open, so that its state is known even if another build replaces it at once.
     QFile built(staged.file);
     const bool readable = built.open(QIODevice::ReadOnly);
@@ -434,41 +408,31 @@ void Build::completeManifest()
 
 void Build::stop(const QString &reason)
 {
-    if (isConcluded || !result.reason.isEmpty()) {
-        return;
+    if (phase == Phase::Stitching || phase == Phase::Hashing) {
+        result.isStopped = true;
+        fail(reason);
     }
-    result.isStopped = true;
-    fail(reason);
 }
 
 /// Ends the build because of @p reason, after the stitcher if that is running.
 void Build::fail(const QString &reason)
 {
-    result.reason = reason;
-    if (run && !isStitcherDone) {
-        run->stop();
-        giveUpTimer.start();
-    } else {
-        QTimer::singleShot(0, this, [this] { conclude(result.reason); });
-    }
-}
-
-void Build::conclude()
-{
-    conclude({});
-}
-
-/// Settles the result; the runner then only has to exit.
-void Build::conclude(const QString &reason)
-{
-    if (isConcluded) {
+    if (phase == Phase::Hashing) {
+        conclude(reason);
         return;
     }
-    isConcluded = true;
+    phase = Phase::Stopping;
+    result.reason = reason;
+    run->stop();
+    giveUpTimer.start();
+}
+
+/// Settles the result: a failure if there is a reason. The runner then only has to exit.
+void Build::conclude(const QString &reason)
+{
+    phase = Phase::Concluded;
     giveUpTimer.stop();
-    if (hasher) {
-        hasher->cancel();
-    }
+    hasher.cancel();
     result.reason = reason;
     result.isSuccess = reason.isEmpty();
     if (!result.isSuccess) {
@@ -487,6 +451,16 @@ void Build::conclude(const QString &reason)
         run->finish();
     } else {
         QTimer::singleShot(0, this, &Build::finish);
+    }
+}
+
+/// The runner has ended: as it was told to, or because it was killed after the stitcher.
+void Build::endRun()
+{
+    if (phase == Phase::Concluded) {
+        finish();
+    } else {
+        run.release()->deleteLater(); // It is the caller.
     }
 }
 

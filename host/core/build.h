@@ -75,7 +75,8 @@ public:
 
     /// Starts the build. finished() follows, but never before this call returns. Call it once.
     void start();
-    /// Terminates the stitcher and everything it has started; the build fails for @p reason.
+    /// Terminates the stitcher and everything it has started; the build fails for @p reason. Call it
+    /// after start().
     void stop(const QString &reason);
 
 signals:
@@ -85,16 +86,20 @@ signals:
     void finished(const BuildResult &result);
 
 private:
+    enum class Phase {
+        Stitching, ///< The stitcher, or what starts it, has not ended.
+        Stopping,  ///< The same, but the build has failed; the result has the reason.
+        Hashing,   ///< The stitcher has succeeded, and what is not hashed yet is hashed.
+        Concluded  ///< The result is settled.
+    };
+
     QString prepare();
     QString createDirectories();
     QString recordFiles();
     QString startStitcher();
-    void addStartError(const QString &message);
     void permitStitcher();
     void judgeStitcher();
-    void hashInputs();
-    void hashImage();
-    void publish(const FileRecord &staged);
+    void publish(const QList<FileRecord> &hashed);
     void completeManifest();
     QString stitcherProblem() const;
     QString imageProblem() const;
@@ -102,8 +107,8 @@ private:
     QString otherFilesProblem() const;
     QString publishFiles();
     void fail(const QString &reason);
-    void conclude();
-    void conclude(const QString &reason);
+    void conclude(const QString &reason = {});
+    void endRun();
     void giveUp();
     void finish();
 
@@ -114,14 +119,11 @@ private:
     std::unique_ptr<StagedFile> stage;
     PrivateDirectory work;
     std::unique_ptr<StitcherRun> run;
-    std::unique_ptr<FileHasher> hasher;
+    FileHasher hasher;
     QTimer giveUpTimer;
     QElapsedTimer elapsed;
     QString startError;
-    bool isStarting = false;
-    bool isStitcherDone = false;
-    bool areInputsHashed = false;
-    bool isConcluded = false;
+    Phase phase = Phase::Stitching;
     BuildResult result;
 };
 

@@ -3,9 +3,6 @@
 
 #include "host/core/filehasher.h"
 
-#include <QCryptographicHash>
-#include <QTimer>
-
 #include <fcntl.h>
 
 namespace {
@@ -29,45 +26,37 @@ FileRecord recordOf(const QString &file)
 
 FileHasher::FileHasher(QObject *parent)
     : QObject(parent)
+    , slice(sliceSize, Qt::Uninitialized)
 {
+    connect(&slices, &QTimer::timeout, this, &FileHasher::hashSlice);
 }
 
-FileHasher::~FileHasher() = default;
-
-void FileHasher::start(const QList<FileRecord> &records)
+void FileHasher::add(const QList<FileRecord> &records)
 {
-    files = records;
-    for (const FileRecord &record : qAsConst(files)) {
+    files += records;
+    for (const FileRecord &record : records) {
         totalSize += record.sha256.isEmpty() ? record.state.size : 0;
     }
-    slice.resize(sliceSize);
     sinceProgress.start();
-    continueSoon();
+    slices.start(0);
 }
 
 void FileHasher::cancel()
 {
-    isCancelled = true;
-}
-
-void FileHasher::continueSoon()
-{
-    QTimer::singleShot(0, this, &FileHasher::hashSlice);
+    slices.stop();
 }
 
 void FileHasher::hashSlice()
 {
-    if (isCancelled) {
-        return;
-    }
     if (!source.isOpen() && !openNext()) {
+        slices.stop();
         emit finished(files);
         return;
     }
     if (source.isOpen()) {
         const qint64 count = source.read(slice.data(), sliceSize);
         if (count > 0) {
-            hash->addData(slice.constData(), int(count));
+            hash.addData(slice.constData(), int(count));
             doneSize += count;
         } else {
             endFile(count < 0 ? source.errorString() : QString());
@@ -77,7 +66,6 @@ void FileHasher::hashSlice()
         sinceProgress.start();
         emit progress(doneSize, totalSize);
     }
-    continueSoon();
 }
 
 /// Opens the next file that needs a hash, or notes why it cannot be hashed. False when none is left.
@@ -103,7 +91,7 @@ bool FileHasher::openNext()
     } else if (opened != record.state) {
         endFile(QStringLiteral("It has changed"));
     } else {
-        hash = std::make_unique<QCryptographicHash>(QCryptographicHash::Sha256);
+        hash.reset();
     }
     return true;
 }
@@ -116,7 +104,7 @@ void FileHasher::endFile(const QString &error)
         record.error = QStringLiteral("It changed while it was read");
     }
     if (record.error.isEmpty()) {
-        record.sha256 = hash->result().toHex();
+        record.sha256 = hash.result().toHex();
     }
     source.close();
     ++position;

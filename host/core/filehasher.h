@@ -6,15 +6,13 @@
 #include "host/core/filestate.h"
 
 #include <QByteArray>
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHash>
 #include <QList>
 #include <QObject>
-
-#include <memory>
-
-class QCryptographicHash;
+#include <QTimer>
 
 /// What is known of one file.
 struct FileRecord {
@@ -37,38 +35,35 @@ class FileHasher : public QObject
     Q_OBJECT
 
 public:
-    /// Creates a hasher that waits for start().
+    /// Creates a hasher that waits for add().
     explicit FileHasher(QObject *parent = nullptr);
-    /// Cancels.
-    ~FileHasher() override;
-
-    /// Computes the hashes that are missing in @p records; finished() follows, but never before this
-    /// call returns. A file that is not in the recorded state any more, or that changes while it is
-    /// read, is an error. So is anything but a regular file: no FIFO or device blocks the program.
-    /// Call it once.
-    void start(const QList<FileRecord> &records);
+    /// Computes the hashes that are missing in @p records, after those of earlier calls; finished()
+    /// follows, but never before this call returns. A file that is not in the recorded state any more,
+    /// or that changes while it is read, is an error. So is anything but a regular file: no FIFO or
+    /// device blocks the program.
+    void add(const QList<FileRecord> &records);
     /// Stops; finished() is not emitted.
     void cancel();
 
 signals:
     /// @p done of @p total bytes of all files; emitted several times per second.
     void progress(qint64 done, qint64 total);
-    /// The records of start(), in their order, each with a hash or an error.
+    /// Nothing is left to do.
+    /// @param records all that were added, in their order, each with a hash or an error
     void finished(const QList<FileRecord> &records);
 
 private:
-    void continueSoon();
     void hashSlice();
     bool openNext();
     void endFile(const QString &error);
 
     QList<FileRecord> files;
-    int position = 0;
+    int position = 0; ///< Of the file that is read, or of the next one.
     QFile source;
-    std::unique_ptr<QCryptographicHash> hash;
+    QCryptographicHash hash{QCryptographicHash::Sha256};
     QByteArray slice;
     QElapsedTimer sinceProgress;
     qint64 doneSize = 0;
     qint64 totalSize = 0;
-    bool isCancelled = false;
+    QTimer slices; ///< Expires whenever no other event waits, until nothing is left.
 };

@@ -77,7 +77,7 @@ std::optional<QList<FileRecord>> hashFiles(const CommandContext &context,
         loop.quit();
     });
     context.signalWatch.whenReceived(&loop, [&loop] { loop.quit(); });
-    hasher.start(files);
+    hasher.add(files);
     loop.exec();
     return context.isInterrupted() ? std::nullopt : hashed;
 }
