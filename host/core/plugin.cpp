@@ -10,8 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <utility>
-
 namespace {
 
 const QByteArray elfMagic("\177ELF");
@@ -113,7 +111,7 @@ bool Plugin::renew()
     rootObject = nullptr;
     delete loader.instance();
     {
-        const Silence silence(this); // The greeting.
+        const auto silent = silence(); // The greeting.
         if (!adoptRoot()) {
             return false;
         }
@@ -131,9 +129,8 @@ bool Plugin::adoptRoot()
         return fail(QStringLiteral("%1 has the wrong identifier: its root object is not a \"%2\".")
                         .arg(file, QStringLiteral(ILoomwrightPlugin_iid)));
     }
-    ingredients = root->getIngredientManager();
-    execution = root->getExecutionManager();
-    if (!ingredients || !execution || !ingredients->getIngredients()) {
+    if (!root->getExecutionManager() || !root->getIngredientManager()
+        || !root->getIngredientManager()->getIngredients()) {
         return fail(QStringLiteral("%1 offers no ingredients.").arg(file));
     }
     rootObject = root;
@@ -163,26 +160,20 @@ ILoomwrightPlugin *Plugin::root() const
 
 IIngredientManager *Plugin::ingredientManager() const
 {
-    return ingredients;
+    return rootObject->getIngredientManager();
 }
 
 IExecutionManager *Plugin::executionManager() const
 {
-    return execution;
+    return rootObject->getExecutionManager();
 }
 
 QAbstractItemModel *Plugin::model() const
 {
-    return ingredients->getIngredients();
+    return ingredientManager()->getIngredients();
 }
 
-Plugin::Silence::Silence(Plugin *silentPlugin)
-    : plugin(silentPlugin)
-    , before(std::exchange(silentPlugin->isSilent, true))
+QScopedValueRollback<bool> Plugin::silence()
 {
-}
-
-Plugin::Silence::~Silence()
-{
-    plugin->isSilent = before;
+    return QScopedValueRollback<bool>(isSilent, true);
 }

@@ -6,6 +6,7 @@
 #include "plugin/statusmanager.h"
 
 #include <QPluginLoader>
+#include <QScopedValueRollback>
 #include <QStringList>
 
 class IExecutionManager;
@@ -42,27 +43,16 @@ public:
     QString fileName() const;
     /// The plug-in's root object; owned by the library, null before load() succeeded.
     ILoomwrightPlugin *root() const;
-    /// Owned by the plug-in; null before load() succeeded.
+    /// @name Objects of the plug-in
+    /// Owned by it. Call them only while it is loaded.
+    /// @{
     IIngredientManager *ingredientManager() const;
-    /// Owned by the plug-in; null before load() succeeded.
     IExecutionManager *executionManager() const;
-    /// The ingredient tree, owned by the plug-in.
     QAbstractItemModel *model() const;
+    /// @}
 
-    /// Drops the messages of a plug-in while it lives, because they were shown before.
-    class Silence
-    {
-    public:
-        /// @param silentPlugin must outlive this object
-        explicit Silence(Plugin *silentPlugin);
-        ~Silence();
-        Silence(const Silence &) = delete;
-        Silence &operator=(const Silence &) = delete;
-
-    private:
-        Plugin *plugin;
-        bool before;
-    };
+    /// Drops the plug-in's messages, because they were shown before, while the returned object lives.
+    [[nodiscard]] QScopedValueRollback<bool> silence();
 
 signals:
     /// A status message of the plug-in, or the stitcher's standard output.
@@ -86,7 +76,5 @@ private:
     QPluginLoader loader;
     QString problemText;
     ILoomwrightPlugin *rootObject = nullptr;
-    IIngredientManager *ingredients = nullptr;
-    IExecutionManager *execution = nullptr;
     bool isSilent = false;
 };

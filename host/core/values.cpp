@@ -273,7 +273,7 @@ bool Values::renew()
     if (!plugin->renew()) {
         return false;
     }
-    const Plugin::Silence silence(plugin);
+    const auto silent = plugin->silence();
     for (const Ingredient &ingredient : old) {
         const auto current = findIngredient(ingredients(), ingredient.id);
         if (ingredient.isDataFile()) {
@@ -301,7 +301,7 @@ QVector<Values::LoadedFile> Values::loadedFiles() const
 void Values::restore(const QVector<LoadedFile> &files)
 {
     const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
-    const Plugin::Silence silence(plugin);
+    const auto silent = plugin->silence();
     for (const LoadedFile &file : files) {
         const auto current = findIngredient(ingredients(), file.id);
         if (current && current->text().isEmpty()) {
@@ -344,7 +344,7 @@ bool Values::loadConfiguration(const QString &file, const QString &shownName)
         return reject(
             QStringLiteral("%1 was rejected: %2.").arg(name, errors.join(QStringLiteral("; "))));
     }
-    const Plugin::Silence silence(plugin);
+    const auto silent = plugin->silence();
     const QByteArray written = configurationOf(*plugin).value_or(QByteArray());
     for (const QString &remark : ineffectiveEntries(contentOf(path), written, ingredients())) {
         warn(QStringLiteral("%1, %2").arg(name, remark));
@@ -364,7 +364,7 @@ QStringList Values::matchingNames(const QStringList &files)
     const Ingredients old = ingredients();
     {
         const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
-        const Plugin::Silence silence(plugin);
+        const auto silent = plugin->silence();
         std::copy_if(files.begin(), files.end(), std::back_inserter(matching),
                      [this](const QString &file) {
                          return plugin->ingredientManager()->loadIngredientFile(file);
