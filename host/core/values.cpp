@@ -18,9 +18,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QScopedValueRollback>
-#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -140,21 +140,16 @@ const Ingredients &Values::ingredients() const
 
 void Values::handleError(const QString &message)
 {
-    if (isApplying) {
-        const auto candidate = candidateIn(message);
-        if (candidate) {
-            pendingCandidates[candidate->first].append(candidate->second);
-            return;
-        }
-        if (message.startsWith(QLatin1String(PluginText::malformedEntry))) {
-            inputProblems.addMessages({message});
-            return;
-        }
+    if (!reports) {
+        return; // It concerns no value.
     }
-    pendingErrors.append(message.trimmed());
-    if (!isApplying) {
-        // Only an edit in progress can have caused it; other errors concern no value.
-        QTimer::singleShot(0, this, [this] { pendingErrors.clear(); });
+    const auto candidate = candidateIn(message);
+    if (candidate) {
+        reports->candidates[candidate->first].append(candidate->second);
+    } else if (message.startsWith(QLatin1String(PluginText::malformedEntry))) {
+        inputProblems.addMessages({message});
+    } else {
+        reports->errors.append(message.trimmed());
     }
 }
 
@@ -164,23 +159,30 @@ void Values::handleChange(const QModelIndex &cell)
     if (isIgnoringChanges) {
         return;
     }
-    for (const Ingredient &ingredient : ingredients()) {
-        if (ingredient.index.siblingAtColumn(0) != cell.siblingAtColumn(0)) {
-            continue;
+    const Ingredients all = ingredients();
+    const auto ingredient = std::find_if(all.begin(), all.end(), [&cell](const Ingredient &each) {
+        return each.index.siblingAtColumn(0) == cell.siblingAtColumn(0);
+    });
+    if (ingredient != all.end()) {
+        settle(ingredient->id);
+        if (ingredient->isDataFile()) {
+            noteLoaded(*ingredient);
         }
-        settle(ingredient.id);
-        if (ingredient.isDataFile()) {
-            // Only for such a value does the plug-in do work whose errors are about that value.
-            inputProblems.addMessages(pendingErrors, ingredient);
-            pendingErrors.clear();
-            const QString file = absolutePath(ingredient.text());
-            FileRecord loaded = recordOf(file);
-            loaded.sha256 = hashOf(loaded);
-            loadedDataFiles.insert(file, loaded);
-        }
-        break;
     }
     emit changed();
+}
+
+/// Notes which content of a data file was loaded, with what errors.
+void Values::noteLoaded(const Ingredient &dataFile)
+{
+    if (reports) {
+        // Only for such a value does the plug-in do work whose errors are about that value.
+        inputProblems.addMessages(std::exchange(reports->errors, {}), dataFile);
+    }
+    const QString file = absolutePath(dataFile.text());
+    FileRecord loaded = recordOf(file);
+    loaded.sha256 = hashOf(loaded);
+    loadedDataFiles.insert(file, loaded);
 }
 
 /// Forgets the problems of the value that the ingredient had.
@@ -237,29 +239,24 @@ bool Values::apply(DataFile dataFile, const std::function<bool()> &operation, QS
     if (mustRenew && !renew()) {
         return false;
     }
-    pendingErrors.clear();
-    bool taken = false;
-    {
-        const QScopedValueRollback<bool> applying(isApplying, true);
-        taken = operation();
-    }
+    reports.emplace();
+    const bool taken = operation();
+    const Reports reported = *std::exchange(reports, std::nullopt);
     cachedIngredients.reset();
     if (dataFile == DataFile::MaybeSet || !taken) {
         restore(before);
     }
     for (const Ingredient &ingredient : ingredients()) {
-        const QStringList candidates = pendingCandidates.take(ingredient.id.key);
+        const QStringList candidates = reported.candidates.value(ingredient.id.key);
         if (!candidates.isEmpty()) {
             inputProblems.addCandidates(candidates, ingredient);
         }
     }
-    pendingCandidates.clear();
     if (taken) {
-        inputProblems.addMessages(pendingErrors);
+        inputProblems.addMessages(reported.errors);
     } else if (errors) {
-        *errors = pendingErrors;
+        *errors = reported.errors;
     }
-    pendingErrors.clear();
     emit changed();
     return taken;
 }

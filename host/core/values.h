@@ -18,8 +18,8 @@ class Plugin;
 /// The values from which an image is built: the inputs that a user applies, their problems, and so
 /// what blocks a build.
 ///
-/// Values may also be edited in the model directly. An error or failed check of an ingredient is
-/// dropped when the ingredient gets another value.
+/// An error or failed check of an ingredient is dropped when the ingredient gets another value, also
+/// when the plug-in itself changes it.
 ///
 /// Whenever the plug-in loads a data file, it verifies the earlier ones again. So before an operation
 /// that may load one, the plug-in is renewed if it has loaded one already.
@@ -106,6 +106,11 @@ signals:
 private:
     /// What an operation does with the data file.
     enum class DataFile { Untouched, MaybeSet, Set };
+    /// What the plug-in reports while an input is applied.
+    struct Reports {
+        QStringList errors;                     ///< Those that have not been assigned to a value.
+        QHash<QString, QStringList> candidates; ///< Second values for a key, by key.
+    };
     /// The value of a data file, with its problems.
     struct LoadedFile {
         IngredientId id;
@@ -116,6 +121,7 @@ private:
     void attach();
     void handleError(const QString &message);
     void handleChange(const QModelIndex &cell);
+    void noteLoaded(const Ingredient &dataFile);
     bool apply(DataFile dataFile, const std::function<bool()> &operation,
                QStringList *errors = nullptr);
     bool renew();
@@ -134,10 +140,6 @@ private:
     QStringList sourceFiles; ///< Configurations and manifests that were loaded.
     QString projectFile;
     mutable std::optional<Ingredients> cachedIngredients;
-    /// Errors of the plug-in that have not been assigned to a value yet.
-    QStringList pendingErrors;
-    /// Second values for a key, by key.
-    QHash<QString, QStringList> pendingCandidates;
-    bool isApplying = false;
-    bool isIgnoringChanges = false;
+    std::optional<Reports> reports; ///< While an input is applied.
+    bool isIgnoringChanges = false; ///< While values are changed that stay what they are.
 };
