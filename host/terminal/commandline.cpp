@@ -20,22 +20,6 @@ QString dashed(const char *name)
     return QLatin1String("--") + QLatin1String(name);
 }
 
-/// All options of all commands, each name once.
-std::vector<OptionInfo> allOptions()
-{
-    std::vector<OptionInfo> options;
-    QStringList names;
-    for (const CommandInfo &command : commandTable()) {
-        for (const OptionInfo &option : optionsOf(command)) {
-            if (!names.contains(QLatin1String(option.name))) {
-                names.append(QLatin1String(option.name));
-                options.push_back(option);
-            }
-        }
-    }
-    return options;
-}
-
 QCommandLineOption parserOption(const OptionInfo &option)
 {
     QStringList names(QLatin1String(option.name));
@@ -80,7 +64,7 @@ QString unknownOption(const QCommandLineParser &parser)
         .arg(name, meant.isEmpty() ? QString() : suggestionText(QLatin1String("--") + meant));
 }
 
-/// Notes what is wrong with the command line; the first problem is reported.
+/// Notes what is wrong with the command line, if anything; the first problem is reported.
 void reject(CommandLine *commandLine, const QString &problem)
 {
     if (commandLine->problem.isEmpty()) {
@@ -120,15 +104,16 @@ QString valueProblem(const OptionInfo &option, const QStringList &values)
         return QStringLiteral("%1 is given more than once.").arg(dashed(option.name));
     }
     // For example from an unset variable in a script.
-    return !option.mayBeEmpty && values.contains(QString())
+    return values.contains(QString()) && option.value
         ? QStringLiteral("%1 needs a value that is not empty.").arg(dashed(option.name))
         : QString();
 }
 
-/// Stores the values of the options that the command takes.
+/// Stores the values of the options that the command takes; without a command, of the general ones.
 void readOptions(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    const std::vector<OptionInfo> taken = optionsOf(*commandLine->command);
+    const CommandInfo *command = commandLine->command;
+    const std::vector<OptionInfo> taken = command ? optionsOf(*command) : generalOptions();
     for (const OptionInfo &each : allOptions()) {
         const QLatin1String name(each.name);
         if (!parser.isSet(name)) {
@@ -137,18 +122,14 @@ void readOptions(const QCommandLineParser &parser, CommandLine *commandLine)
         const auto option = std::find_if(taken.begin(), taken.end(), [name](const OptionInfo &own) {
             return QLatin1String(own.name) == name;
         });
-        if (option == taken.end()) {
+        if (option != taken.end()) {
+            reject(commandLine, valueProblem(*option, parser.values(name)));
+            store(parser.values(name), option->member, commandLine);
+        } else if (command) {
             reject(commandLine,
                    QStringLiteral("%1 does not take %2.")
-                       .arg(QLatin1String(commandLine->command->name), dashed(each.name)));
-            continue;
+                       .arg(QLatin1String(command->name), dashed(each.name)));
         }
-        const QStringList values = parser.values(name);
-        const QString problem = valueProblem(*option, values);
-        if (!problem.isEmpty()) {
-            reject(commandLine, problem);
-        }
-        store(values, option->member, commandLine);
     }
 }
 
@@ -157,16 +138,16 @@ void checkArguments(CommandLine *commandLine)
     const CommandInfo &command = *commandLine->command;
     const int count = commandLine->arguments.count();
     const bool isHelp = !command.function;
-    if (count < command.minArguments) {
+    if (count < command.minArguments()) {
         reject(commandLine,
                QStringLiteral("%1 needs an argument: %2")
                    .arg(QLatin1String(command.name), QLatin1String(command.arguments)));
     } else if (isHelp && count == 1 && !findCommand(commandLine->arguments.first())) {
         rejectCommand(commandLine, commandLine->arguments.first());
-    } else if (count > command.maxArguments) {
+    } else if (count > command.maxArguments()) {
         reject(commandLine,
                QStringLiteral("Unexpected argument \"%1\".")
-                   .arg(commandLine->arguments.at(command.maxArguments)));
+                   .arg(commandLine->arguments.at(command.maxArguments())));
     }
 }
 
@@ -199,14 +180,12 @@ void checkCombinations(const QCommandLineParser &parser, CommandLine *commandLin
     }
 }
 
-void readSettings(CommandLine *commandLine)
+void checkSettings(CommandLine *commandLine)
 {
-    for (const QString &setting : qAsConst(commandLine->settingTexts)) {
-        const int separator = setting.indexOf(QLatin1Char('='));
-        if (separator < 1) {
+    for (const QString &setting : qAsConst(commandLine->settings)) {
+        if (setting.indexOf(QLatin1Char('=')) < 1) {
             reject(commandLine, QStringLiteral("--set needs NAME=VALUE, not \"%1\".").arg(setting));
         }
-        commandLine->settings.append({setting.left(separator), setting.mid(separator + 1)});
     }
 }
 
@@ -242,18 +221,12 @@ CommandLine parseCommandLine(const QStringList &arguments)
     } else {
         reject(&commandLine, unknownOption(parser));
     }
+    readOptions(parser, &commandLine);
     if (commandLine.command) {
-        readOptions(parser, &commandLine);
         checkArguments(&commandLine);
         checkCombinations(parser, &commandLine);
-        readSettings(&commandLine);
+        checkSettings(&commandLine);
         readTimeout(&commandLine);
-    }
-    // Also when there is no command, or something else is wrong.
-    for (const OptionInfo &option : generalOptions()) {
-        if (parser.isSet(QLatin1String(option.name))) {
-            store(parser.values(QLatin1String(option.name)), option.member, &commandLine);
-        }
     }
     commandLine.isHelpWanted = commandLine.isHelpWanted && isParsed;
     commandLine.isVersionWanted = commandLine.isVersionWanted && isParsed;

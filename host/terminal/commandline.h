@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include <QList>
-#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -20,7 +18,7 @@ struct CommandLine {
     QString configInput;
     QString directory;
     QStringList files;
-    QStringList settingTexts; ///< As they were given: NAME=VALUE.
+    QStringList settings; ///< NAME=VALUE, the name being a key as well.
     QString imageFile;
 
     const CommandInfo *command = nullptr; ///< Null when no command is given.
@@ -41,8 +39,6 @@ struct CommandLine {
     bool isHelpWanted = false;
     bool isVersionWanted = false;
 
-    /// Names or keys with their values.
-    QList<QPair<QString, QString>> settings;
     int timeoutMs = 0; ///< How long the stitcher may run, in milliseconds; 0 for forever.
 
     /// What is wrong with the command line; empty when it is valid.

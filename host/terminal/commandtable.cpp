@@ -9,8 +9,6 @@
 
 namespace {
 
-const int anyNumber = std::numeric_limits<int>::max();
-
 OptionInfo outputOption()
 {
     return {"output", "o", "FILE", "Write to this file.", &CommandLine::outputFile};
@@ -52,8 +50,6 @@ const std::vector<CommandInfo> &commandTable()
     static const std::vector<CommandInfo> table{
         {"check",
          "",
-         0,
-         0,
          "check all files",
          "Runs the checks of the plug-in and of this program, and lists all problems.\n"
          "Errors block a build, warnings do not. With --verbose, the checks that passed\n"
@@ -63,7 +59,7 @@ const std::vector<CommandInfo> &commandTable()
          CommandNeeds::Inputs,
          CommandStyle::ListsProblems,
          runCheck},
-        {"build", "", 0, 0, "check, then run the stitcher and wait for it",
+        {"build", "", "check, then run the stitcher and wait for it",
          "Runs the checks and, if there are no errors, the stitcher; see --no-check. The\n"
          "image appears whole or not at all: if the build fails, an older image stays as\n"
          "it was. By default, the image has the target's default name and is in the\n"
@@ -72,8 +68,6 @@ const std::vector<CommandInfo> &commandTable()
          CommandNeeds::Inputs, CommandStyle::ListsProblems, buildImage},
         {"verify",
          "FILE",
-         1,
-         1,
          "compare image, inputs and stitcher with a manifest",
          "Compares the image, the input files and the stitcher with a manifest, and lists\n"
          "what differs. A stitcher that no longer exists is not compared.",
@@ -84,8 +78,6 @@ const std::vector<CommandInfo> &commandTable()
          verifyManifest},
         {"ingredients",
          "",
-         0,
-         0,
          "list ingredients, their values and requirements",
          "Lists group, name, key, value and requirement of every ingredient. Hidden\n"
          "ingredients are marked.",
@@ -96,8 +88,6 @@ const std::vector<CommandInfo> &commandTable()
          listIngredients},
         {"validate",
          "FILE...",
-         1,
-         anyNumber,
          "validate legacy XML data files",
          "Validates legacy XML data files, each by itself; \"-\" is standard input.",
          {},
@@ -107,8 +97,6 @@ const std::vector<CommandInfo> &commandTable()
          validateFiles},
         {"config",
          "",
-         0,
-         0,
          "write the stitcher configuration",
          "Writes the stitcher configuration, to standard output unless -o is given. The\n"
          "legacy XML data file is not part of it; a project file stores all values.",
@@ -119,8 +107,6 @@ const std::vector<CommandInfo> &commandTable()
          writeConfig},
         {"project",
          "",
-         0,
-         0,
          "write the current values as a project file",
          "Writes the current values as a project file, to standard output unless -o is\n"
          "given. Its paths are relative to the file, or to the current directory.",
@@ -131,8 +117,6 @@ const std::vector<CommandInfo> &commandTable()
          writeProjectFile},
         {"info",
          "",
-         0,
-         0,
          "show plug-in information",
          "Shows target, version, author, interfaces, Qt version and file of the plug-in,\n"
          "and the data views that it offers with the given inputs.",
@@ -143,8 +127,6 @@ const std::vector<CommandInfo> &commandTable()
          showInfo},
         {"targets",
          "",
-         0,
-         0,
          "list the targets of the installed plug-ins",
          "Lists the targets of all plug-ins, as names for --target. Searches the\n"
          "directory of the plug-in that --plugin or LOOMWRIGHT_PLUGIN names, else those\n"
@@ -156,8 +138,6 @@ const std::vector<CommandInfo> &commandTable()
          listTargets},
         {"help",
          "[COMMAND]",
-         0,
-         1,
          "show help for a command",
          "Shows what a command does, its options and an example.",
          {},
@@ -167,6 +147,21 @@ const std::vector<CommandInfo> &commandTable()
          nullptr},
     };
     return table;
+}
+
+int CommandInfo::minArguments() const
+{
+    const QLatin1String usage(arguments);
+    return usage.isEmpty() || usage.startsWith(QLatin1Char('[')) ? 0 : 1;
+}
+
+int CommandInfo::maxArguments() const
+{
+    const QLatin1String usage(arguments);
+    if (usage.endsWith(QLatin1String("..."))) {
+        return std::numeric_limits<int>::max();
+    }
+    return usage.isEmpty() ? 0 : 1;
 }
 
 bool OptionInfo::isRepeatable() const
@@ -203,7 +198,7 @@ const std::vector<OptionInfo> &inputOptions()
          &CommandLine::directory},
         {"file", "f", "FILE", "Fill an ingredient from FILE, by name.", &CommandLine::files},
         {"set", "s", "NAME=VALUE", "Set one ingredient by its name or key.",
-         &CommandLine::settingTexts, true},
+         &CommandLine::settings},
         {"image", nullptr, "FILE", "Set the image to write.", &CommandLine::imageFile},
         {"locked", nullptr, nullptr, "Reject what differs from the manifest of -p.",
          &CommandLine::isLocked},
@@ -237,11 +232,20 @@ std::vector<OptionInfo> optionsOf(const CommandInfo &command)
     return options;
 }
 
-QString optionUsage(const OptionInfo &option)
+const std::vector<OptionInfo> &allOptions()
 {
-    QString usage = option.shortName
-        ? QStringLiteral("-%1, --").arg(QLatin1String(option.shortName))
-        : QStringLiteral("    --");
-    usage += QLatin1String(option.name);
-    return option.value ? usage + QLatin1Char(' ') + QLatin1String(option.value) : usage;
+    static const std::vector<OptionInfo> options = [] {
+        std::vector<OptionInfo> found;
+        QStringList names;
+        for (const CommandInfo &command : commandTable()) {
+            for (const OptionInfo &option : optionsOf(command)) {
+                if (!names.contains(QLatin1String(option.name))) {
+                    names.append(QLatin1String(option.name));
+                    found.push_back(option);
+                }
+            }
+        }
+        return found;
+    }();
+    return options;
 }

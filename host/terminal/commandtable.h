@@ -22,7 +22,6 @@ struct OptionInfo {
     const char *value;       ///< Placeholder for the value in the help; null if it takes none.
     const char *description; ///< One sentence.
     OptionMember member;
-    bool mayBeEmpty = false; ///< Whether the value may be empty.
 
     bool isRepeatable() const;
 };
@@ -44,9 +43,7 @@ enum class CommandStyle {
 /// A command, for the parser and the help.
 struct CommandInfo {
     const char *name;
-    const char *arguments; ///< As in a usage line; empty for none.
-    int minArguments;
-    int maxArguments;
+    const char *arguments;           ///< As in a usage line: "", "FILE", "FILE..." or "[FILE]".
     const char *summary;             ///< A few words without a full stop.
     const char *description;         ///< A few sentences, in lines of at most 79 characters.
     std::vector<OptionInfo> options; ///< The command's own options.
@@ -56,6 +53,9 @@ struct CommandInfo {
     /// Runs the command; returns the program's exit status. Null for a command that only shows
     /// help.
     int (*function)(CommandContext &context);
+
+    int minArguments() const;
+    int maxArguments() const;
 };
 
 /// All commands, in the order in which the help lists them.
@@ -71,6 +71,5 @@ const std::vector<OptionInfo> &generalOptions();
 
 /// All options that @p command takes; its own come first.
 std::vector<OptionInfo> optionsOf(const CommandInfo &command);
-
-/// The name of an option as it is typed, "-o, --output FILE".
-QString optionUsage(const OptionInfo &option);
+/// All options of all commands, each name once.
+const std::vector<OptionInfo> &allOptions();

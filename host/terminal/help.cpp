@@ -30,6 +30,16 @@ Environment:
   NO_COLOR           if set, output has no colour
 )";
 
+/// The name of an option as it is typed, "-o, --output FILE".
+QString optionUsage(const OptionInfo &option)
+{
+    QString usage = option.shortName
+        ? QStringLiteral("-%1, --").arg(QLatin1String(option.shortName))
+        : QStringLiteral("    --");
+    usage += QLatin1String(option.name);
+    return option.value ? usage + QLatin1Char(' ') + QLatin1String(option.value) : usage;
+}
+
 QString optionLines(const char *title, const std::vector<OptionInfo> &options)
 {
     QString text

@@ -122,9 +122,10 @@ void applyInputs(CommandContext &context)
             values.addFile(file);
         }
     }
-    for (const auto &[nameOrKey, text] : commandLine.settings) {
+    for (const QString &setting : commandLine.settings) {
         if (goesOn()) {
-            values.setValue(nameOrKey, text);
+            values.setValue(setting.section(QLatin1Char('='), 0, 0),
+                            setting.section(QLatin1Char('='), 1));
         }
     }
     if (isGiven(commandLine.imageFile)) {
