@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/reference/completiontext.h"
-
+#include "host/reference/markers.h"
 #include "host/terminal/commandtable.h"
 
 #include <QStringList>
@@ -19,12 +18,13 @@ std::vector<OptionInfo> sharedOptions()
     return options;
 }
 
-/// The spellings of an option, joined with @p separator.
-QString words(const OptionInfo &option, const QString &separator)
+QStringList spellings(const OptionInfo &option)
 {
-    const QString name = QLatin1String("--") + QLatin1String(option.name);
-    return option.shortName ? QLatin1Char('-') + QLatin1String(option.shortName) + separator + name
-                            : name;
+    QStringList words(QLatin1String("--") + QLatin1String(option.name));
+    if (option.shortName) {
+        words.prepend(QLatin1Char('-') + QLatin1String(option.shortName));
+    }
+    return words;
 }
 
 /// @p text in single quotes, which all three shells read alike as long as it contains none.
@@ -71,7 +71,7 @@ QString zshOption(const OptionInfo &option)
     const QString rest = QLatin1Char('[') + description + QLatin1Char(']')
         + (option.value ? zshAction(option) : QString());
     QStringList arguments;
-    const QStringList names = words(option, QStringLiteral(" ")).split(QLatin1Char(' '));
+    const QStringList names = spellings(option);
     const QString prefix = option.isRepeatable()
         ? QStringLiteral("*")
         : QStringLiteral("(%1)").arg(names.join(QLatin1Char(' ')));
@@ -116,43 +116,33 @@ QString fishOptions(const std::vector<OptionInfo> &options, const QString &condi
     return text;
 }
 
-} // namespace
-
-QString bashCommands()
-{
-    return commandNames().join(QLatin1Char(' '));
-}
-
+/// One branch per command: the options that it takes.
 QString bashOptions()
 {
     return branches([](const std::vector<OptionInfo> &options) {
         QStringList names;
         for (const OptionInfo &option : options) {
-            names.append(words(option, QStringLiteral(" ")));
+            names += spellings(option);
         }
         return QStringLiteral("echo ") + quoted(names.join(QLatin1Char(' ')));
     });
 }
 
+/// One branch per option with a value: the kind of value.
 QString bashValues()
 {
-    std::vector<OptionInfo> options = sharedOptions();
-    for (const CommandInfo &command : commandTable()) {
-        options.insert(options.end(), command.options.begin(), command.options.end());
-    }
     QString text;
-    QStringList seen;
-    for (const OptionInfo &option : options) {
-        if (!option.value || seen.contains(QLatin1String(option.name))) {
-            continue;
+    for (const OptionInfo &option : allOptions()) {
+        if (option.value) {
+            text += QStringLiteral("    %1) echo %2 ;;\n")
+                        .arg(spellings(option).join(QStringLiteral(" | ")),
+                             QLatin1String(option.value));
         }
-        seen.append(QLatin1String(option.name));
-        text += QStringLiteral("    %1) echo %2 ;;\n")
-                    .arg(words(option, QStringLiteral(" | ")), QLatin1String(option.value));
     }
     return text;
 }
 
+/// One line per command, "name:summary".
 QString zshCommands()
 {
     QString text;
@@ -165,6 +155,7 @@ QString zshCommands()
     return text;
 }
 
+/// One branch per command: its options, for _arguments.
 QString zshOptions()
 {
     return branches([](const std::vector<OptionInfo> &options) {
@@ -195,4 +186,18 @@ QString fishCompletions()
                       QStringLiteral(" -n 'not __fish_seen_subcommand_from %1'")
                           .arg(withoutInputs.join(QLatin1Char(' '))))
         + fishOptions(generalOptions(), {});
+}
+
+} // namespace
+
+Markers completionMarkers()
+{
+    return {
+        {QStringLiteral("BASH_COMMANDS"), commandNames().join(QLatin1Char(' '))},
+        {QStringLiteral("BASH_OPTIONS"), bashOptions()},
+        {QStringLiteral("BASH_VALUES"), bashValues()},
+        {QStringLiteral("ZSH_COMMANDS"), zshCommands()},
+        {QStringLiteral("ZSH_OPTIONS"), zshOptions()},
+        {QStringLiteral("FISH_COMPLETIONS"), fishCompletions()},
+    };
 }

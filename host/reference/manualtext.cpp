@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/reference/manualtext.h"
-
+#include "host/reference/markers.h"
 #include "host/terminal/commandtable.h"
 
 #include <QRegularExpression>
@@ -39,9 +38,7 @@ QString optionList(const std::vector<OptionInfo> &options, const QString &indent
     return text;
 }
 
-} // namespace
-
-QString manualCommands()
+QString commandList()
 {
     QString text;
     for (const CommandInfo &command : commandTable()) {
@@ -57,12 +54,13 @@ QString manualCommands()
     return text;
 }
 
-QString manualInputs()
-{
-    return optionList(inputOptions());
-}
+} // namespace
 
-QString manualOptions()
+Markers manualMarkers()
 {
-    return optionList(generalOptions());
+    return {
+        {QStringLiteral("MANUAL_COMMANDS"), commandList()},
+        {QStringLiteral("MANUAL_INPUTS"), optionList(inputOptions())},
+        {QStringLiteral("MANUAL_OPTIONS"), optionList(generalOptions())},
+    };
 }
