@@ -32,22 +32,19 @@ FileState fromStat(const struct stat &raw)
 FileState FileState::of(const QString &file)
 {
     struct stat raw = {};
-    const bool found = stat(QFile::encodeName(file).constData(), &raw) == 0;
-    return found ? fromStat(raw) : FileState();
+    return stat(QFile::encodeName(file).constData(), &raw) == 0 ? fromStat(raw) : FileState();
 }
 
 FileState FileState::ofLink(const QString &file)
 {
     struct stat raw = {};
-    const bool found = lstat(QFile::encodeName(file).constData(), &raw) == 0;
-    return found ? fromStat(raw) : FileState();
+    return lstat(QFile::encodeName(file).constData(), &raw) == 0 ? fromStat(raw) : FileState();
 }
 
 FileState FileState::ofDescriptor(int descriptor)
 {
     struct stat raw = {};
-    const bool found = fstat(descriptor, &raw) == 0;
-    return found ? fromStat(raw) : FileState();
+    return fstat(descriptor, &raw) == 0 ? fromStat(raw) : FileState();
 }
 
 bool FileState::isRegular() const

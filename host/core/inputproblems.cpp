@@ -74,14 +74,6 @@ Problems InputProblems::current() const
     return found;
 }
 
-Problems InputProblems::of(const IngredientId &id) const
-{
-    Problems found;
-    std::copy_if(problems.begin(), problems.end(), std::back_inserter(found),
-                 [&id](const Problem &problem) { return problem.ingredient == id; });
-    return found;
-}
-
 void InputProblems::add(const Problem &problem)
 {
     problems.append(problem);
@@ -129,7 +121,5 @@ Problems InputProblems::ambiguities() const
 void InputProblems::setAmbiguities(const Problems &earlier)
 {
     problems.erase(std::remove_if(problems.begin(), problems.end(), isAmbiguity), problems.end());
-    for (const Problem &problem : earlier) {
-        problems.append(problem);
-    }
+    problems += earlier;
 }

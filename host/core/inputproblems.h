@@ -12,8 +12,6 @@ public:
     /// All of them. Candidates that do not exist now are left out, and are no problem if fewer than two
     /// are left. Accesses the file system.
     Problems current() const;
-    /// Those of one ingredient; with an empty id, those that belong to none.
-    Problems of(const IngredientId &id) const;
     /// Those about candidates, with all files that were found.
     Problems ambiguities() const;
 

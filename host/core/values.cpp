@@ -73,40 +73,23 @@ QString directoryRejection(const QString &directory)
     return QStringLiteral("%1 was rejected: %2.").arg(directory, reason);
 }
 
-bool isAbout(const Problem &problem, const IngredientId &id)
+/// Whether another problem of the same ingredient explains @p problem: what the host has found out
+/// about a file explains why a check of the plug-in failed, and that there is no file explains why the
+/// plug-in could not load it.
+bool isConsequence(const Problem &problem, const Problems &all)
 {
-    return problem.ingredient == id && problem.severity != Severity::Warning;
-}
-
-/// Adds failed checks. What the host has found out about a file explains why the plug-in's check
-/// failed.
-void addUnexplained(const Problems &failures, Problems *problems)
-{
-    for (const Problem &failure : failures) {
-        const bool explained
-            = std::any_of(problems->begin(), problems->end(), [&failure](const Problem &each) {
-                  return each.kind == ProblemKind::Finding && isAbout(each, failure.ingredient);
-              });
-        if (!explained) {
-            problems->append(failure);
-        }
+    const bool isFailedCheck = problem.kind == ProblemKind::Check;
+    const bool isMissing = problem.kind == ProblemKind::Message
+        && !FileState::of(problem.files.value(0)).isRegular();
+    if (problem.ingredient.isEmpty() || !(isFailedCheck || isMissing)) {
+        return false;
     }
-}
-
-/// Drops the messages of the plug-in that it could not load a file of which a finding or a check says
-/// that there is none.
-void dropConsequences(Problems *problems)
-{
-    const Problems all = *problems;
-    const auto isConsequence = [&all](const Problem &problem) {
-        const bool loaded = problem.kind == ProblemKind::Message && !problem.ingredient.isEmpty();
-        return loaded && !FileState::of(problem.files.value(0)).isRegular()
-            && std::any_of(all.begin(), all.end(), [&problem](const Problem &each) {
-                   return each.kind > ProblemKind::Message && isAbout(each, problem.ingredient);
-               });
-    };
-    problems->erase(std::remove_if(problems->begin(), problems->end(), isConsequence),
-                    problems->end());
+    return std::any_of(all.begin(), all.end(), [&](const Problem &each) {
+        const bool explains
+            = each.kind == ProblemKind::Finding || (isMissing && each.kind == ProblemKind::Check);
+        return explains && each.ingredient == problem.ingredient
+            && each.severity != Severity::Warning;
+    });
 }
 
 } // namespace
@@ -235,7 +218,7 @@ bool Values::apply(DataFile dataFile, const std::function<bool()> &operation, QS
 {
     const bool mustRenew
         = dataFile != DataFile::Untouched && plugin->ingredientManager()->dataLoaded();
-    const QVector<LoadedFile> before = mustRenew ? loadedFiles() : QVector<LoadedFile>();
+    const Ingredients before = mustRenew ? loadedFiles() : Ingredients();
     if (mustRenew && !renew()) {
         return false;
     }
@@ -273,39 +256,32 @@ bool Values::renew()
     const auto silent = plugin->silence();
     for (const Ingredient &ingredient : old) {
         const auto current = findIngredient(ingredients(), ingredient.id);
-        if (ingredient.isDataFile()) {
-            settle(ingredient.id);
-        } else if (current && current->value != ingredient.value) {
+        if (!ingredient.isDataFile() && current && current->value != ingredient.value) {
             plugin->model()->setData(current->index, ingredient.value, Qt::EditRole);
         }
     }
     return true;
 }
 
-QVector<Values::LoadedFile> Values::loadedFiles() const
+Ingredients Values::loadedFiles() const
 {
-    QVector<LoadedFile> files;
-    for (const Ingredient &ingredient : ingredients()) {
-        if (!ingredient.isDataFile() || ingredient.text().isEmpty()) {
-            continue;
-        }
-        files.append({ingredient.id, ingredient.text(), inputProblems.of(ingredient.id)});
-    }
+    const Ingredients all = ingredients();
+    Ingredients files;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(files), [](const Ingredient &each) {
+        return each.isDataFile() && !each.text().isEmpty();
+    });
     return files;
 }
 
 /// Loads data files again that renew() has left out, unless their ingredients have other values now.
-void Values::restore(const QVector<LoadedFile> &files)
+void Values::restore(const Ingredients &files)
 {
     const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
     const auto silent = plugin->silence();
-    for (const LoadedFile &file : files) {
+    for (const Ingredient &file : files) {
         const auto current = findIngredient(ingredients(), file.id);
         if (current && current->text().isEmpty()) {
-            setText(*current, file.file);
-            for (const Problem &problem : file.problems) {
-                inputProblems.add(problem);
-            }
+            setText(*current, file.text());
         }
     }
 }
@@ -357,7 +333,7 @@ QStringList Values::matchingNames(const QStringList &files)
         return {};
     }
     QStringList matching;
-    const QVector<LoadedFile> before = loadedFiles();
+    const Ingredients before = loadedFiles();
     const Ingredients old = ingredients();
     {
         const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);
@@ -452,6 +428,7 @@ bool Values::loadProject(const Project &newValues, const QString &file)
         return std::all_of(
             newValues.entries.begin(), newValues.entries.end(), [this](const ProjectEntry &entry) {
                 const auto current = ingredientFor(entry, ingredients());
+                settle(current->id);
                 return entry.value == current->text() || setText(*current, entry.value).isEmpty();
             });
     });
@@ -468,20 +445,20 @@ bool Values::loadProject(const Project &newValues, const QString &file)
 
 bool Values::reloadDataFiles()
 {
-    const QVector<LoadedFile> files = loadedFiles();
+    const Ingredients files = loadedFiles();
     return apply(DataFile::Set, [&] {
-        return std::all_of(files.begin(), files.end(), [this](const LoadedFile &file) {
+        return std::all_of(files.begin(), files.end(), [this](const Ingredient &file) {
             const auto current = findIngredient(ingredients(), file.id);
-            return current && setText(*current, file.file).isEmpty();
+            return current && setText(*current, file.text()).isEmpty();
         });
     });
 }
 
 bool Values::hasOutdatedDataFiles()
 {
-    for (const LoadedFile &file : loadedFiles()) {
-        FileRecord &loaded = loadedDataFiles[file.file];
-        const FileRecord present = recordOf(file.file);
+    for (const Ingredient &file : loadedFiles()) {
+        FileRecord &loaded = loadedDataFiles[file.text()];
+        const FileRecord present = recordOf(file.text());
         if (present.state == loaded.state) {
             continue;
         }
@@ -537,8 +514,12 @@ Problems Values::problems() const
                              {file}});
         }
     }
-    addUnexplained(failuresIn(lastChecks), &problems);
-    dropConsequences(&problems);
+    problems += failuresIn(lastChecks);
+    const Problems all = problems;
+    problems.erase(
+        std::remove_if(problems.begin(), problems.end(),
+                       [&all](const Problem &problem) { return isConsequence(problem, all); }),
+        problems.end());
     std::stable_sort(
         problems.begin(), problems.end(),
         [](const Problem &left, const Problem &right) { return left.kind < right.kind; });
@@ -547,11 +528,10 @@ Problems Values::problems() const
 
 bool Values::isBlocked(bool withChecks) const
 {
+    const Severity least = withChecks ? Severity::Error : Severity::Fatal;
     const Problems all = problems();
-    return std::any_of(all.begin(), all.end(), [withChecks](const Problem &problem) {
-        return problem.severity == Severity::Fatal
-            || (withChecks && problem.severity == Severity::Error);
-    });
+    return std::any_of(all.begin(), all.end(),
+                       [least](const Problem &problem) { return problem.severity >= least; });
 }
 
 QString Values::image() const

@@ -111,12 +111,6 @@ private:
         QStringList errors;                     ///< Those that have not been assigned to a value.
         QHash<QString, QStringList> candidates; ///< Second values for a key, by key.
     };
-    /// The value of a data file, with its problems.
-    struct LoadedFile {
-        IngredientId id;
-        QString file;
-        Problems problems;
-    };
 
     void attach();
     void handleError(const QString &message);
@@ -125,8 +119,8 @@ private:
     bool apply(DataFile dataFile, const std::function<bool()> &operation,
                QStringList *errors = nullptr);
     bool renew();
-    QVector<LoadedFile> loadedFiles() const;
-    void restore(const QVector<LoadedFile> &files);
+    Ingredients loadedFiles() const;
+    void restore(const Ingredients &files);
     QStringList matchingNames(const QStringList &files);
     QString setText(const Ingredient &ingredient, const QString &text);
     void settle(const IngredientId &id);
