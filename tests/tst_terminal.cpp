@@ -38,8 +38,8 @@ private slots:
         row("mistyped command", "bild", 2, none,
             "Unknown command \"bild\". Did you mean \"build\"\\?" + wrong);
         row("option as command", "version", 2, none, "Did you mean \"--version\"\\?" + wrong);
-        row("unknown option", "--frob info", 2, none, "\"--frob\".*" + wrong);
-        row("mistyped option", "--manifets build", 2, none, "Did you mean \"--manifest\"\\?");
+        row("mistyped option", "--manifets build", 2, none,
+            "Unknown option \"--manifets\". Did you mean \"--manifest\"\\?" + wrong);
         row("validate what", "validate", 2, none, wrongFor.arg("validate"));
         row("too many", "info me", 2, none, "Unexpected argument \"me\"\\." + wrongFor.arg("info"));
         row("set what", "-s novalue info", 2, none, "novalue.*" + wrongFor.arg("info"));
@@ -55,9 +55,6 @@ private slots:
         row("data views", "-d GOOD info", 0, "Data views +GPIO Settings\n$", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
         row("targets of no plug-in", "--plugin nope.so targets", 3, none, "No plug-in found");
-        row("names of targets", "targets --names", 0, "^Veldmark D1 Phone - Unsigned Zorv\n$",
-            none);
-        row("names", "ingredients --names", 0, "\nHost FW\nHost FW Boot\n", none);
         row("names and JSON", "--json ingredients --names", 2, "cannot be combined",
             "cannot be combined");
         row("target", "--target Nowhere info", 3, none, "\"Nowhere\". Targets: \"Veldmark");
@@ -107,8 +104,6 @@ private slots:
             "\"Host FW Supplemental\" cannot be read back from a configuration: /a=b");
         row("config to a file", "-q -s HostFW=x -o c config", 1, none,
             "name or key \"HostFW\".*No configuration is written: see the errors above");
-        row("no such directory", "-d nowhere ingredients", 1, "Host FW",
-            "nowhere was rejected: it does not exist");
         row("relative paths", "-q -f HostFW_1.bin ingredients", 0,
             "Host FW Boot +/.*/HostFW_1.bin ", none);
         row("build of the broken one", "-q -d BROKEN build", 1, "FAIL",
@@ -136,10 +131,8 @@ private slots:
     void overwriting_data()
     {
         const Table<QString> row("arguments");
-        row("image is an input", "-d drop build -o in.bin");
         row("configuration", "-d drop -o soft.bin config");
         row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
-        row("image is the loaded one", "-c config.txt -d drop build --no-check -o config.txt");
         row("project", "-d drop -o in.bin project");
         row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
         row("manifest is the stitcher",
@@ -239,18 +232,27 @@ private slots:
         const QString manual = readFile(DOCS_FOLDER "/terminal.md");
         const QJsonArray ingredients
             = host.start("--json -q -d GOOD ingredients").json()["ingredients"].toArray();
+        QStringList missing;
         for (const QJsonValue &ingredient : ingredients) {
             const QString name = ingredient["name"].toString();
             const QString key = ingredient["key"].toString();
             if (!ingredient["input"].toBool()) {
                 continue;
             }
-            QVERIFY2(manual.contains("\n| " + name + " | `"), qPrintable(name));
-            if (name != "Legacy XML Data File") { // It is an argument of the stitcher.
-                QVERIFY2(configuration.contains('\n' + key + " = "), qPrintable(key));
-                QVERIFY2(contents.contains('\n' + key + " | "), qPrintable(key));
+            if (!manual.contains("\n| " + name + " | `")) {
+                missing << name + " in the manual";
+            }
+            if (name == "Legacy XML Data File") {
+                continue; // It is an argument of the stitcher.
+            }
+            if (!configuration.contains('\n' + key + " = ")) {
+                missing << key + " in the configuration";
+            }
+            if (!contents.contains('\n' + key + " | ")) {
+                missing << key + " in the image";
             }
         }
+        QCOMPARE(missing, QStringList());
     }
 
     /// The stitcher's output on its way; the stitcher's image is $image.
@@ -274,6 +276,15 @@ private slots:
         row("too slow", "trap '' TERM; sleep 1000 & wait; sleep 1000",
             build + " --timeout 0.3 2>&1; echo $?",
             "^(?!.*crashed).*did not finish within 0.3 s.*\n1\n$");
+        // Twice, as timeout and a closed terminal do: the clean-up goes on.
+        for (const QByteArray signal : {"TERM", "HUP"}) {
+            row(signal, "trap '' HUP INT TERM; sleep 1000 & touch started; wait; sleep 1000",
+                build + " 2>&1 & " + whenStarted
+                    + QString("kill -%1 $!; sleep 0.1; kill -%1 $!; "
+                              "wait $!; echo $?")
+                          .replace("%1", signal),
+                "interrupted.*\n1(43|29)\n$");
+        }
         row("stalled reader", endless,
             "mkfifo pipe; sleep 1000 < pipe & " + build + " > pipe & " + whenStarted + terminate,
             "^143\n$");
@@ -314,6 +325,9 @@ private slots:
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
         QCOMPARE(processesOf(host.folder->path()), QStringList());
+        const QStringList directories{"loomwright-*", ".loomwright-*"};
+        QVERIFY(
+            QDir(host.folder->path()).entryList(directories, QDir::Dirs | QDir::Hidden).isEmpty());
     }
 
     void surroundings_data()
@@ -370,35 +384,6 @@ private slots:
         writeStitcher(host.folder->path(), findImage + "printf image > $image");
         const Run run = host.shell(script.replace("GOOD", host.samples.filePath("good")));
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
-    }
-
-    void interrupt_data()
-    {
-        const Table<int> row("number");
-        row("INT", SIGINT);
-        row("TERM", SIGTERM);
-        row("HUP", SIGHUP);
-    }
-    void interrupt()
-    {
-        QFETCH(int, number);
-        writeStitcher(host.folder->path(),
-                      "trap '' HUP INT TERM; sleep 1000 & touch " + quoted(host.path("started"))
-                          + "; wait; sleep 1000");
-        QProcess program;
-        program.setProcessEnvironment(host.environment);
-        program.start(HOST_PROGRAM, {"-q", "build", "--no-check", "-o", host.path("i.bin")});
-        QTRY_VERIFY(QFile::exists(host.path("started")));
-        // Twice, as timeout and a closed terminal do: the clean-up goes on.
-        ::kill(pid_t(program.processId()), number);
-        QTest::qWait(100);
-        ::kill(pid_t(program.processId()), number);
-        QVERIFY(program.waitForFinished());
-        QCOMPARE(program.exitStatus(), QProcess::CrashExit);
-        QCOMPARE(program.exitCode(), number);
-        QVERIFY(program.readAllStandardError().contains("interrupted"));
-        QCOMPARE(processesOf(host.folder->path()), QStringList());
-        QVERIFY(QDir(host.folder->path()).entryList({"loomwright-*", "i.bin*"}).isEmpty());
     }
 
     /// A signal is not lost between two phases of a command.
