@@ -346,25 +346,6 @@ private slots:
         QVERIFY(writeManifest(run(stitcher(writeNew)), image).contains("was replaced or changed"));
     }
 
-    void unhashable()
-    {
-        const QString fifo = folder->filePath("fifo");
-        QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-        const QList<FileRecord> files{recordOf(fifo), recordOf("nope"), recordOf(input)};
-        writeFile(input, "other");
-        FileHasher hasher;
-        QStringList errors;
-        connect(&hasher, &FileHasher::finished, this, [&errors](const QList<FileRecord> &records) {
-            for (const FileRecord &record : records) {
-                errors << record.error;
-            }
-        });
-        hasher.add(files);
-        QTRY_VERIFY(!errors.isEmpty());
-        QCOMPARE(errors,
-                 QStringList({"It is not a regular file", "It does not exist", "It has changed"}));
-    }
-
     void locate_data()
     {
         const Table<QString, QString, QString, QString> row("chosen", "searchPath", "file",

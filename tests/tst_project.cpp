@@ -5,6 +5,7 @@
 #include "row.h"
 
 #include <csignal>
+#include <sys/stat.h>
 
 /// Project files, manifests, and the JSON that the terminal host writes.
 class TestProject : public QObject
@@ -76,14 +77,6 @@ private slots:
         QVERIFY2(matches(run.output, "Flash-Layer  +input file"), qPrintable(run.output));
     }
 
-    void unwritable()
-    {
-        QCOMPARE(run("project -o nowhere/p.json").status, 1);
-        QVERIFY(
-            run("-d work/drop build -o i.bin --manifest nowhere/m").errors.contains("nowhere/m"));
-        QVERIFY(!QFile::exists(host.path("i.bin")));
-    }
-
     void manifest()
     {
         const QJsonObject report
@@ -121,6 +114,8 @@ private slots:
         row("content", "work/drop/firmware/probe/D1_ProbeSet.bin", QByteArray(31120, 'x'),
             "Probe Set +The content differs");
         row("gone", "work/drop/firmware/probe/D1_ProbeSet.bin", {}, "Probe Set +It does not exist");
+        row("FIFO", "work/drop/firmware/probe/D1_ProbeSet.bin", "FIFO",
+            "Probe Set +It is not a regular file");
         row("image", "work/i.bin", "x", "");
     }
     void differences()
@@ -130,13 +125,16 @@ private slots:
         QFETCH(QString, difference);
         QCOMPARE(run("-d work/drop build -o work/i.bin --manifest work/m.json").status, 0);
         QVERIFY(QFile::remove(host.path(file)));
-        if (!content.isEmpty()) {
+        if (content == "FIFO") {
+            QCOMPARE(mkfifo(QFile::encodeName(host.path(file)).constData(), 0600), 0);
+        } else if (!content.isEmpty()) {
             writeFile(host.path(file), content);
         }
         const Run verified = run("verify work/m.json");
         QCOMPARE(verified.status, 1);
         QVERIFY2(
-            matches(verified.output, file + "\nwork/m.json: 11 files compared, 1 different\n$"),
+            matches(verified.output,
+                    difference + ".*" + file + "\nwork/m.json: 11 files compared, 1 different\n$"),
             qPrintable(verified.output));
         check("report",
               writeFile(host.path("r.json"), run("--json verify work/m.json").output.toUtf8()));
