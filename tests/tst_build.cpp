@@ -185,7 +185,7 @@ private slots:
     void whileTheImageIsHashed_data()
     {
         const Table<QString, QString> row("event", "reason");
-        row("image changes", "change", "It changed while it was read");
+        row("image changes", "change", "It has changed");
         row("runner is killed", "kill", {});
     }
     void whileTheImageIsHashed()

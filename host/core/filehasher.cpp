@@ -85,13 +85,9 @@ bool FileHasher::openNext()
     }
     source.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
                 QFileDevice::AutoCloseHandle);
-    const FileState opened = FileState::ofDescriptor(descriptor);
-    if (!opened.isRegular()) {
+    hash.reset();
+    if (!FileState::ofDescriptor(descriptor).isRegular()) {
         endFile(QStringLiteral("It is not a regular file"));
-    } else if (opened != record.state) {
-        endFile(QStringLiteral("It has changed"));
-    } else {
-        hash.reset();
     }
     return true;
 }
@@ -101,7 +97,7 @@ void FileHasher::endFile(const QString &error)
     FileRecord &record = files[position];
     record.error = error;
     if (error.isEmpty() && FileState::ofDescriptor(source.handle()) != record.state) {
-        record.error = QStringLiteral("It changed while it was read");
+        record.error = QStringLiteral("It has changed");
     }
     if (record.error.isEmpty()) {
         record.sha256 = hash.result().toHex();

@@ -102,11 +102,14 @@ void Report::addError(const QString &message)
     }
 }
 
-/// Shows a message of the plug-in; the stitcher's output arrives in chunks and stays as it is.
+/// Shows a message of the plug-in; the stitcher's output arrives in chunks and stays as it is. It may
+/// overwrite its own lines to show progress.
 void Report::relay(Stream *stream, const QString &message)
 {
     if (source == Source::Stitcher) {
-        write(stream, (stream->isTerminal ? safeOutput(message) : message).toLocal8Bit());
+        const QString shown
+            = stream->isTerminal ? safeText(message, QStringLiteral("\n\t\r")) : message;
+        write(stream, shown.toLocal8Bit());
     } else {
         writeLine(stream, message);
     }
@@ -242,7 +245,7 @@ void Report::printRows(std::vector<Cells> rows)
     for (Cells &cells : rows) {
         for (std::size_t column = 0; column < cells.size(); ++column) {
             QString &text = cells[column].text;
-            text = output.isTerminal ? safeLine(text) : text;
+            text = output.isTerminal ? safeText(text, QString()) : text;
             widths[column] = std::max(widths[column], text.length() + columnGap);
         }
     }

@@ -18,7 +18,9 @@ bool isHarmful(QChar character)
         || (code >= firstIsolate && code <= lastIsolate);
 }
 
-QString escaped(const QString &text, const QString &allowed)
+} // namespace
+
+QString safeText(const QString &text, const QString &allowed)
 {
     QString safe;
     safe.reserve(text.length());
@@ -30,21 +32,4 @@ QString escaped(const QString &text, const QString &allowed)
         }
     }
     return safe;
-}
-
-} // namespace
-
-QString safeText(const QString &text)
-{
-    return escaped(text, QStringLiteral("\n\t"));
-}
-
-QString safeOutput(const QString &text)
-{
-    return escaped(text, QStringLiteral("\n\t\r"));
-}
-
-QString safeLine(const QString &text)
-{
-    return escaped(text, QString());
 }
