@@ -54,6 +54,7 @@ private slots:
         row("data views", "-d GOOD info", 0, "Data views +GPIO Settings\n$", none);
         row("targets", "targets", 0, "\nVeldmark D1 Phone - Unsigned Zorv +\\d", none);
         row("targets of no plug-in", "--plugin nope.so targets", 3, none, "No plug-in found");
+        row("image twice", "build -o a --image b", 2, none, "cannot be combined");
         row("names and JSON", "--json ingredients --names", 2, "cannot be combined",
             "cannot be combined");
         row("target", "--target Nowhere info", 3, none, "\"Nowhere\". Targets: \"Veldmark");

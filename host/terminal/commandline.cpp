@@ -153,25 +153,22 @@ void checkArguments(CommandLine *commandLine)
 
 void checkCombinations(const QCommandLineParser &parser, CommandLine *commandLine)
 {
-    if (!commandLine->pluginFile.isEmpty() && !commandLine->target.isEmpty()) {
-        reject(commandLine, QStringLiteral("--plugin and --target cannot be combined."));
-    }
-    if (commandLine->isQuiet && commandLine->isVerbose) {
-        reject(commandLine, QStringLiteral("--quiet and --verbose cannot be combined."));
-    }
-    if (commandLine->areNamesWanted && commandLine->isJson) {
-        reject(commandLine, QStringLiteral("--names and --json cannot be combined."));
+    const auto forbid = [&](const char *first, const char *second) {
+        if (parser.isSet(QLatin1String(first)) && parser.isSet(QLatin1String(second))) {
+            reject(
+                commandLine,
+                QStringLiteral("%1 and %2 cannot be combined.").arg(dashed(first), dashed(second)));
+        }
+    };
+    forbid("plugin", "target");
+    forbid("quiet", "verbose");
+    forbid("names", "json");
+    forbid("dry-run", "manifest");
+    if (commandLine->outputFile.isEmpty()) {
+        forbid("output", "image"); // They are the same.
     }
     if (commandLine->isLocked && commandLine->projectFile.isEmpty()) {
         reject(commandLine, QStringLiteral("--locked needs --project."));
-    }
-    if (commandLine->isDryRun && !commandLine->manifestFile.isEmpty()) {
-        reject(commandLine, QStringLiteral("--dry-run and --manifest cannot be combined."));
-    }
-    if (parser.isSet(QStringLiteral("image")) && parser.isSet(QStringLiteral("output"))
-        && commandLine->outputFile.isEmpty()) {
-        reject(commandLine,
-               QStringLiteral("--output and --image are the same here; give one of them."));
     }
     const QLatin1String standardInput(standardInputName);
     if (commandLine->arguments.count(standardInput) + (commandLine->configInput == standardInput)
