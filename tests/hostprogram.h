@@ -48,17 +48,10 @@ public:
         environment.remove("XDG_RUNTIME_DIR");
     }
 
-    /// The words of a command line, with the samples' names filled in.
-    QStringList words(const QString &line) const
-    {
-        return line.split(' ', Qt::SkipEmptyParts)
-            .replaceInStrings("GOOD", samples.filePath("good"))
-            .replaceInStrings("BROKEN", samples.filePath("broken"));
-    }
-
+    /// Runs the host with the words of @p line; GOOD and BROKEN are the samples.
     Run start(const QString &line) const
     {
-        return run(HOST_PROGRAM, words(line));
+        return run(HOST_PROGRAM, line.split(' ', Qt::SkipEmptyParts));
     }
     /// Runs a shell script, in which the host is loomwright.
     Run shell(const QString &script) const
@@ -76,8 +69,10 @@ public:
     QProcessEnvironment environment;
 
 private:
-    Run run(const QString &file, const QStringList &arguments) const
+    Run run(const QString &file, QStringList arguments) const
     {
+        arguments.replaceInStrings("GOOD", samples.filePath("good"))
+            .replaceInStrings("BROKEN", samples.filePath("broken"));
         QProcess program;
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(folder->path());
