@@ -172,11 +172,10 @@ private slots:
                  QByteArray(reason.isEmpty() ? "log" : ""));
         QCOMPARE(readFile(image), QByteArray(reason.isEmpty() ? "new" : ""));
         QCOMPARE(readFile(input), QByteArray("input"));
-        const QString kept = result.reason.section("The complete image is ", 1)
-                                 .chopped(result.reason.contains("The complete image is ") ? 1 : 0);
-        if (!kept.isEmpty()) {
-            QCOMPARE(readFile(kept), QByteArray("new"));
-            QVERIFY(QDir(QFileInfo(kept).path()).removeRecursively());
+        if (!result.keptDirectory.isEmpty()) {
+            QCOMPARE(readFile(result.keptDirectory + "/i.bin"), QByteArray("new"));
+            QVERIFY(result.reason.contains("The complete image is " + result.keptDirectory));
+            QVERIFY(QDir(result.keptDirectory).removeRecursively());
         }
         QDir(folder->filePath("place.moved")).removeRecursively();
     }
