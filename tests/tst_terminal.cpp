@@ -79,7 +79,7 @@ private slots:
             none);
         row("check", "-d GOOD --image i.bin check", 0, "^14 checks: 14 passed, 0 failed\n$", none);
         row("check, verbose", "-v -d GOOD --image i.bin check", 0,
-            "Status bridge.*\npass .*14 checks: 14 passed, 0 failed\n$", none);
+            "^Result .*\npass .*14 checks: 14 passed, 0 failed\n$", "Status bridge");
         row("check of the broken one", "-d BROKEN --image i.bin check", 1,
             "FAIL +Host FW +2 candidates found; HostFW_\\S+.bin is used .*/HostFW_1.4.2.bin.*\n"
             "FAIL +Legacy XML Data File +ERROR: Offset.*\nFAIL +Legacy XML Data File +ERROR: "

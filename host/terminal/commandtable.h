@@ -33,13 +33,6 @@ enum class CommandNeeds {
     Inputs  ///< A plug-in to which the inputs of the command line have been applied.
 };
 
-/// What a command does with problems and standard output.
-enum class CommandStyle {
-    Plain,
-    ListsProblems, ///< It shows all problems itself.
-    WritesContent  ///< Without --output, it writes the content of a file to standard output.
-};
-
 /// A command, for the parser and the help.
 struct CommandInfo {
     const char *name;
@@ -49,10 +42,10 @@ struct CommandInfo {
     std::vector<OptionInfo> options; ///< The command's own options.
     const char *example;
     CommandNeeds needs;
-    CommandStyle style;
     /// Runs the command; returns the program's exit status. Null for a command that only shows
     /// help.
     int (*function)(CommandContext &context);
+    bool listsProblems = false; ///< Whether it shows all problems itself.
 
     int minArguments() const;
     int maxArguments() const;

@@ -134,7 +134,7 @@ void applyInputs(CommandContext &context)
     if (commandLine.isLocked && hasProject && goesOn()) {
         checkLock(context, project);
     }
-    if (context.plugin->isLoaded() && commandLine.command->style != CommandStyle::ListsProblems) {
+    if (context.plugin->isLoaded() && !commandLine.command->listsProblems) {
         printRejections(context);
     }
 }

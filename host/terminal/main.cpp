@@ -158,11 +158,6 @@ int runCommand(const CommandLine &commandLine, const SignalWatch &signalWatch, R
         // Qt would resolve relative paths against the root directory.
         return report->addFailure(QStringLiteral("The current directory no longer exists."));
     }
-    const bool writesToOutput = commandLine.outputFile.isEmpty()
-        && commandLine.command->style == CommandStyle::WritesContent;
-    if (writesToOutput) {
-        report->keepOutputClean();
-    }
     CommandContext context{commandLine, *report, signalWatch};
     if (context.isInterrupted()) {
         return Failed;

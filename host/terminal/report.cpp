@@ -65,15 +65,9 @@ Report::Report(Format outputFormat, Verbosity outputVerbosity, const SignalWatch
     , errors{STDERR_FILENO, isatty(STDERR_FILENO) == 1, true}
     , hasColour(output.isTerminal && qEnvironmentVariableIsEmpty("NO_COLOR")
                 && qgetenv("TERM") != "dumb")
-    , isStatusOnError(outputFormat == Format::Json)
     , signalWatch(watch)
     , writer(watch)
 {
-}
-
-void Report::keepOutputClean()
-{
-    isStatusOnError = true;
 }
 
 void Report::setSource(Source messageSource)
@@ -89,8 +83,10 @@ bool Report::isVerbose() const
 void Report::addStatus(const QString &message)
 {
     addMessage("status", message);
-    if (source == Source::Plugin ? isVerbose() : verbosity != Verbosity::Quiet) {
-        relay(isStatusOnError ? &errors : &output, message);
+    const bool isPlugin = source == Source::Plugin;
+    if (isPlugin ? isVerbose() : verbosity != Verbosity::Quiet) {
+        // Standard output is for results alone.
+        relay(isPlugin || format == Format::Json ? &errors : &output, message);
     }
 }
 

@@ -37,7 +37,7 @@ public:
     enum class Verbosity { Quiet, Normal, Verbose };
     /// Where the messages that the plug-in relays come from.
     enum class Source {
-        Plugin,     ///< The plug-in itself: status is shown with --verbose.
+        Plugin,     ///< The plug-in itself: status is shown with --verbose, on standard error.
         Validation, ///< The report on a data file: status is hidden by --quiet.
         Stitcher    ///< The stitcher's output, passed on in chunks: status is hidden by --quiet.
     };
@@ -45,8 +45,6 @@ public:
     /// @param watch must outlive this object
     Report(Format outputFormat, Verbosity outputVerbosity, const SignalWatch &watch);
 
-    /// Sends the plug-in's status to standard error, because standard output holds a configuration.
-    void keepOutputClean();
     void setSource(Source messageSource);
 
     void addStatus(const QString &message);
@@ -115,7 +113,6 @@ private:
     Stream output;
     Stream errors;
     bool hasColour;
-    bool isStatusOnError;
     const SignalWatch &signalWatch;
     Output writer;
     QJsonArray messages;
