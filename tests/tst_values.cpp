@@ -176,6 +176,7 @@ private slots:
         row("loaded again", "broken/platform/veldmark-d1.xml", 2);
         row("another ingredient", "good/firmware/probe/D1_ProbeSet.bin", 2);
         row("nothing", "good/README", 2);
+        row("a project that omits it", "", 2);
     }
     void dataFiles()
     {
@@ -184,7 +185,10 @@ private slots:
         const QString broken = samples.filePath("broken/platform/veldmark-d1.xml");
         QVERIFY(values->addFile(broken));
         QVERIFY(values->setValue("Host FW", "/kept"));
-        values->addFile(samples.filePath(input));
+        Project project = values->project();
+        project.entries = project.entries.mid(project.entries.count() - 1);
+        input.isEmpty() ? values->loadProject(project, {})
+                        : values->addFile(samples.filePath(input));
         int count = 0;
         for (const Problem &problem : values->problems()) {
             count += problem.kind == ProblemKind::Message ? 1 : 0;

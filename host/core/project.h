@@ -23,7 +23,7 @@ struct ProjectEntry {
     ValueKind kind = ValueKind::Text; ///< What @c value is.
     QString value;                    ///< An absolute path or empty, the chosen entry, or the text.
     qint64 size = -1;                 ///< Of an input file in a manifest, in bytes; else -1.
-    QByteArray sha256;                ///< Of the same file, in hexadecimal; else empty.
+    QByteArray sha256 = {};           ///< Of the same file, in hexadecimal; else empty.
 };
 
 /// What a manifest records of a build beyond the values.

@@ -424,13 +424,23 @@ bool Values::loadProject(const Project &newValues, const QString &file)
     if (!problem.isEmpty()) {
         return reject(prefix + problem);
     }
+    QList<ProjectEntry> entries = newValues.entries;
+    for (const Ingredient &loaded : loadedFiles()) {
+        const bool isOmitted
+            = std::none_of(entries.begin(), entries.end(), [&](const ProjectEntry &entry) {
+                  return ingredientFor(entry, ingredients())->id == loaded.id;
+              });
+        if (isOmitted) {
+            // It keeps its value, which it loses when the plug-in is renewed.
+            entries.append({loaded.id, ValueKind::File, loaded.text()});
+        }
+    }
     const bool taken = apply(DataFile::Set, [&] {
-        return std::all_of(
-            newValues.entries.begin(), newValues.entries.end(), [this](const ProjectEntry &entry) {
-                const auto current = ingredientFor(entry, ingredients());
-                settle(current->id);
-                return entry.value == current->text() || setText(*current, entry.value).isEmpty();
-            });
+        return std::all_of(entries.begin(), entries.end(), [this](const ProjectEntry &entry) {
+            const auto current = ingredientFor(entry, ingredients());
+            settle(current->id);
+            return entry.value == current->text() || setText(*current, entry.value).isEmpty();
+        });
     });
     if (!taken) {
         return reject(prefix + QStringLiteral("The values could not be applied."));
