@@ -88,10 +88,6 @@ private slots:
         QVERIFY(!action("Undo")->isEnabled());
         auto recent = window->findChild<KRecentFilesMenu *>();
         QCOMPARE(recent->recentFiles().value(0), QUrl::fromLocalFile(file));
-        for (int shown = 0; shown < 2; ++shown) {
-            emit recent->aboutToShow();
-            QVERIFY(recent->actions().first()->text().startsWith("<b>&&1.loomwright"));
-        }
     }
 
     void unsavedChanges_data()
@@ -131,8 +127,8 @@ private slots:
         action("Save project as")->trigger();
         QVERIFY(!action("Rescan")->isEnabled());
         drop(window.data(), {sample()});
-        QVERIFY(action("Rescan")->isEnabled());
-        QTRY_COMPARE(problemCount(), 0);
+        QTRY_VERIFY(action("Rescan")->isEnabled());
+        QCOMPARE(problemCount(), 0);
         writeFile(file, "{}");
         QTRY_VERIFY(problemRow("Project") >= 0);
         const QString *said = answerNextBox(answer);
@@ -344,11 +340,11 @@ private slots:
         auto page = window->findChild<QWidget *>("noPlugin");
         QVERIFY(page->isVisible());
         QVERIFY(page->findChild<QLabel *>("hint")->text().contains("/nope.so"));
-        for (const char *name : {"Build", "Open folder", "Add files", "Open project",
-                                 "Save project", "Save configuration", "Rescan", "Copy as"}) {
+        for (const char *name :
+             {"Build", "Open folder", "Add files", "Open project", "Save project",
+              "Save configuration", "Rescan", "Copy as", "Recent"}) {
             QVERIFY2(!action(name)->isEnabled(), name);
         }
-        QVERIFY(!action("Recent")->isVisible());
         // As from the list of recent files.
         window->open({writeFile(folder->filePath("c.txt"), "a = b\n"), sample()});
         window->build();

@@ -20,8 +20,6 @@
 #include "host/window/settingsdialog.h"
 #include "host/window/statustext.h"
 #include "host/window/terminalcommand.h"
-#include "host/window/undohistory.h"
-#include "host/window/windowactions.h"
 #include "host/window/windowlayout.h"
 #include "plugin/iloomwrightplugin.h"
 
@@ -94,10 +92,9 @@ QStringList droppedFiles(const QDropEvent &event)
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
-    , history(new UndoHistory(&session, this))
-    , actions(new WindowActions(this, history))
     , lowerPanes(new LowerPanes(this))
-    , projectFiles(new ProjectFiles(&session, actions->recentFiles, this))
+    , recentFiles(new KRecentFilesMenu(tr("&Recent"), this))
+    , projectFiles(new ProjectFiles(&session, recentFiles, this))
     , dropFrame(new QRubberBand(QRubberBand::Rectangle, this))
 {
     registerResources();
@@ -105,7 +102,7 @@ MainWindow::MainWindow(QWidget *parent)
     setAcceptDrops(true);
     createPanes();
     connectSession();
-    connectActions();
+    createActions();
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::keepFocus);
     restoreLayout(this, splitter, lowerPanes);
@@ -119,8 +116,6 @@ MainWindow::~MainWindow()
     lowerPanes->setPlugin(nullptr);
     disconnect(&session, nullptr, this, nullptr);
     disconnect(qApp, nullptr, this, nullptr);
-    // Its destructor emits signals when it clears the history.
-    disconnect(history, nullptr, this, nullptr);
     delete centralWidget();
 }
 
@@ -199,41 +194,6 @@ void MainWindow::connectSession()
             &BuildPane::setErrorLines);
 }
 
-void MainWindow::connectActions()
-{
-    actions->addViews(lowerPanes->viewActions());
-    actions->addRowActions(ingredientPane->rowActions());
-    // Store what is being typed before any action.
-    const auto connectTo = [this](QAction *action, auto *receiver, auto operation) {
-        connect(action, &QAction::triggered, receiver, [this, receiver, operation] {
-            delete notice;
-            ingredientPane->commitEditor();
-            (receiver->*operation)();
-        });
-    };
-    connectTo(actions->openFolder, projectFiles, &ProjectFiles::chooseFolder);
-    connectTo(actions->addFiles, projectFiles, &ProjectFiles::chooseFiles);
-    connectTo(actions->openProject, projectFiles, &ProjectFiles::chooseProject);
-    connectTo(actions->saveProject, projectFiles, &ProjectFiles::save);
-    connectTo(actions->saveProjectAs, projectFiles, &ProjectFiles::saveAs);
-    connectTo(actions->openConfiguration, projectFiles, &ProjectFiles::chooseConfiguration);
-    connectTo(actions->saveConfiguration, projectFiles, &ProjectFiles::saveConfigurationAs);
-    connectTo(actions->choosePlugin, this, &MainWindow::choosePlugin);
-    connectTo(actions->settings, this, &MainWindow::changeSettings);
-    connectTo(actions->rescan, &session, &Session::rescan);
-    connectTo(actions->nextProblem, problemPane, &ProblemPane::showNext);
-    connectTo(actions->searchLog, lowerPanes, &LowerPanes::searchLog);
-    connectTo(actions->build, this, &MainWindow::build);
-    connectTo(actions->stop, &session, &Session::stopBuild);
-    connectTo(actions->writeManifest, &session, &Session::writeManifest);
-    connectTo(actions->copyCommand, this, &MainWindow::copyCommand);
-    connect(actions->quit, &QAction::triggered, this, &QWidget::close);
-    connect(actions->about, &QAction::triggered, this, &MainWindow::showAbout);
-    connect(actions->recentFiles, &KRecentFilesMenu::urlTriggered, this,
-            [this](const QUrl &url) { open({url.toLocalFile()}); });
-    connect(history, &QUndoStack::indexChanged, this, [this] { actions->update(session); });
-}
-
 bool MainWindow::loadPlugin(const QStringList &candidates)
 {
     if (session.loadPlugin(candidates)) {
@@ -266,7 +226,7 @@ void MainWindow::showState()
     startHint->setVisible(isStart(session));
     problemPane->setProblems(shownProblems(session));
     ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
-    actions->update(session);
+    updateActions();
     showTitle();
 }
 

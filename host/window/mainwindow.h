@@ -12,16 +12,18 @@
 class BuildPane;
 class HintPage;
 class KMessageWidget;
+class KRecentFilesMenu;
 class KSqueezedTextLabel;
 class LowerPanes;
 class ProblemPane;
 class ProjectFiles;
+class QAction;
+class QMenu;
 class QRubberBand;
 class QSplitter;
 class QStackedWidget;
+class QToolBar;
 class QVBoxLayout;
-class UndoHistory;
-class WindowActions;
 
 /// The main window: connects panes and actions to the session.
 class MainWindow : public QMainWindow
@@ -52,9 +54,20 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    using Condition = bool (*)(const Session &);
+
     void createPanes();
     void connectSession();
-    void connectActions();
+
+    void createActions();
+    void createFileMenu(QToolBar *toolBar);
+    void createEditMenu();
+    void createViewMenu(const QToolBar *toolBar);
+    void createImageMenu(QToolBar *toolBar);
+    void updateActions();
+    template <typename Receiver, typename Operation>
+    QAction *add(QMenu *menu, const QString &text, const QString &shortcut, Receiver *receiver,
+                 Operation operation, Condition isPossible);
 
     void showPlugin();
     void showState();
@@ -71,9 +84,8 @@ private:
     std::optional<IngredientPane::FileRow> rowFor(const QDropEvent &event) const;
 
     Session session;
-    UndoHistory *history;
-    WindowActions *actions;
     LowerPanes *lowerPanes;
+    KRecentFilesMenu *recentFiles;
     ProjectFiles *projectFiles;
 
     QSplitter *splitter = nullptr;
@@ -88,4 +100,6 @@ private:
     ProblemPane *problemPane = nullptr;
     BuildPane *buildPane = nullptr;
     QRubberBand *dropFrame;
+    /// When each action is enabled.
+    QVector<QPair<QAction *, Condition>> conditions;
 };

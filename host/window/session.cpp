@@ -15,12 +15,15 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QUndoCommand>
+#include <QUndoStack>
 
 #include <algorithm>
 
 namespace {
 
 const char manifestSuffix[] = ".manifest.json";
+const int maxUndoSteps = 200;
 
 bool isUnchanged(const FileRecord &record)
 {
@@ -54,10 +57,46 @@ QString valueOf(const IngredientId &id, const Project &project)
 
 } // namespace
 
+/// A step of the history. It copies all values before and after it: they are small, and this fits
+/// every kind of step.
+class Session::ValuesCommand : public QUndoCommand
+{
+public:
+    ValuesCommand(Session *imageSession, const QString &text, const Snapshot &snapshotBefore,
+                  const Snapshot &snapshotAfter)
+        : QUndoCommand(text)
+        , session(imageSession)
+        , before(snapshotBefore)
+        , after(snapshotAfter)
+    {
+    }
+
+    void undo() override
+    {
+        session->restore(before);
+    }
+
+    void redo() override
+    {
+        // The stack also calls this for a new step, which has already been done.
+        if (std::exchange(isNew, false)) {
+            return;
+        }
+        session->restore(after);
+    }
+
+private:
+    Session *session;
+    Snapshot before;
+    Snapshot after;
+    bool isNew = true;
+};
+
 Session::Session(QObject *parent)
     : QObject(parent)
+    , undoStack(new QUndoStack(this))
 {
-    qRegisterMetaType<Snapshot>();
+    undoStack->setUndoLimit(maxUndoSteps);
     checkTimer.setSingleShot(true);
     checkTimer.setInterval(0);
     connect(&checkTimer, &QTimer::timeout, this, &Session::check);
@@ -98,8 +137,8 @@ bool Session::loadPlugin(const QStringList &candidates)
     // The plug-in proposes an image in the documents folder, which a new account may not have yet.
     QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     savedValues = project();
+    undoStack->clear();
     emit pluginChanged();
-    emit projectOpened();
     emit projectChanged();
     check();
     return true;
@@ -173,7 +212,7 @@ void Session::change(const QString &text, const std::function<void()> &operation
     checkSoon();
     const Snapshot after = snapshot();
     if (!after.values.hasSameValuesAs(before.values)) {
-        emit valuesChanged(text, before, after);
+        undoStack->push(new ValuesCommand(this, text, before, after));
     }
 }
 
@@ -280,7 +319,12 @@ void Session::setValue(const IngredientId &id, const QString &text)
            [&] { values->setValue(id, text); });
 }
 
-Snapshot Session::snapshot() const
+QUndoStack *Session::history() const
+{
+    return undoStack;
+}
+
+Session::Snapshot Session::snapshot() const
 {
     return {project(), values ? values->ambiguities() : Problems(), candidateFiles, directories};
 }
@@ -326,7 +370,7 @@ bool Session::openProject(const QString &file)
         // Saving a project over a manifest would lose the record of the build.
         setProjectFile(opened.build ? QString() : path);
         savedValues = project();
-        emit projectOpened();
+        undoStack->clear();
         emit projectChanged();
     }
     return taken;

@@ -17,6 +17,7 @@
 
 class ILoomwrightPlugin;
 class Plugin;
+class QUndoStack;
 class Values;
 
 /// How the image compares to the values.
@@ -29,16 +30,6 @@ enum class BuildState {
     Failed,   ///< The build from these values failed.
     Stopped   ///< The build from these values was stopped by the user.
 };
-
-/// Everything that undo restores.
-struct Snapshot {
-    Project values;       ///< The values of all ingredients.
-    Problems ambiguities; ///< Where one of several candidates is to be chosen.
-    QHash<IngredientId, QStringList> candidates; ///< All files that were found for an ingredient.
-    QStringList directories;                     ///< Where input files were found.
-};
-
-Q_DECLARE_METATYPE(Snapshot)
 
 /// The state of a window: a plug-in with the values of an image, their problems, the project file
 /// that they are saved in, and the builds.
@@ -80,10 +71,8 @@ public:
     bool hasDirectories() const;
     /// Sets one value; a path is resolved against the current directory. An empty text clears it.
     void setValue(const IngredientId &id, const QString &text);
-    /// The present values, to be restored later.
-    Snapshot snapshot() const;
-    /// Restores earlier values, for undo and redo; valuesChanged() is not emitted.
-    void restore(const Snapshot &earlier);
+    /// The user's changes to the values since the project was opened or the plug-in was loaded.
+    QUndoStack *history() const;
 
     /// Replaces the values with those of @p file. A manifest can be opened too, but does not become
     /// the project file.
@@ -152,10 +141,6 @@ signals:
     void busyChanged(bool isBusy);
     /// A text that belongs to no ingredient and should be shown once.
     void noticed(const QString &text);
-    /// The user has changed values; @p text names the change.
-    void valuesChanged(const QString &text, const Snapshot &before, const Snapshot &after);
-    /// Another project was opened or another plug-in loaded; the earlier values are gone.
-    void projectOpened();
     /// projectFile() or isModified() may have changed.
     void projectChanged();
     /// Values, problems, files or the state of the build have changed, and have been checked.
@@ -169,6 +154,18 @@ signals:
     void buildFinished(const BuildResult &result);
 
 private:
+    /// Everything that undo restores.
+    struct Snapshot {
+        Project values;       ///< The values of all ingredients.
+        Problems ambiguities; ///< Where one of several candidates is to be chosen.
+        QHash<IngredientId, QStringList>
+            candidates;          ///< All files that were found for an ingredient.
+        QStringList directories; ///< Where input files were found.
+    };
+    class ValuesCommand;
+
+    Snapshot snapshot() const;
+    void restore(const Snapshot &earlier);
     void run(const std::function<void()> &operation);
     void change(const QString &text, const std::function<void()> &operation);
     void dropPlugin(const QString &problem);
@@ -198,6 +195,7 @@ private:
     QString projectPath;
     FileState projectState;
     Project savedValues;
+    QUndoStack *undoStack;
     Project builtValues;
     BuildResult lastResult;
     BuildState lastState = BuildState::NotBuilt;
