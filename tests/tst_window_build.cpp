@@ -72,7 +72,7 @@ private slots:
         const QString *said = answerNextBox("Cancel");
         action("Build")->trigger();
         for (const char *problem :
-             {"Controller FW: File size is incorrect: 95,232 bytes required, found 95,000 bytes",
+             {"Controller FW: File size is incorrect: 95,000 bytes instead of 95,232 bytes",
               "Presigned Secure Annex: No file chosen", "Host FW: 2 candidates found",
               "Legacy XML Data File: Offset mismatch!", "<h1>drop/presigned"}) {
             QVERIFY2(said->contains(problem), qPrintable(*said));

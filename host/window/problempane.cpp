@@ -8,17 +8,16 @@
 #include "host/window/session.h"
 
 #include <QDir>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QTextDocument>
 
 namespace {
 
-/// Each row also holds the ingredient's key, which is not shown.
-enum Column { NameColumn, TextColumn, RequiredColumn, ActualColumn, FileColumn, KeyColumn };
+/// Each row also holds the ingredient's key and a tooltip, which have no column.
+enum Column { NameColumn, TextColumn, KeyColumn, ToolTipColumn };
 
-/// The width from which the file column is shown; below it, the problem needs the space.
-const int minCharactersForFile = 200;
 /// The tree above needs the height more.
 const int maxRows = 6;
 /// The list gets at most the window's height divided by this.
@@ -32,18 +31,16 @@ ProblemPane::ProblemPane(QWidget *parent)
 {
     setObjectName(QStringLiteral("problemList"));
     setAccessibleName(tr("Problems"));
-    setHeaderLabels({tr("Ingredient"), tr("Problem"), tr("Required"), tr("Actual"), tr("File")});
+    setHeaderLabels({tr("Ingredient"), tr("Problem")});
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
-    // The text and file columns share the remaining width.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(TextColumn, QHeaderView::Stretch);
-    header()->setSectionResizeMode(FileColumn, QHeaderView::Stretch);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     hide();
     // itemActivated() covers the keyboard.
@@ -55,14 +52,6 @@ ProblemPane::ProblemPane(QWidget *parent)
             choose(item);
         }
     });
-}
-
-void ProblemPane::resizeEvent(QResizeEvent *event)
-{
-    QTreeWidget::resizeEvent(event);
-    // A click leads to the row, which shows the file.
-    const int characters = width() / fontMetrics().averageCharWidth();
-    setColumnHidden(FileColumn, characters < minCharactersForFile);
 }
 
 void ProblemPane::choose(const QTreeWidgetItem *item)
@@ -84,12 +73,10 @@ void ProblemPane::setProblems(const Problems &problems)
 {
     QList<QStringList> newRows;
     for (const Problem &problem : problems) {
-        newRows << QStringList{problem.ingredient.name,
-                               textOf(problem),
-                               requiredText(problem),
-                               actualText(problem),
-                               QDir::toNativeSeparators(problem.files.join(tr(", "))),
-                               problem.ingredient.key};
+        const QString text = problemLine(problem);
+        const QStringList lines = QStringList(text) + problem.files;
+        newRows << QStringList{problem.ingredient.name, text, problem.ingredient.key,
+                               QDir::toNativeSeparators(lines.join(QLatin1Char('\n')))};
     }
     if (newRows == rows) {
         return;
@@ -99,9 +86,6 @@ void ProblemPane::setProblems(const Problems &problems)
     for (int i = 0; i < rows.count(); ++i) {
         addRow(problems.at(i), rows.at(i));
     }
-    for (const int column : {RequiredColumn, ActualColumn}) {
-        setColumnHidden(column, isColumnEmpty(column));
-    }
     setVisible(!rows.isEmpty());
     updateGeometry();
 }
@@ -110,28 +94,22 @@ void ProblemPane::addRow(const Problem &problem, const QStringList &row)
 {
     auto item = new QTreeWidgetItem(this, row);
     item->setIcon(NameColumn, markIcon(stateOf(problem)));
-    for (int column = 0; column < columnCount(); ++column) {
-        item->setToolTip(column, Qt::convertFromPlainText(row.at(column)));
+    for (const int column : {NameColumn, TextColumn}) {
+        item->setToolTip(column, Qt::convertFromPlainText(row.at(ToolTipColumn)));
     }
     if (problem.ingredient == Session::stitcherId()) {
-        auto link = new QLabel(tr("<a href='settings'>Settings…</a>"), this);
+        auto cell = new QWidget(this);
+        auto layout = new QHBoxLayout(cell);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addStretch();
+        auto link = new QLabel(tr("<a href='settings'>Settings…</a>"), cell);
         connect(link, &QLabel::linkActivated, this, &ProblemPane::settingsRequested);
         // It must be readable on a selected row.
         link->setAutoFillBackground(true);
         link->setBackgroundRole(QPalette::Base);
-        setItemWidget(item, RequiredColumn, link);
+        layout->addWidget(link);
+        setItemWidget(item, TextColumn, cell);
     }
-}
-
-bool ProblemPane::isColumnEmpty(int column) const
-{
-    for (int i = 0; i < topLevelItemCount(); ++i) {
-        QTreeWidgetItem *item = topLevelItem(i);
-        if (!item->text(column).isEmpty() || itemWidget(item, column)) {
-            return false;
-        }
-    }
-    return true;
 }
 
 int ProblemPane::heightOfRows(int count) const

@@ -31,15 +31,11 @@ signals:
     /// The user wants to change the settings.
     void settingsRequested();
 
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
     void choose(const QTreeWidgetItem *item);
     void addRow(const Problem &problem, const QStringList &row);
-    bool isColumnEmpty(int column) const;
     int heightOfRows(int count) const;
 
-    /// The text of every column of every row.
+    /// The texts of every row.
     QList<QStringList> rows;
 };

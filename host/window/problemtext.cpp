@@ -16,6 +16,23 @@ QString tr(const char *text)
     return QCoreApplication::translate("ProblemText", text);
 }
 
+/// What is wrong, without what its mark shows.
+QString textOf(const Problem &problem)
+{
+    const QLatin1String prefix("ERROR: ");
+    const QString text = isMissingFile(problem) ? tr("No file chosen") : problem.text;
+    return text.startsWith(prefix) ? text.mid(prefix.size()) : text;
+}
+
+/// A required or actual value, which may be a size.
+QString sizeOr(const QString &value, qint64 size)
+{
+    if (size >= 0) {
+        return bytesText(size);
+    }
+    return value == QLatin1String("a directory") ? tr("a folder") : value;
+}
+
 } // namespace
 
 QString bytesText(qint64 size)
@@ -33,32 +50,14 @@ RowState stateOf(const Problem &problem)
     return problem.severity == Severity::Warning ? RowState::Warning : RowState::Problem;
 }
 
-QString textOf(const Problem &problem)
-{
-    const QLatin1String prefix("ERROR: ");
-    const QString text = isMissingFile(problem) ? tr("No file chosen") : problem.text;
-    return text.startsWith(prefix) ? text.mid(prefix.size()) : text;
-}
-
-QString requiredText(const Problem &problem)
-{
-    return problem.requiredSize >= 0 ? bytesText(problem.requiredSize) : problem.required;
-}
-
-QString actualText(const Problem &problem)
-{
-    if (problem.actualSize >= 0) {
-        return bytesText(problem.actualSize);
-    }
-    return problem.actual == QLatin1String("a directory") ? tr("a folder") : problem.actual;
-}
-
 QString problemLine(const Problem &problem)
 {
-    const QString required = requiredText(problem);
-    const QString actual = actualText(problem);
-    if (required.isEmpty() || actual.isEmpty()) {
-        return textOf(problem);
+    const QString text = textOf(problem);
+    const QString required = sizeOr(problem.required, problem.requiredSize);
+    if (required.isEmpty()) {
+        return text;
     }
-    return tr("%1: %2 required, found %3").arg(textOf(problem), required, actual);
+    const QString actual = sizeOr(problem.actual, problem.actualSize);
+    return actual.isEmpty() ? tr("%1: %2 required").arg(text, required)
+                            : tr("%1: %2 instead of %3").arg(text, actual, required);
 }

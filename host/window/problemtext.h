@@ -14,11 +14,6 @@ QString bytesText(qint64 size);
 bool isMissingFile(const Problem &problem);
 /// How a row with @p problem is marked.
 RowState stateOf(const Problem &problem);
-/// What is wrong, without what its mark shows.
-QString textOf(const Problem &problem);
-/// What @p problem requires; may be empty.
-QString requiredText(const Problem &problem);
-/// What is there instead; may be empty.
-QString actualText(const Problem &problem);
-/// @p problem in one line, without the ingredient and the file.
+/// @p problem in one line, with what is required and found, without the ingredient, the file and what
+/// its mark shows.
 QString problemLine(const Problem &problem);
