@@ -139,10 +139,9 @@ private slots:
         QVERIFY(list);
         QTRY_VERIFY(list->view()->isVisible());
         QTest::keyClick(list->view(), Qt::Key_Down);
-        QCOMPARE(items.index(0, 0).data(Qt::EditRole).value<Choice>().selectedIndex, 0);
+        QCOMPARE(textOf(items.index(0, 0).data(Qt::EditRole)), QString("A"));
         QTest::keyClick(list->view(), Qt::Key_Return);
-        QTRY_COMPARE(items.index(0, 0).data(Qt::EditRole).value<Choice>().selectedIndex, 1);
-        QCOMPARE(items.index(0, 0).data(Qt::EditRole).value<Choice>().choices.count(), 3);
+        QTRY_COMPARE(textOf(items.index(0, 0).data(Qt::EditRole)), QString("B"));
     }
 
     void dropOnARow_data()
@@ -192,8 +191,7 @@ private slots:
         const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
         tree->scrollTo(cell);
         const QRect rect = tree->visualRect(cell);
-        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
-                          {rect.right() - 10, rect.center().y()});
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
         QLineEdit *line = tree->findChild<QLineEdit *>();
         QAbstractItemView *list = line->completer()->popup();
         QTRY_VERIFY(list->isVisible());

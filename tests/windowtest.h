@@ -132,9 +132,7 @@ public:
     }
     void setValue(const QString &name, const QString &text)
     {
-        QVariant newValue;
-        QCOMPARE(valueFromText(text, valueCell(name).data(Qt::EditRole), &newValue), QString());
-        QVERIFY(model()->setData(valueCell(name), newValue, Qt::EditRole));
+        model()->setData(valueCell(name), text, Qt::EditRole);
     }
     void setImage()
     {

@@ -15,8 +15,10 @@
 #include <QTimer>
 #include <QToolButton>
 
-FilePathEditor::FilePathEditor(QWidget *parent)
+FilePathEditor::FilePathEditor(const FilePath &current, const QStringList &candidates,
+                               QWidget *parent)
     : QWidget(parent)
+    , value(current)
     , pathLine(new QLineEdit(this))
     , browseButton(new QToolButton(this))
 {
@@ -26,6 +28,8 @@ FilePathEditor::FilePathEditor(QWidget *parent)
     layout->addWidget(pathLine);
     layout->addWidget(browseButton);
 
+    pathLine->setText(QDir::toNativeSeparators(value.fileName));
+    pathLine->selectAll();
     pathLine->setAccessibleName(tr("Path"));
     pathLine->setFrame(false);
     // The window handles drops: the line would insert a URL instead of a path.
@@ -36,6 +40,9 @@ FilePathEditor::FilePathEditor(QWidget *parent)
     setFocusProxy(pathLine);
     setAutoFillBackground(true);
 
+    if (!candidates.isEmpty()) {
+        offer(candidates);
+    }
     connect(browseButton, &QToolButton::clicked, this, &FilePathEditor::browse);
     connect(qApp, &QApplication::focusChanged, this, &FilePathEditor::followFocus);
 }
@@ -46,19 +53,9 @@ FilePathEditor::~FilePathEditor()
     disconnect(qApp, nullptr, this, nullptr);
 }
 
-void FilePathEditor::setFilePath(const FilePath &newFilePath)
+void FilePathEditor::offer(const QStringList &candidates)
 {
-    value = newFilePath;
-    pathLine->setText(QDir::toNativeSeparators(value.fileName));
-    pathLine->selectAll();
-}
-
-void FilePathEditor::setCandidates(const QStringList &files)
-{
-    if (files.isEmpty()) {
-        return;
-    }
-    auto completer = new QCompleter(files, this);
+    auto completer = new QCompleter(candidates, this);
     completer->setFilterMode(Qt::MatchContains);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->popup()->setTextElideMode(Qt::ElideLeft);
@@ -69,21 +66,18 @@ void FilePathEditor::setCandidates(const QStringList &files)
     QTimer::singleShot(0, completer, [completer] { completer->complete(); });
 }
 
-FilePath FilePathEditor::filePath() const
+QString FilePathEditor::path() const
 {
-    FilePath edited = value;
-    edited.fileName = typedPath(pathLine->text());
-    return edited;
+    return typedPath(pathLine->text());
 }
 
 void FilePathEditor::browse()
 {
     // This editor must be the parent: the view closes an editor when any other widget gets the
     // focus.
-    const QString current = filePath().fileName;
     choose(value.isInput
-               ? QFileDialog::getOpenFileName(this, tr("Choose a file"), current, value.fileFilter)
-               : QFileDialog::getSaveFileName(this, tr("Choose the file to write"), current,
+               ? QFileDialog::getOpenFileName(this, tr("Choose a file"), path(), value.fileFilter)
+               : QFileDialog::getSaveFileName(this, tr("Choose the file to write"), path(),
                                               value.fileFilter));
 }
 

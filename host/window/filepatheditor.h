@@ -14,16 +14,18 @@ class QToolButton;
 class FilePathEditor : public QWidget
 {
     Q_OBJECT
+    /// What a delegate stores.
+    Q_PROPERTY(QString path READ path USER true)
 
 public:
-    explicit FilePathEditor(QWidget *parent = nullptr);
+    /// Edits the path of @p current. Offers @p candidates in a list that is searched for what the
+    /// user types.
+    FilePathEditor(const FilePath &current, const QStringList &candidates,
+                   QWidget *parent = nullptr);
     ~FilePathEditor() override;
 
-    void setFilePath(const FilePath &newFilePath);
-    /// Offers @p files in a list that is searched for what the user types.
-    void setCandidates(const QStringList &files);
-    /// The value that was set, with the edited path.
-    FilePath filePath() const;
+    /// The edited path.
+    QString path() const;
 
     /// Opens a dialog to choose a file, for opening or saving as the value requires, in the folder
     /// of the current one.
@@ -34,6 +36,7 @@ signals:
     void finished();
 
 private:
+    void offer(const QStringList &candidates);
     void choose(const QString &file);
     void followFocus(const QWidget *old, const QWidget *now);
 

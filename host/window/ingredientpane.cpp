@@ -21,9 +21,13 @@
 
 namespace {
 
-/// The pane widths from which the size and date columns are shown.
-const int minCharactersForSize = 100;
-const int minCharactersForDate = 140;
+/// The pane width from which an additional column is shown.
+const struct {
+    IngredientProxyModel::ExtraColumn column;
+    int minCharacters;
+} extraColumns[] = {{IngredientProxyModel::SizeColumn, 110},
+                    {IngredientProxyModel::ModifiedColumn, 140},
+                    {IngredientProxyModel::FolderColumn, 80}};
 
 } // namespace
 
@@ -50,7 +54,6 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     tree->setAllColumnsShowFocus(true);
     tree->setTextElideMode(Qt::ElideMiddle);
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    tree->header()->setStretchLastSection(false);
     setEditable(true);
     connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &IngredientPane::updateActions);
@@ -68,7 +71,13 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
 
     connect(tree, &QTreeView::activated, this, &IngredientPane::edit);
     connect(tree, &QWidget::customContextMenuRequested, this, &IngredientPane::showMenu);
-    connect(delegate, &IngredientDelegate::editRequested, this, &IngredientPane::edit);
+    connect(tree, &QTreeView::clicked, this, [this](const QModelIndex &index) {
+        const bool hasCandidates
+            = !index.data(IngredientProxyModel::CandidatesRole).toStringList().isEmpty();
+        if (hasCandidates && model->buddy(index) == index) {
+            edit(index);
+        }
+    });
     connect(delegate, &IngredientDelegate::editingChanged, session, &Session::setEditing);
     connect(session, &Session::pluginAboutToChange, this, &IngredientPane::detach);
     connect(session, &Session::pluginChanged, this, &IngredientPane::attach);
@@ -91,10 +100,6 @@ void IngredientPane::attach()
     model->setSourceModel(manager->getIngredients());
     model->update();
     tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    const Ingredients all = session->ingredients();
-    if (!all.isEmpty()) {
-        tree->header()->setSectionResizeMode(all.first().index.column(), QHeaderView::Stretch);
-    }
     hideColumns();
     tree->expandAll();
     hideRows();
@@ -103,7 +108,7 @@ void IngredientPane::attach()
     tree->setCurrentIndex(cell.isValid() ? cell : model->index(0, 0, model->index(0, 0)));
 }
 
-/// Hides the columns that the plug-in wants hidden. In a narrow window also hides date and size,
+/// Hides the columns that the plug-in wants hidden. In a narrow window also hides the additional ones,
 /// which the tooltip shows too, to leave room for the value.
 void IngredientPane::hideColumns()
 {
@@ -116,10 +121,10 @@ void IngredientPane::hideColumns()
             column, !session->root()->getIngredientManager()->ingredientColumnIsVisible(column));
     }
     const int characters = width() / fontMetrics().averageCharWidth();
-    tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::SizeColumn),
-                          characters < minCharactersForSize);
-    tree->setColumnHidden(model->proxyColumnForExtraColumn(IngredientProxyModel::ModifiedColumn),
-                          characters < minCharactersForDate);
+    for (const auto &extra : extraColumns) {
+        tree->setColumnHidden(model->proxyColumnForExtraColumn(extra.column),
+                              characters < extra.minCharacters);
+    }
     // Long names and other columns leave room for the values.
     tree->header()->setMaximumSectionSize(width() / 2);
 }

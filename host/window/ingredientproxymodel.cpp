@@ -8,9 +8,11 @@
 #include "host/window/session.h"
 #include "model/filepath.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+#include <QPalette>
 
 namespace {
 
@@ -39,6 +41,16 @@ QString stateText(RowState state)
     return IngredientProxyModel::tr("has problems");
 }
 
+/// The name of @p file, with the number of files to choose from.
+QString fileText(const QString &file, int candidateCount)
+{
+    const QString name
+        = file.isEmpty() ? IngredientProxyModel::tr("no file chosen") : QFileInfo(file).fileName();
+    return candidateCount == 0 ? name
+                               : IngredientProxyModel::tr("%1 (%2 candidates ▾)")
+                                     .arg(name, QLocale().toString(candidateCount));
+}
+
 } // namespace
 
 IngredientProxyModel::IngredientProxyModel(Session *imageSession, QObject *parent)
@@ -47,6 +59,7 @@ IngredientProxyModel::IngredientProxyModel(Session *imageSession, QObject *paren
 {
     appendColumn(tr("Size"));
     appendColumn(tr("Modified"));
+    appendColumn(tr("Folder"));
 }
 
 QModelIndex IngredientProxyModel::buddy(const QModelIndex &index) const
@@ -80,17 +93,7 @@ QVariant IngredientProxyModel::data(const QModelIndex &index, int role) const
     if (index.column() == 0 && row.ingredient.index.isValid()) {
         return nameData(index, row, role);
     }
-    QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
-    switch (role) {
-    case Qt::DisplayRole:
-        return kindOf(value) == ValueKind::File ? QDir::toNativeSeparators(textOf(value))
-            : kindOf(value) == ValueKind::Other ? value
-                                                : textOf(value);
-    case Qt::EditRole:
-        return value;
-    default:
-        return KExtraColumnsProxyModel::data(index, role);
-    }
+    return valueData(index, row, role);
 }
 
 QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row, int role) const
@@ -104,22 +107,61 @@ QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row
     return KExtraColumnsProxyModel::data(index, role);
 }
 
+/// The data of a value or of another text of the plug-in.
+QVariant IngredientProxyModel::valueData(const QModelIndex &index, const Row &row, int role) const
+{
+    const QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
+    const bool isFile = kindOf(value) == ValueKind::File;
+    const QString file = isFile ? textOf(value) : QString();
+    switch (role) {
+    case Qt::EditRole:
+        return value;
+    case Qt::DisplayRole:
+        return isFile                           ? fileText(file, row.candidates.count())
+            : kindOf(value) == ValueKind::Other ? value
+                                                : textOf(value);
+    case Qt::ForegroundRole:
+        if (isFile && !row.candidates.isEmpty()) {
+            return QApplication::palette().brush(QPalette::Link);
+        }
+        if (isFile && file.isEmpty()) {
+            return QApplication::palette().brush(QPalette::PlaceholderText);
+        }
+        break;
+    default:
+        break;
+    }
+    return KExtraColumnsProxyModel::data(index, role);
+}
+
 QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int row, int extraColumn,
                                                int role) const
 {
-    const Row file = rows.value({parent.row(), row});
-    if (role != Qt::DisplayRole || file.size < 0) {
+    const Row shown = rows.value({parent.row(), row});
+    if (extraColumn == FolderColumn && role == Qt::ForegroundRole) {
+        return QApplication::palette().brush(QPalette::PlaceholderText);
+    }
+    if (role != Qt::DisplayRole || kindOf(shown.ingredient.value) != ValueKind::File) {
         return {};
     }
-    return extraColumn == SizeColumn ? bytesText(file.size)
-                                     : QLocale().toString(file.modified, QLocale::ShortFormat);
+    const QString file = shown.ingredient.text();
+    if (extraColumn == FolderColumn) {
+        return file.isEmpty() ? QString() : QDir::toNativeSeparators(QFileInfo(file).path());
+    }
+    if (shown.size < 0) {
+        return {};
+    }
+    return extraColumn == SizeColumn ? bytesText(shown.size)
+                                     : QLocale().toString(shown.modified, QLocale::ShortFormat);
 }
 
-/// Passes the value to the session, which also replaces the model if the value is a data file.
+/// Passes the value to the session, which also replaces the model if the value is a data file. The
+/// plug-in acts on every write as a change, so an unchanged value is not written.
 bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const auto ingredient = ingredientAt(index);
-    if (role != Qt::EditRole || !ingredient || ingredient->index.column() != index.column()) {
+    if (role != Qt::EditRole || !ingredient || ingredient->index.column() != index.column()
+        || textOf(value) == textOf(data(index, Qt::EditRole))) {
         return false;
     }
     session->setValue(ingredient->id, textOf(value));

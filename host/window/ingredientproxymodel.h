@@ -16,8 +16,8 @@
 class Session;
 
 /// Presents the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark
-/// for the state of each row, and two additional columns with the size and date of the file. The
-/// edit role returns the values themselves; edited values are passed to the session.
+/// for the state of each row, and additional columns with the size, date and folder of the file. The
+/// edit role returns the values themselves; edited values are passed to the session as text.
 class IngredientProxyModel : public KExtraColumnsProxyModel
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     };
 
     /// The columns after those of the source.
-    enum ExtraColumn { SizeColumn, ModifiedColumn };
+    enum ExtraColumn { SizeColumn, ModifiedColumn, FolderColumn };
 
     explicit IngredientProxyModel(Session *imageSession, QObject *parent = nullptr);
 
@@ -61,6 +61,7 @@ private:
     Row rowOf(const Ingredient &ingredient) const;
     RowKey rowKey(const QModelIndex &index) const;
     QVariant nameData(const QModelIndex &index, const Row &row, int role) const;
+    QVariant valueData(const QModelIndex &index, const Row &row, int role) const;
     QString toolTipOf(const Row &row) const;
 
     Session *session;
