@@ -5,21 +5,17 @@
 
 #include "host/core/stagedfile.h"
 #include "host/window/marks.h"
-#include "host/window/messages.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
-#include <QClipboard>
 #include <QEvent>
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QMimeData>
 #include <QPlainTextEdit>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
@@ -46,36 +42,6 @@ bool isAtEnd(const QTextCursor &cursor)
     return cursor.block() == cursor.document()->lastBlock();
 }
 
-/// The text between two positions of @p document without lines that the filter hides.
-QString visibleText(const QTextDocument &document, int start, int end)
-{
-    QStringList lines;
-    for (QTextBlock block = document.findBlock(start); block.isValid() && block.position() <= end;
-         block = block.next()) {
-        if (block.isVisible()) {
-            const int from = qMax(0, start - block.position());
-            lines << block.text().mid(from, end - block.position() - from);
-        }
-    }
-    return lines.join(QLatin1Char('\n'));
-}
-
-/// Copies only what it shows.
-class LogView : public QPlainTextEdit
-{
-public:
-    using QPlainTextEdit::QPlainTextEdit;
-
-protected:
-    QMimeData *createMimeDataFromSelection() const override
-    {
-        const QTextCursor cursor = textCursor();
-        auto copied = new QMimeData;
-        copied->setText(visibleText(*document(), cursor.selectionStart(), cursor.selectionEnd()));
-        return copied;
-    }
-};
-
 /// Colours the lines of errors.
 class ErrorHighlighter : public QSyntaxHighlighter
 {
@@ -95,7 +61,7 @@ protected:
 
 LogPane::LogPane(QWidget *parent)
     : QWidget(parent)
-    , view(new LogView(this))
+    , view(new QPlainTextEdit(this))
     , highlighter(new ErrorHighlighter(view->document()))
     , droppedNotice(new QLabel(this))
     , searchLine(new QLineEdit(this))
@@ -188,17 +154,12 @@ QToolBar *LogPane::createBar()
     const auto add = [this, bar](const QString &name, auto operation) {
         QAction *action = bar->addAction(name, this, operation);
         bar->widgetForAction(action)->setFocusPolicy(Qt::StrongFocus);
-        return action;
     };
     add(tr("Previous"), [this] { search(QTextDocument::FindBackward); });
     add(tr("Next"), [this] { search(); });
     bar->addSeparator();
-    errorsOnly = add(tr("Errors only"), &LogPane::setErrorsOnly);
-    errorsOnly->setObjectName(QStringLiteral("logErrorsOnly"));
-    errorsOnly->setCheckable(true);
     add(tr("Next error"), &LogPane::showNextError);
     bar->addSeparator();
-    add(tr("Copy"), &LogPane::copy);
     add(tr("Clear"), &LogPane::clear);
     add(tr("Save…"), &LogPane::save);
 
@@ -272,34 +233,12 @@ void LogPane::showLines(int count)
         QTextBlock block = end.block();
         end.insertText(line.text + QLatin1Char('\n'));
         block.setUserState(line.state);
-        if (isHidden(block)) {
-            block.setVisible(false);
-            block.setLineCount(0);
-        }
         if (view->document()->blockCount() > view->maximumBlockCount()) {
             droppedNotice->show();
         }
     }
     end.endEditBlock();
     countBuildErrors();
-}
-
-bool LogPane::isHidden(const QTextBlock &block) const
-{
-    return errorsOnly->isChecked() && block.userState() == StatusLine;
-}
-
-void LogPane::setErrorsOnly(bool newErrorsOnly)
-{
-    errorsOnly->setChecked(newErrorsOnly);
-    QTextDocument *document = view->document();
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
-        block.setVisible(!isHidden(block));
-        block.setLineCount(block.isVisible() ? 1 : 0);
-    }
-    document->markContentsDirty(0, document->characterCount());
-    followsEnd = true;
-    followTimer.start();
 }
 
 void LogPane::focusSearch()
@@ -310,12 +249,23 @@ void LogPane::focusSearch()
 
 void LogPane::search(QTextDocument::FindFlags direction)
 {
-    find(QRegularExpression(QRegularExpression::escape(searchLine->text())), direction);
-}
-
-void LogPane::showNextError()
-{
-    find(QRegularExpression(QStringLiteral("^[0-9:.]+ ✖ .*")), {});
+    searchState->clear();
+    if (searchLine->text().isEmpty()) {
+        return;
+    }
+    QTextCursor from = view->textCursor();
+    const QString continued
+        = direction ? tr("Continued from the end") : tr("Continued from the start");
+    for (const QString &state : {QString(), continued}) {
+        const QTextCursor match = view->document()->find(searchLine->text(), from, direction);
+        if (!match.isNull()) {
+            view->setTextCursor(match);
+            searchState->setText(state);
+            return;
+        }
+        from.movePosition(direction ? QTextCursor::End : QTextCursor::Start);
+    }
+    searchState->setText(tr("Not found"));
 }
 
 void LogPane::startBuild()
@@ -339,22 +289,34 @@ void LogPane::countBuildErrors()
     emit buildErrorsChanged(count);
 }
 
+void LogPane::showNextError()
+{
+    showNext(ErrorLine);
+}
+
 void LogPane::showNextBuildError()
 {
-    searchState->clear();
+    showNext(lastBuild);
+}
+
+/// Selects the next line of at least @p state.
+void LogPane::showNext(int state)
+{
     QTextBlock next;
     for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
-        if (block.userState() != lastBuild) {
+        // An empty line cannot be selected, and the search would stay there.
+        if (block.userState() < state || block.text().isEmpty()) {
             continue;
         }
-        if (block.position() > view->textCursor().position()) {
+        const bool isAfterCursor = block.position() >= view->textCursor().position();
+        if (isAfterCursor || !next.isValid()) {
             next = block;
+        }
+        if (isAfterCursor) {
             break;
         }
-        if (!next.isValid()) {
-            next = block;
-        }
     }
+    searchState->setText(next.isValid() ? QString() : tr("Not found"));
     if (next.isValid()) {
         QTextCursor line(next);
         line.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
@@ -362,45 +324,10 @@ void LogPane::showNextBuildError()
     }
 }
 
-/// Selects the next match that is visible.
-void LogPane::find(const QRegularExpression &wanted, QTextDocument::FindFlags direction)
-{
-    searchState->clear();
-    if (wanted.pattern().isEmpty()) {
-        return;
-    }
-    QTextCursor from = view->textCursor();
-    const QString continued
-        = direction ? tr("Continued from the end") : tr("Continued from the start");
-    for (const QString &state : {QString(), continued}) {
-        QTextCursor match = from;
-        do {
-            match = view->document()->find(wanted, match, direction);
-        } while (!match.isNull() && !match.block().isVisible());
-        if (!match.isNull()) {
-            view->setTextCursor(match);
-            searchState->setText(state);
-            return;
-        }
-        from.movePosition(direction ? QTextCursor::End : QTextCursor::Start);
-    }
-    searchState->setText(tr("Not found"));
-}
-
 QString LogPane::text()
 {
     showLines(maxLines);
     return view->toPlainText();
-}
-
-void LogPane::copy()
-{
-    if (view->textCursor().hasSelection()) {
-        view->copy();
-    } else {
-        QApplication::clipboard()->setText(
-            visibleText(*view->document(), 0, view->document()->characterCount()));
-    }
 }
 
 void LogPane::clear()
@@ -426,7 +353,7 @@ void LogPane::save()
     }
     const QString problem = writeWhole(resolvedTarget(fileName), content.toUtf8());
     if (!problem.isEmpty()) {
-        showWarning(this, tr("Save the log"), problem);
+        emit noticed(problem);
     }
 }
 

@@ -9,13 +9,10 @@
 
 #include <deque>
 
-class QAction;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
-class QRegularExpression;
 class QSyntaxHighlighter;
-class QTextBlock;
 class QToolBar;
 
 /// The messages of the plug-in, with the time. Errors are distinguished.
@@ -36,7 +33,7 @@ public:
     void focusSearch();
     /// Selects the next match of the text in the search field and wraps around at the end.
     void search(QTextDocument::FindFlags direction = {});
-    /// Selects the first line of the next error and wraps around at the end.
+    /// Selects the next line of an error and wraps around at the end.
     void showNextError();
     /// Follows the end again. The errors from now on are those of the last build.
     void startBuild();
@@ -44,15 +41,11 @@ public:
     void finishBuild();
     /// Selects the next error line of the last build and wraps around at its end.
     void showNextBuildError();
-    /// Sets whether only errors are shown; the other messages are kept.
-    void setErrorsOnly(bool newErrorsOnly);
 
-    /// Copies the selection, or all visible text when nothing is selected.
-    void copy();
     void clear();
     /// Asks for a file and saves all text that is kept.
     void save();
-    /// All text that is kept, visible or not.
+    /// All text that is kept.
     QString text();
 
     /// Whether there is text that has not been shown yet.
@@ -63,6 +56,8 @@ public:
 signals:
     /// The log now shows @p count error lines of the last build.
     void buildErrorsChanged(int count);
+    /// The log could not be saved.
+    void noticed(const QString &text);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -77,9 +72,8 @@ private:
     QToolBar *createBar();
     void add(const QString &message, int state);
     void showLines(int count);
-    bool isHidden(const QTextBlock &block) const;
     void followEnd();
-    void find(const QRegularExpression &wanted, QTextDocument::FindFlags direction);
+    void showNext(int state);
     void countBuildErrors();
 
     QPlainTextEdit *view;
@@ -87,7 +81,6 @@ private:
     QLabel *droppedNotice;
     QLineEdit *searchLine;
     QLabel *searchState;
-    QAction *errorsOnly = nullptr;
     /// Lines that are not shown yet.
     std::deque<Line> pending;
     int lastBuild;  ///< The state of its error lines.

@@ -190,6 +190,7 @@ void MainWindow::connectSession()
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(buildPane, &BuildPane::noticed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
+    connect(lowerPanes->logPane, &LogPane::noticed, this, &MainWindow::showNotice);
     connect(lowerPanes->logPane, &LogPane::buildErrorsChanged, buildPane,
             &BuildPane::setErrorLines);
 }
