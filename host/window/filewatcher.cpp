@@ -41,13 +41,6 @@ FileWatcher::FileWatcher(QObject *parent)
     reportTimer.setSingleShot(true);
     reportTimer.setInterval(reportDelayMs);
     connect(&reportTimer, &QTimer::timeout, this, &FileWatcher::compare);
-    const auto wait = [this] {
-        if (!reportTimer.isActive()) {
-            reportTimer.start();
-        }
-    };
-    connect(&watcher, &QFileSystemWatcher::fileChanged, this, wait);
-    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, wait);
 }
 
 void FileWatcher::setFiles(const QStringList &files)
@@ -58,37 +51,33 @@ void FileWatcher::setFiles(const QStringList &files)
         newStates.insert(file, known == states.constEnd() ? FileState::of(file) : *known);
     }
     states = newStates;
-    watchPaths();
+    compare();
 }
 
-/// QFileSystemWatcher watches what a path has referred to when it was added, even when something else
-/// has taken its place.
-void FileWatcher::watchPaths()
+void FileWatcher::compareSoon()
 {
-    QSet<QString> wanted;
+    if (!reportTimer.isActive()) {
+        reportTimer.start();
+    }
+}
+
+/// Watches everything anew: QFileSystemWatcher watches what a path has referred to when it was added,
+/// even when something else has taken its place.
+void FileWatcher::watch()
+{
+    QSet<QString> paths;
     for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
-        addPaths(state.key(), 0, &wanted);
+        addPaths(state.key(), 0, &paths);
     }
-    FileStates newPaths;
-    for (const QString &path : qAsConst(wanted)) {
-        newPaths.insert(path, FileState::of(path));
-    }
-    for (auto old = watchedPaths.constBegin(); old != watchedPaths.constEnd(); ++old) {
-        if (!newPaths.value(old.key()).isSameFileAs(*old)) {
-            watcher.removePath(old.key());
-        }
-    }
-    const QStringList present = watcher.files() + watcher.directories();
-    for (const QString &path : qAsConst(wanted)) {
-        if (!present.contains(path)) {
-            watcher.addPath(path);
-        }
-    }
-    watchedPaths = newPaths;
+    watcher = std::make_unique<QFileSystemWatcher>(paths.values());
+    connect(watcher.get(), &QFileSystemWatcher::fileChanged, this, &FileWatcher::compareSoon);
+    connect(watcher.get(), &QFileSystemWatcher::directoryChanged, this, &FileWatcher::compareSoon);
 }
 
 void FileWatcher::compare()
 {
+    // First, so that no change falls between.
+    watch();
     bool isChanged = false;
     for (auto state = states.begin(); state != states.end(); ++state) {
         const FileState now = FileState::of(state.key());
@@ -97,7 +86,6 @@ void FileWatcher::compare()
             isChanged = true;
         }
     }
-    watchPaths();
     if (isChanged) {
         emit changed();
     }

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+
 /// Reports files that change, appear, disappear or are replaced on disk, also because a directory or
 /// symlink on the way to them is renamed or replaced.
 class FileWatcher : public QObject
@@ -30,11 +32,11 @@ signals:
     void changed();
 
 private:
+    void compareSoon();
     void compare();
-    void watchPaths();
+    void watch();
 
-    QFileSystemWatcher watcher;
+    std::unique_ptr<QFileSystemWatcher> watcher;
     FileStates states;
-    FileStates watchedPaths; ///< As they were when they were added.
     QTimer reportTimer;
 };
