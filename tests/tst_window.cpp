@@ -323,11 +323,13 @@ private slots:
     void aWrongPluginChangesNothing()
     {
         drop(window.data(), {sample()});
-        chooseNextFile(writeFile(folder->filePath("wrong.so"), "x"));
-        const QString *said = answerNextBox("OK");
-        action("Choose plug-in")->trigger();
-        QVERIFY2(said->contains("not a shared library"), qPrintable(*said));
-        QVERIFY(window->loadPlugin({PLUGIN_LIBRARY})); // It is in use.
+        choosePlugin(writeFile(folder->filePath("wrong.so"), "x"));
+        action("Settings")->trigger();
+        QVERIFY2(notice().contains("not a shared library"), qPrintable(notice()));
+        QCOMPARE(readSettings().pluginFile, QString());
+        choosePlugin(PLUGIN_LIBRARY); // It is in use.
+        action("Settings")->trigger();
+        QCOMPARE(readSettings().pluginFile, QString(PLUGIN_LIBRARY));
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
         QVERIFY(window->findChild<QLabel *>("target")->isVisible());
     }
@@ -349,9 +351,20 @@ private slots:
         window->open({writeFile(folder->filePath("c.txt"), "a = b\n"), sample()});
         window->build();
         window->restoreLastProject();
-        QVERIFY(window->loadPlugin({PLUGIN_LIBRARY}));
+        choosePlugin(PLUGIN_LIBRARY);
+        page->findChild<QPushButton *>()->click();
         QVERIFY(window->findChild<QLabel *>("target")->isVisible());
         QVERIFY(action("Build")->isEnabled());
+    }
+
+private:
+    /// Names @p file in the next settings dialog.
+    static void choosePlugin(const QString &file)
+    {
+        withNextDialog([file](QDialog *dialog) {
+            dialog->findChild<QLineEdit *>("settingsPlugin")->setText(file);
+            dialog->accept();
+        });
     }
 };
 

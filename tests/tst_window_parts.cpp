@@ -275,41 +275,18 @@ private slots:
         QVERIFY(!page->parent());
     }
 
-    void settings_data()
-    {
-        const Table<QString, QString, QString> row("plugin", "stitcher", "problem");
-        const QString plain = writeFile(folder.filePath("<b>plain"), "x");
-        row("nothing chosen", "", "", "");
-        row("both valid", PLUGIN_LIBRARY, EXAMPLES_FOLDER "/tamblin-stitcher", "");
-        row("no file", "/nope.so", "", "There is no such file.");
-        row("folder", folder.path(), "", "This is a folder, not a file.");
-        row("no library", plain, "", "not a plug-in");
-        row("not executable", "", plain, "<b>plain");
-    }
     void settings()
     {
-        QFETCH(QString, plugin);
-        QFETCH(QString, stitcher);
-        QFETCH(QString, problem);
         SettingsDialog dialog(readSettings());
-        dialog.findChild<QLineEdit *>("settingsPlugin")->setText(plugin);
-        dialog.findChild<QLineEdit *>("settingsStitcher")->setText(stitcher);
+        const auto line = [&](const char *name) { return dialog.findChild<QLineEdit *>(name); };
+        QCOMPARE(line("settingsPlugin")->text() + line("settingsStitcher")->text(), QString());
+        line("settingsPlugin")->setText("file:///p.so");
+        line("settingsStitcher")->setText(" /s ");
         dialog.findChild<QSpinBox *>("settingsTimeLimit")->setValue(90);
-        dialog.show();
-        QString shown;
-        for (const char *label : {"settingsPluginProblem", "settingsStitcherProblem"}) {
-            auto widget = dialog.findChild<QLabel *>(label);
-            shown += widget->isVisible() ? spokenText(widget) : QString();
-        }
-        QVERIFY2(shown.contains(problem) && shown.isEmpty() == problem.isEmpty(),
-                 qPrintable(shown));
-        auto buttons = dialog.findChild<QDialogButtonBox *>();
-        QCOMPARE(buttons->button(QDialogButtonBox::Ok)->isEnabled(), problem.isEmpty());
-
         writeSettings(dialog.settings());
         const Settings stored = SettingsDialog(readSettings()).settings();
-        QCOMPARE(stored.pluginFile, plugin);
-        QCOMPARE(stored.stitcherFile, stitcher);
+        QCOMPARE(stored.pluginFile, QString("/p.so"));
+        QCOMPARE(stored.stitcherFile, QString("/s"));
         QCOMPARE(stored.timeLimitSeconds, 90);
     }
 

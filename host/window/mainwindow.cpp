@@ -6,16 +6,15 @@
 #include "host/core/pluginfiles.h"
 #include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
-#include "host/window/buildquestion.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/inputkind.h"
 #include "host/window/logpane.h"
 #include "host/window/lowerpanes.h"
-#include "host/window/messages.h"
 #include "host/window/problempane.h"
 #include "host/window/projectfiles.h"
+#include "host/window/questions.h"
 #include "host/window/settings.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/statustext.h"
@@ -186,7 +185,7 @@ void MainWindow::connectSession()
     connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
     connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
-    connect(noPluginPage, &HintPage::requested, this, &MainWindow::choosePlugin);
+    connect(noPluginPage, &HintPage::requested, this, &MainWindow::changeSettings);
     connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(buildPane, &BuildPane::noticed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
@@ -200,10 +199,10 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
     if (session.loadPlugin(candidates)) {
         return true;
     }
-    if (session.isLoaded()) {
-        showWarning(this, tr("Choose a plug-in"), session.pluginProblem());
-    }
     noPluginPage->setText(session.pluginProblem());
+    if (session.isLoaded()) {
+        showNotice(session.pluginProblem());
+    }
     return false;
 }
 
@@ -286,31 +285,24 @@ void MainWindow::build()
     session.build(readSettings().timeLimitSeconds * 1000);
 }
 
-void MainWindow::choosePlugin()
-{
-    const QString file = QFileDialog::getOpenFileName(this, tr("Choose a plug-in"), QString(),
-                                                      tr("Plug-ins (*.so *.so.*);;All files (*)"));
-    if (!file.isEmpty() && projectFiles->mayLeave()) {
-        loadPlugin({file});
-    }
-}
-
 void MainWindow::changeSettings()
 {
     const Settings before = readSettings();
     SettingsDialog dialog(before, this);
-    if (!locateStitcher(before.stitcherFile).problem.isEmpty()) {
+    if (session.isLoaded() && !locateStitcher(before.stitcherFile).problem.isEmpty()) {
         dialog.focusStitcher();
     }
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }
-    writeSettings(dialog.settings());
-    session.setStitcher(dialog.settings().stitcherFile);
-    const QString plugin = dialog.settings().pluginFile;
-    if (plugin != before.pluginFile && projectFiles->mayLeave()) {
-        loadPlugin(pluginCandidates(plugin));
+    Settings edited = dialog.settings();
+    session.setStitcher(edited.stitcherFile);
+    const bool isPluginKept = session.isLoaded() && edited.pluginFile == before.pluginFile;
+    if (!isPluginKept
+        && !(projectFiles->mayLeave() && loadPlugin(pluginCandidates(edited.pluginFile)))) {
+        edited.pluginFile = before.pluginFile;
     }
+    writeSettings(edited);
 }
 
 void MainWindow::copyCommand()

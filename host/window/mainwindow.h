@@ -74,7 +74,6 @@ private:
     void showTitle();
     void showFocus();
     void keepFocus(const QWidget *old, const QWidget *now);
-    void choosePlugin();
     void changeSettings();
     void copyCommand();
     void showAbout();

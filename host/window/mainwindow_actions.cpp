@@ -91,7 +91,6 @@ void MainWindow::createFileMenu(QToolBar *toolBar)
     add(menu, tr("Sa&ve configuration…"), {}, projectFiles, &ProjectFiles::saveConfigurationAs,
         isLoaded);
     menu->addSeparator();
-    add(menu, tr("Choose &plug-in…"), {}, this, &MainWindow::choosePlugin, isIdle);
     add(menu, tr("Se&ttings…"), {}, this, &MainWindow::changeSettings, isIdle)
         ->setMenuRole(QAction::PreferencesRole);
     menu->addSeparator();

@@ -5,7 +5,7 @@
 
 #include "host/core/paths.h"
 #include "host/window/inputkind.h"
-#include "host/window/messages.h"
+#include "host/window/questions.h"
 #include "host/window/session.h"
 
 #include <QDir>

@@ -3,11 +3,6 @@
 
 #include "host/window/settings.h"
 
-#include "host/core/stitcher.h"
-
-#include <QCoreApplication>
-#include <QFileInfo>
-#include <QLibrary>
 #include <QSettings>
 
 namespace {
@@ -15,11 +10,6 @@ namespace {
 const QLatin1String pluginKey("plugin");
 const QLatin1String stitcherKey("stitcher");
 const QLatin1String timeLimitKey("timeLimitSeconds");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("Settings", text);
-}
 
 } // namespace
 
@@ -39,25 +29,4 @@ void writeSettings(const Settings &settings)
     stored.setValue(pluginKey, settings.pluginFile);
     stored.setValue(stitcherKey, settings.stitcherFile);
     stored.setValue(timeLimitKey, settings.timeLimitSeconds);
-}
-
-QString pluginFileProblem(const QString &file)
-{
-    if (file.isEmpty()) {
-        return {};
-    }
-    const QFileInfo info(file);
-    if (!info.exists()) {
-        return tr("There is no such file.");
-    }
-    if (info.isDir()) {
-        return tr("This is a folder, not a file.");
-    }
-    return QLibrary::isLibrary(file) ? QString()
-                                     : tr("This is not a plug-in: its name does not contain .so.");
-}
-
-QString stitcherFileProblem(const QString &file)
-{
-    return file.isEmpty() ? QString() : locateStitcher(file).problem;
 }

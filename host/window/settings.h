@@ -15,8 +15,3 @@ struct Settings {
 /// The stored settings. An invalid stored value is treated as unset.
 Settings readSettings();
 void writeSettings(const Settings &settings);
-
-/// Why @p file cannot be a plug-in, in a sentence; empty if it may be one or no file is chosen.
-QString pluginFileProblem(const QString &file);
-/// Why @p file cannot be the stitcher, in a sentence; empty if it can or no file is chosen.
-QString stitcherFileProblem(const QString &file);

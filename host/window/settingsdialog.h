@@ -8,13 +8,10 @@
 #include <QDialog>
 
 class QFormLayout;
-class QLabel;
 class QLineEdit;
-class QPushButton;
 class QSpinBox;
 
-/// Edits the settings. It can be accepted only if all of them are valid; the caller stores and
-/// applies them.
+/// Edits the settings; the caller applies and stores them.
 class SettingsDialog : public QDialog
 {
     Q_OBJECT
@@ -28,18 +25,10 @@ public:
     void focusStitcher();
 
 private:
-    /// A line for a path, a browse button, and a label for what is wrong with the path.
-    struct FileField {
-        QLineEdit *line;
-        QLabel *problem;
-    };
+    QLineEdit *addFileField(QFormLayout *form, const QString &label, const QString &file,
+                            const QString &fileFilter);
 
-    FileField addFileField(QFormLayout *form, const QString &label, const QString &name,
-                           const QString &fileFilter);
-    void validate();
-
-    FileField plugin;
-    FileField stitcher;
+    QLineEdit *plugin;
+    QLineEdit *stitcher;
     QSpinBox *timeLimit;
-    QPushButton *okButton;
 };

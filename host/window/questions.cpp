@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/buildquestion.h"
+#include "host/window/questions.h"
 
 #include "host/window/problemtext.h"
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QMessageBox>
 #include <QPushButton>
 
 #include <KMessageBox>
@@ -17,7 +18,7 @@ namespace {
 
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("BuildQuestion", text);
+    return QCoreApplication::translate("Questions", text);
 }
 
 /// The lines of a list that can be scrolled; each file is named once.
@@ -65,6 +66,17 @@ bool ask(QWidget *parent, const QString &text, const Problems &problems, const Q
 }
 
 } // namespace
+
+bool confirm(QWidget *parent, const QString &title, const QString &text, const QString &yes,
+             const QString &no)
+{
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const QAbstractButton *yesButton = box.addButton(yes, QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(no, QMessageBox::RejectRole));
+    box.exec();
+    return box.clickedButton() == yesButton;
+}
 
 bool askToBuild(QWidget *parent, const Problems &problems)
 {
