@@ -3,8 +3,6 @@
 
 #include "host/window/dataviewpane.h"
 
-#include "host/core/ingredients.h"
-#include "host/core/paths.h"
 #include "host/window/bittoggleproxymodel.h"
 #include "plugin/idataview.h"
 #include "plugin/iingredientmanager.h"
@@ -14,39 +12,6 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QVBoxLayout>
-
-namespace {
-
-const int maxFixedRows = 100;
-
-QByteArray dataFilesOf(ILoomwrightPlugin *plugin)
-{
-    QByteArray contents;
-    const QAbstractItemModel &model = *plugin->getIngredientManager()->getIngredients();
-    for (const Ingredient &ingredient : ingredientsOf(model)) {
-        if (ingredient.isDataFile()) {
-            contents += contentOf(ingredient.text());
-        }
-    }
-    return contents;
-}
-
-/// Whether there are rows, but @p dataFiles name none of them. More rows are hardly fixed.
-bool areRowsFixed(const QAbstractItemModel &model, const QByteArray &dataFiles)
-{
-    const int count = model.rowCount();
-    if (dataFiles.isEmpty() || count == 0 || count > maxFixedRows) {
-        return false;
-    }
-    for (int row = 0; row < count; ++row) {
-        if (dataFiles.contains(model.headerData(row, Qt::Vertical).toString().toUtf8())) {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
 
 DataViewPane::DataViewPane(QWidget *parent)
     : QTabWidget(parent)
@@ -108,11 +73,9 @@ QWidget *DataViewPane::createPage(IDataView *view)
         layout->addStretch();
         return page;
     }
-    QString remarks = tr("%1: not saved and not part of the image.").arg(view->getDisplayName());
-    if (areRowsFixed(*model, dataFilesOf(plugin))) {
-        remarks += tr(" The data file contains none of these rows: the target has fixed ones.");
-    }
-    addNote(remarks);
+    addNote(tr("%1: not saved and not part of the image. The target has these rows, whatever the "
+               "data file lists.")
+                .arg(view->getDisplayName()));
     layout->addWidget(createTable(model, view->getDisplayName()));
     return page;
 }

@@ -66,18 +66,10 @@ QList<QAction *> LowerPanes::viewActions() const
     return actions;
 }
 
-void LowerPanes::showPane(QWidget *pane)
-{
-    setShown(indexOf(pane), true);
-}
-
 void LowerPanes::setPlugin(ILoomwrightPlugin *plugin)
 {
     dataViewPane->setPlugin(plugin);
     targetDetailsPane->setPlugin(plugin);
-    if (targetDetailsPane->isPageNeeded()) {
-        showPane(targetDetailsPane);
-    }
 }
 
 void LowerPanes::offerDataViews()
@@ -92,7 +84,7 @@ void LowerPanes::offerDataViews()
 
 void LowerPanes::showLog()
 {
-    showPane(logPane);
+    setShown(indexOf(logPane), true);
 }
 
 void LowerPanes::searchLog()

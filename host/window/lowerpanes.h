@@ -42,7 +42,6 @@ public:
 
 private:
     void addPane(QWidget *pane, const QString &title);
-    void showPane(QWidget *pane);
     void setShown(int index, bool isShown);
 
     /// By the index of the tab.

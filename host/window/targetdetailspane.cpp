@@ -5,32 +5,6 @@
 
 #include "plugin/iloomwrightplugin.h"
 
-#include <QLabel>
-
-#include <algorithm>
-
-namespace {
-
-bool isInput(const QWidget &widget)
-{
-    // Labels with selectable text accept the focus, and scroll areas always do.
-    const bool informs = qobject_cast<const QLabel *>(&widget) != nullptr
-        || qobject_cast<const QScrollArea *>(&widget) != nullptr;
-    return !informs && widget.focusPolicy() != Qt::NoFocus;
-}
-
-} // namespace
-
-bool hasInputs(const QWidget &page)
-{
-    if (isInput(page)) {
-        return true;
-    }
-    const QList<QWidget *> children = page.findChildren<QWidget *>();
-    return std::any_of(children.begin(), children.end(),
-                       [](const QWidget *child) { return isInput(*child); });
-}
-
 TargetDetailsPane::TargetDetailsPane(QWidget *parent)
     : QScrollArea(parent)
 {
@@ -47,19 +21,10 @@ TargetDetailsPane::~TargetDetailsPane()
 
 void TargetDetailsPane::setPlugin(ILoomwrightPlugin *plugin)
 {
-    if (page) {
-        takeWidget();
-        page->hide();
-        page->setParent(nullptr);
-    }
-    page = plugin ? plugin->getTargetDetailsWidget() : nullptr;
+    takeWidget();
+    QWidget *page = plugin ? plugin->getTargetDetailsWidget() : nullptr;
     if (page) {
         setWidget(page);
         page->show();
     }
-}
-
-bool TargetDetailsPane::isPageNeeded() const
-{
-    return page && hasInputs(*page);
 }

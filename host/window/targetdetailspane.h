@@ -3,14 +3,9 @@
 
 #pragma once
 
-#include <QPointer>
 #include <QScrollArea>
 
 class ILoomwrightPlugin;
-
-/// Whether @p page has controls for the user. A page whose only focusable widgets are labels and
-/// containers just shows information.
-bool hasInputs(const QWidget &page);
 
 /// Shows the plug-in's target-details page. The plug-in keeps ownership: the pane returns the page
 /// when it gets another plug-in or is deleted.
@@ -25,10 +20,4 @@ public:
     /// Shows the page of @p plugin. Null returns the current page, which is necessary before its
     /// plug-in is released.
     void setPlugin(ILoomwrightPlugin *plugin);
-    /// Whether the page should be shown by default. A page that only informs is better shown on
-    /// request.
-    bool isPageNeeded() const;
-
-private:
-    QPointer<QWidget> page;
 };
