@@ -200,7 +200,7 @@ IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredie
     }
     if (session->isNewerThanImage(ingredient)) {
         row.state = RowState::Newer;
-        row.remarks << tr("The file has changed since the image was built.");
+        row.remarks << tr("The file is newer than the image.");
     }
     for (const Problem &problem : session->problems()) {
         if (problem.ingredient == ingredient.id) {

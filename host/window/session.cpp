@@ -664,13 +664,6 @@ bool Session::isNewerThanImage(const Ingredient &ingredient) const
 {
     const FileState input = FileState::of(ingredient.text());
     const FileState image = FileState::of(values->image());
-    if (!ingredient.isInputFile() || !input.isRegular() || !image.isRegular()) {
-        return false;
-    }
-    const bool built = lastState == BuildState::Current && values->image() == lastResult.image.file;
-    const auto record = std::find_if(
-        lastResult.inputs.begin(), lastResult.inputs.end(),
-        [&ingredient](const FileRecord &each) { return each.file == ingredient.text(); });
-    return built && record != lastResult.inputs.end() ? record->state != input
-                                                      : input.modified > image.modified;
+    return ingredient.isInputFile() && input.isRegular() && image.isRegular()
+        && input.modified > image.modified;
 }

@@ -121,8 +121,8 @@ public:
     const BuildResult &buildResult() const;
     /// What differs now from what the image was built from: names of ingredients and paths.
     QStringList changesSinceBuild() const;
-    /// Whether the file of @p ingredient has changed since the image was built. For an image of an
-    /// earlier session, the modification times are compared.
+    /// Whether the file of @p ingredient was modified after the image, which an earlier session may
+    /// have built.
     bool isNewerThanImage(const Ingredient &ingredient) const;
 
 signals:
