@@ -3,6 +3,7 @@
 
 #include "host/window/mainwindow.h"
 
+#include "host/core/paths.h"
 #include "host/core/pluginfiles.h"
 #include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
@@ -18,7 +19,6 @@
 #include "host/window/settings.h"
 #include "host/window/settingsdialog.h"
 #include "host/window/statustext.h"
-#include "host/window/terminalcommand.h"
 #include "host/window/windowlayout.h"
 #include "plugin/iloomwrightplugin.h"
 
@@ -44,6 +44,7 @@
 #include <KMessageWidget>
 #include <KRecentFilesMenu>
 #include <KSqueezedTextLabel>
+#include <algorithm>
 
 /// Resources of a static library must be registered explicitly, outside of any namespace.
 static void registerResources()
@@ -85,6 +86,22 @@ QStringList droppedFiles(const QDropEvent &event)
         }
     }
     return files;
+}
+
+/// The terminal command that builds the image from the values of @p session.
+QString terminalCommand(const Session &session)
+{
+    QStringList words{QStringLiteral("loomwright"), QStringLiteral("--plugin"),
+                      session.pluginFile()};
+    for (const Ingredient &ingredient : session.ingredients()) {
+        const QString value = ingredient.text();
+        if (!value.isEmpty()) {
+            words << QStringLiteral("--set") << ingredient.id.name + QLatin1Char('=') + value;
+        }
+    }
+    words << QStringLiteral("build");
+    std::transform(words.begin(), words.end(), words.begin(), shellQuoted);
+    return words.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -307,8 +324,7 @@ void MainWindow::changeSettings()
 
 void MainWindow::copyCommand()
 {
-    QApplication::clipboard()->setText(
-        terminalCommand(session.ingredients(), session.pluginFile()));
+    QApplication::clipboard()->setText(terminalCommand(session));
     showNotice(tr("The command is on the clipboard."));
 }
 
