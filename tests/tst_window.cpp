@@ -88,6 +88,15 @@ private slots:
         QVERIFY(!action("Undo")->isEnabled());
         auto recent = window->findChild<KRecentFilesMenu *>();
         QCOMPARE(recent->recentFiles().value(0), QUrl::fromLocalFile(file));
+
+        // A project that is gone is named, until something else is opened.
+        QVERIFY(window->close());
+        QFile::remove(file);
+        newWindow();
+        window->restoreLastProject();
+        QVERIFY2(notice().contains(file), qPrintable(notice()));
+        drop(window.data(), {sample()});
+        QVERIFY(!window->findChild<QWidget *>("notice"));
     }
 
     void unsavedChanges_data()
@@ -142,20 +151,6 @@ private slots:
         QVERIFY(text("buildState").startsWith("✔"));
     }
 
-    void aLostProjectIsNamed()
-    {
-        const QString file = folder->filePath("d1.loomwright");
-        chooseNextFile(file);
-        action("Save project as")->trigger();
-        QVERIFY(window->close());
-        QFile::remove(file);
-        newWindow();
-        window->restoreLastProject();
-        QVERIFY2(notice().contains(file), qPrintable(notice()));
-        drop(window.data(), {sample()});
-        QVERIFY(!window->findChild<QWidget *>("notice"));
-    }
-
     void theProjectIsNoImage()
     {
         drop(window.data(), {sample()});
@@ -180,10 +175,9 @@ private slots:
     void theStitcherIsMissing()
     {
         QFETCH(bool, chosen);
+        const QString stitcher = folder->filePath("tamblin-stitcher");
         if (chosen) {
-            Settings settings;
-            settings.stitcherFile = folder->filePath("tamblin-stitcher");
-            writeSettings(settings);
+            writeSettings({{}, stitcher, 0});
         } else {
             qputenv("PATH", QFile::encodeName(folder->path()));
         }
@@ -200,22 +194,13 @@ private slots:
         QCOMPARE(first, QString("settingsStitcher"));
         QVERIFY2(text("status").contains("Next: open or drop a folder"),
                  qPrintable(text("status")));
-        writeStitcher(folder->path(), "exit 0");
-        QTRY_COMPARE(problemRow("Stitcher"), -1);
-    }
-
-    void theChosenStitcherIsUsed()
-    {
         writeStitcher(folder->path(), "exit 7");
-        Settings settings;
-        settings.stitcherFile = folder->filePath("tamblin-stitcher");
-        writeSettings(settings);
-        newWindow();
+        QTRY_COMPARE(problemRow("Stitcher"), -1);
         drop(window.data(), {sample()});
         setImage();
         build();
         QVERIFY(text("buildState").contains("exit status 7"));
-        QVERIFY(logText().contains("Building with " + settings.stitcherFile));
+        QVERIFY(logText().contains("Building with " + stitcher));
     }
 
     void aConfigurationStatesWhatItLacks()
@@ -301,23 +286,6 @@ private slots:
         newWindow();
         QVERIFY(!window->findChild<QToolBar *>()->isVisible());
         QVERIFY(!window->findChild<QWidget *>("dataViews")->isVisible());
-    }
-
-    void filesOnDiskAreWatched()
-    {
-        drop(window.data(), {sample()});
-        const QString file = folder->filePath("HostFW_x.bin");
-        const QString shorter = writeFile(folder->filePath("short"), "x");
-        drop(window.data(), {writeFile(file, QByteArray(102400, 'x'))});
-        QTRY_COMPARE(state("Host FW"), RowState::Good);
-        QCOMPARE(rename(QFile::encodeName(shorter), QFile::encodeName(file)), 0);
-        QTRY_COMPARE(problemCount(), 1);
-        writeFile(file, QByteArray(102400, 'y'));
-        QTRY_COMPARE(problemCount(), 0);
-        QFile::remove(file);
-        QTRY_COMPARE(problemCount(), 1);
-        writeFile(file, QByteArray(102400, 'z'));
-        QTRY_COMPARE(problemCount(), 0);
     }
 
     void aWrongPluginChangesNothing()

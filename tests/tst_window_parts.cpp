@@ -227,15 +227,6 @@ private slots:
                 = QAccessible::queryAccessibleInterface(table)->tableInterface()->cellAt(0, 2);
             QCOMPARE(cell->text(QAccessible::Name), QString(state == Qt::Checked ? "on" : "off"));
         }
-        QStyleOptionViewItem option;
-        option.initFrom(table);
-        option.rect = table->visualRect(bit);
-        option.features = QStyleOptionViewItem::HasCheckIndicator;
-        option.widget = table;
-        const QRect box
-            = table->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, table);
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, box.center());
-        QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
         zorv.ingredientManager()->loadDataFromXmlFile("/nope.xml");
         pane.setPlugin(nullptr);
         QCOMPARE(pane.count(), 0);
@@ -248,14 +239,11 @@ private slots:
         QWidget *page = zorv.root()->getTargetDetailsWidget();
         {
             TargetDetailsPane pane;
-            for (int round = 0; round < 2; ++round) {
-                pane.setPlugin(zorv.root());
-                QVERIFY(pane.isAncestorOf(page));
-                pane.setPlugin(nullptr);
-                QVERIFY(!page->parent());
-                QVERIFY(!page->isVisible());
-            }
             pane.setPlugin(zorv.root());
+            pane.setPlugin(nullptr);
+            QVERIFY(!page->parent() && !page->isVisible());
+            pane.setPlugin(zorv.root());
+            QVERIFY(pane.isAncestorOf(page));
         }
         QVERIFY(!page->parent());
     }
@@ -283,7 +271,6 @@ private slots:
         row("unknown option", QStringList("--nope"), 2, "'nope'");
         row("an option of Qt", QStringList("--platform"), 2, "'platform'");
         row("no file", QStringList("--plugin="), 2, "--plugin needs");
-        row("no value", QStringList("--plugin"), 2, "'--plugin'");
     }
     void program()
     {

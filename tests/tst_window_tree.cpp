@@ -92,14 +92,11 @@ private slots:
         QCoreApplication::processEvents(); // From now on the file is watched.
         QLineEdit *line = openEditor(valueCell("Host FW"));
         QTest::keyClicks(line, "/typed");
-        // The row is shown again; the data file that has changed replaces the model afterwards.
-        writeFile(own, "<platform></platform>");
+        // The rows are shown again; the data file that has changed replaces the model afterwards.
         const QPointer<QAbstractItemModel> source = model()->sourceModel();
-        const Ingredient edited = *findIngredient(ingredientsOf(*source), QString("Host FW"));
-        QVariant other;
-        QCOMPARE(valueFromText("/x", edited.value, &other), QString());
-        QVERIFY(source->setData(edited.index, other));
-        QTest::qWait(400);
+        QSignalSpy shown(model(), &QAbstractItemModel::dataChanged);
+        writeFile(own, "<platform></platform>");
+        QTRY_VERIFY(!shown.isEmpty());
         QVERIFY(source);
         QCOMPARE(line->text(), QString("/typed"));
         QTest::keyClick(line, Qt::Key_Return);
@@ -125,8 +122,7 @@ private slots:
 
     void editChoice()
     {
-        QStandardItemModel items;
-        items.setItem(0, new QStandardItem);
+        QStandardItemModel items(1, 1);
         Choice choice;
         choice.choices = QStringList{"A", "B", "C"};
         items.setData(items.index(0, 0), QVariant::fromValue(choice), Qt::EditRole);
@@ -148,6 +144,7 @@ private slots:
     {
         const Table<QString, QString> row("file", "value");
         row("a file", "any name", "any name");
+        row("a file, in the editor", "any name", "any name");
         row("two files", "HostFW_a.bin|HostFWSupp_a.bin", "HostFW_a.bin");
         row("a configuration", "c.txt", "/from/config");
         row("a project", "p.loomwright", "/from/project");
@@ -168,15 +165,14 @@ private slots:
         const QModelIndex cell = valueCell("Host FW").siblingAtColumn(0);
         tree->scrollTo(cell);
         const QPoint position = tree->visualRect(cell).center();
-        drop(tree->viewport(), files, position);
-        QCOMPARE(this->value("Host FW"), value.startsWith('/') ? value : folder->filePath(value));
-    }
-
-    void dropInTheEditor()
-    {
-        openEditor(valueCell("Host FW"));
-        drop(tree->findChild<FilePathEditor *>(), {"/dropped.bin"});
-        QTRY_COMPARE(value("Host FW"), QString("/dropped.bin"));
+        if (QByteArray(QTest::currentDataTag()).endsWith("editor")) {
+            openEditor(cell);
+            drop(tree->findChild<FilePathEditor *>(), files);
+        } else {
+            drop(tree->viewport(), files, position);
+        }
+        QTRY_COMPARE(this->value("Host FW"),
+                     value.startsWith('/') ? value : folder->filePath(value));
     }
 
     void candidates()
@@ -212,11 +208,6 @@ private slots:
         QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
         QCOMPARE(value("Host FW"), other);
         QCOMPARE(state("Host FW"), RowState::Good);
-
-        setValue("Host FW", files.first());
-        QFile::remove(files.last());
-        QTRY_COMPARE(candidatesOf("Host FW"), QStringList());
-        QCOMPARE(problemRow("Host FW"), -1);
     }
 
     /// Only a choice says which candidate is meant.
