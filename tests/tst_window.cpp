@@ -16,7 +16,7 @@ private slots:
     /// Every control has a name, and what is read aloud of a label is what is shown.
     void screenReader()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         build();
         SettingsDialog dialog({});
@@ -53,18 +53,19 @@ private slots:
 
     void smallWindow()
     {
-        drop(window.data(), {broken()});
+        drop(window.data(), {broken});
         const QFontMetrics font = window->fontMetrics();
         const QSize small(90 * font.averageCharWidth(), 28 * font.height());
         window->resize(small);
         QTRY_COMPARE(window->size(), small);
         QVERIFY(tree->height() > 4 * font.height());
+        QVERIFY(tree->isColumnHidden(3)); // The size.
     }
 
     void saveAndRestore()
     {
         const QString file = folder->filePath("<b>&1.loomwright");
-        drop(window.data(), {broken()});
+        drop(window.data(), {broken});
         QVERIFY(!window->isWindowModified()); // Nothing asks to save it.
         chooseNextFile(folder->filePath("<b>&1"));
         QTest::keyClick(window.data(), Qt::Key_S, Qt::ControlModifier);
@@ -95,7 +96,7 @@ private slots:
         newWindow();
         window->restoreLastProject();
         QVERIFY2(notice().contains(file), qPrintable(notice()));
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         QVERIFY(!window->findChild<QWidget *>("notice"));
     }
 
@@ -135,7 +136,7 @@ private slots:
         chooseNextFile(file);
         action("Save project as")->trigger();
         QVERIFY(!action("Rescan")->isEnabled());
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         QTRY_VERIFY(action("Rescan")->isEnabled());
         QCOMPARE(problemCount(), 0);
         writeFile(file, "{}");
@@ -153,7 +154,7 @@ private slots:
 
     void theProjectIsNoImage()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         const QString file = folder->filePath("d1.loomwright");
         chooseNextFile(file);
         action("Save project as")->trigger();
@@ -196,7 +197,7 @@ private slots:
                  qPrintable(text("status")));
         writeStitcher(folder->path(), "exit 7");
         QTRY_COMPARE(problemRow("Stitcher"), -1);
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         build();
         QVERIFY(text("buildState").contains("exit status 7"));
@@ -205,7 +206,7 @@ private slots:
 
     void aConfigurationStatesWhatItLacks()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         const QString file = folder->filePath("c.txt");
         chooseNextFile(file);
         action("Save configuration")->trigger();
@@ -219,7 +220,7 @@ private slots:
     /// Not even if the user confirms it.
     void anInputIsNotOverwritten()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         for (const char *saving : {"Save configuration", "Save project as"}) {
             chooseNextFile(value("Host FW"));
             withNextDialog([](QDialog *dialog) {
@@ -245,23 +246,24 @@ private slots:
         QFETCH(QString, way);
         const QString project = folder->filePath("d1.loomwright");
         const QString dataFile = "/platform/veldmark-d1.xml";
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         chooseNextFile(project);
         action("Save project as")->trigger();
-        const QString copy = writeFile(folder->filePath("copy.xml"), readFile(broken() + dataFile));
+        const QString copy = writeFile(folder->filePath("copy.xml"), readFile(broken + dataFile));
         drop(window.data(), {copy});
         QTRY_COMPARE(problemCount(), 2);
         QVERIFY(problemRow("Legacy XML Data File") >= 0);
 
         if (way == "folder") {
-            drop(window.data(), {sample()});
+            drop(window.data(), {sample});
         } else if (way == "disk") {
-            writeFile(copy, readFile(sample() + dataFile));
+            writeFile(copy, readFile(sample + dataFile));
         } else if (way == "undo") {
             action("Undo")->trigger();
         } else {
             answerNextBox("Discard");
             window->open({project});
+            QVERIFY(!action("Undo")->isEnabled());
         }
         QTRY_COMPARE(problemCount(), 0);
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
@@ -272,7 +274,7 @@ private slots:
     void theLayoutComesBack()
     {
         QVERIFY(!action("Data views")->isEnabled());
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         QTRY_VERIFY(action("Data views")->isEnabled());
         QVERIFY(window->findChild<QTableView *>("dataView")->model()->rowCount() > 0);
         action("Data views")->trigger();
@@ -290,7 +292,7 @@ private slots:
 
     void aWrongPluginChangesNothing()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         choosePlugin(writeFile(folder->filePath("wrong.so"), "x"));
         action("Settings")->trigger();
         QVERIFY2(notice().contains("not a shared library"), qPrintable(notice()));
@@ -316,7 +318,7 @@ private slots:
             QVERIFY2(!action(name)->isEnabled(), name);
         }
         // As from the list of recent files.
-        window->open({writeFile(folder->filePath("c.txt"), "a = b\n"), sample()});
+        window->open({writeFile(folder->filePath("c.txt"), "a = b\n"), sample});
         window->build();
         window->restoreLastProject();
         choosePlugin(PLUGIN_LIBRARY);

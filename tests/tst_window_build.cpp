@@ -12,7 +12,7 @@ private slots:
     void dropAndBuild()
     {
         QVERIFY(text("status").contains("Next: open or drop a folder"));
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         const QString anchor = folder->filePath("Signed_anchor_1.bin");
         QVERIFY(QFile::copy(value("Presigned Secure Anchor"), anchor));
@@ -25,7 +25,7 @@ private slots:
             QVERIFY2(!action(name)->isEnabled(), name);
         }
         QVERIFY(action("Stop")->isEnabled());
-        window->open({broken()});
+        window->open({broken});
         setValue("Host FW", "/x");
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
         QVERIFY(!window->loadPlugin({PLUGIN_LIBRARY}));
@@ -97,7 +97,7 @@ private slots:
         QFETCH(QByteArray, stitcher);
         QFETCH(QString, state);
         useStitcher(stitcher);
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         action("Build")->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(text("buildState").contains(state), 20000);
@@ -133,7 +133,7 @@ private slots:
         QFETCH(QString, state);
         QFETCH(QString, errors);
         useStitcher(stitcher);
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         build();
         QVERIFY2(text("buildState").contains(state), qPrintable(text("buildState")));
@@ -198,9 +198,9 @@ private slots:
                 QCOMPARE(QApplication::focusWidget()->objectName(), name);
             }
         };
-        drop(window.data(), {broken()});
+        drop(window.data(), {broken});
         press({"problemList", "ingredientTree"});
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         build();
         press({"showErrors", "copyHash", "showInFolder", "logSearch"});
@@ -211,7 +211,7 @@ private slots:
 
     void manifestAndCommand()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         setImage();
         QVERIFY(!action("Write manifest")->isEnabled());
         build();

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/filepatheditor.h"
 #include "host/window/ingredientdelegate.h"
 #include "model/choice.h"
 #include "windowtest.h"
@@ -25,7 +24,7 @@ private slots:
 
         const QLocale before;
         QLocale::setDefault(QLocale(QLocale::German));
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         QTRY_COMPARE(state("Host FW"), RowState::Good);
         const QModelIndex cell = valueCell("Host FW");
         QCOMPARE(cell.siblingAtColumn(3).data().toString(), QString("102.400 bytes"));
@@ -86,7 +85,7 @@ private slots:
 
     void anEditorKeepsWhatWasTyped()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         const QString own = writeFile(folder->filePath("d.xml"), "<platform/>");
         setValue("Legacy XML Data File", own);
         QCoreApplication::processEvents(); // From now on the file is watched.
@@ -118,6 +117,11 @@ private slots:
             QVERIFY(tree->hasFocus());
         }
         QCOMPARE(tree->currentIndex(), valueCell("Legacy XML Data File"));
+        // An unchanged value is not written, which would replace the model.
+        const QPointer<QAbstractItemModel> source = model()->sourceModel();
+        QTest::keyClick(openEditor(tree->currentIndex()), Qt::Key_Return);
+        QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+        QVERIFY(source);
     }
 
     void editChoice()
@@ -166,8 +170,7 @@ private slots:
         tree->scrollTo(cell);
         const QPoint position = tree->visualRect(cell).center();
         if (QByteArray(QTest::currentDataTag()).endsWith("editor")) {
-            openEditor(cell);
-            drop(tree->findChild<FilePathEditor *>(), files);
+            drop(openEditor(cell), files);
         } else {
             drop(tree->viewport(), files, position);
         }
@@ -177,14 +180,9 @@ private slots:
 
     void candidates()
     {
-        const QString directory = folder->filePath("drop");
-        QVERIFY(makeSample(directory, true));
-        drop(window.data(), {directory});
-        QTRY_COMPARE(state("Host FW"), RowState::Problem);
+        openCandidates();
+        const QString other = found.last();
         const QModelIndex cell = valueCell("Host FW");
-        const QStringList files = candidatesOf("Host FW");
-        QCOMPARE(files.count(), 2);
-        const QString other = files.at(value("Host FW") == files.at(0) ? 1 : 0);
         tree->scrollTo(cell);
         const QRect rect = tree->visualRect(cell);
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
@@ -198,11 +196,11 @@ private slots:
         QTest::keyClick(list, Qt::Key_Return);
         QTRY_COMPARE(value("Host FW"), other);
         QTRY_COMPARE(state("Host FW"), RowState::Good);
-        QCOMPARE(candidatesOf("Host FW"), files);
+        QCOMPARE(candidatesOf("Host FW"), found);
 
         // Scanned again, the directory gives what is new and leaves what was chosen.
         QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
-        writeFile(directory + "/presigned/secure/Signed_annex_1.bin", "annex");
+        writeFile(folder->filePath("drop/presigned/secure/Signed_annex_1.bin"), "annex");
         activateWindow();
         QTest::keyClick(window.data(), Qt::Key_F5);
         QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
@@ -223,17 +221,12 @@ private slots:
     void anOpenChoiceStays()
     {
         QFETCH(QString, way);
-        const QString directory = folder->filePath("drop");
-        QVERIFY(makeSample(directory, true));
-        drop(window.data(), {directory});
-        QTRY_COMPARE(state("Host FW"), RowState::Problem);
-        const QStringList files = candidatesOf("Host FW");
-        QCOMPARE(files.count(), 2);
-        const QString &gone = files.at(way == "other" ? 1 : 0);
+        openCandidates();
+        const QString &gone = found.at(way == "other" ? 1 : 0);
         if (way == "rescan") {
             action("Rescan folder")->trigger();
         } else if (way == "undo") {
-            drop(window.data(), {sample()});
+            drop(window.data(), {sample});
             QTRY_COMPARE(problemCount(), 0);
             action("Undo")->trigger();
         } else if (way == "rejected") {
@@ -241,29 +234,15 @@ private slots:
             drop(window.data(), {folder->filePath("empty")});
             QVERIFY(notice().contains("was rejected"));
         } else {
-            QVERIFY(QFile::rename(gone, directory + ".spare"));
-            QTRY_COMPARE(candidatesOf("Host FW"), way == "used" ? files.mid(1) : QStringList());
+            QVERIFY(QFile::rename(gone, folder->filePath("spare")));
+            QTRY_COMPARE(candidatesOf("Host FW"), way == "used" ? found.mid(1) : QStringList());
             QCOMPARE(state("Host FW"), way == "used" ? RowState::Problem : RowState::Good);
-            QVERIFY(QFile::rename(directory + ".spare", gone));
+            QVERIFY(QFile::rename(folder->filePath("spare"), gone));
         }
-        QTRY_COMPARE(candidatesOf("Host FW"), files);
-        QCOMPARE(value("Host FW"), files.first());
+        QTRY_COMPARE(candidatesOf("Host FW"), found);
+        QCOMPARE(value("Host FW"), found.first());
         QCoreApplication::processEvents(); // The check.
         QCOMPARE(state("Host FW"), RowState::Problem);
-    }
-
-    void aFolderStartsANewSet()
-    {
-        drop(window.data(), {sample()});
-        QTRY_COMPARE(problemCount(), 0);
-        drop(window.data(), {broken()});
-        QTRY_VERIFY(text("status").startsWith("8 of 9 files found"));
-        QCOMPARE(value("Presigned Secure Annex"), QString());
-        action("Log")->trigger(); // It would be next to get the focus.
-        problemList()->setFocus();
-        action("Undo")->trigger();
-        QTRY_COMPARE(problemCount(), 0);
-        QVERIFY(tree->hasFocus());
     }
 
     /// Files that have not been chosen yet are no problems at the start.
@@ -273,7 +252,7 @@ private slots:
         QVERIFY(hint->isVisible());
         QVERIFY(!problemList()->isVisible());
         QVERIFY(tree->hasFocus() && tree->currentIndex().isValid());
-        chooseNextFile(broken());
+        chooseNextFile(broken);
         hint->findChild<QPushButton *>()->click();
         QTRY_VERIFY(problemCount() > 0);
         QVERIFY(problemList()->isVisible());
@@ -283,12 +262,24 @@ private slots:
         QCOMPARE(problemList()->currentIndex().row(), 0);
         QTest::keyClick(window.data(), Qt::Key_F8);
         QCOMPARE(problemList()->currentIndex().row(), 1);
+
+        // Each folder starts a new set of files.
+        drop(window.data(), {sample});
+        QTRY_COMPARE(problemCount(), 0);
+        drop(window.data(), {broken});
+        QTRY_VERIFY(text("status").startsWith("8 of 9 files found"));
+        QCOMPARE(value("Presigned Secure Annex"), QString());
+        action("Log")->trigger(); // It would be next to get the focus.
+        problemList()->setFocus();
+        action("Undo")->trigger();
+        QTRY_COMPARE(problemCount(), 0);
+        QVERIFY(tree->hasFocus());
     }
 
     void problemsLeadToTheirCells()
     {
         QCOMPARE(state("Host FW"), RowState::Missing);
-        drop(window.data(), {broken()});
+        drop(window.data(), {broken});
         QTRY_COMPARE(state("Presigned Controller FW"), RowState::Problem);
         QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
         QCOMPARE(state("Probe Set"), RowState::Good);
@@ -311,7 +302,7 @@ private slots:
         QVERIFY(tree->hasFocus());
 
         // What is mended is gone from the list, without a command to check.
-        setValue("Presigned Controller FW", sample() + "/presigned/Controller_Signed.bin");
+        setValue("Presigned Controller FW", sample + "/presigned/Controller_Signed.bin");
         QTRY_COMPARE(problemRow("Presigned Controller FW"), -1);
         QVERIFY2(text("status").startsWith("8 of 9 files found, 4 problems, not built yet."),
                  qPrintable(text("status")));
@@ -338,7 +329,7 @@ private slots:
 
     void undoRedoClear()
     {
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         const QString before = value("Host FW");
         QTRY_COMPARE(state("Host FW"), RowState::Good);
         tree->setFocus();
@@ -369,7 +360,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
         QFETCH(QString, refusal);
-        drop(window.data(), {sample()});
+        drop(window.data(), {sample});
         QTRY_COMPARE(problemCount(), 0);
         drop(window.data(), {writeFile(folder->filePath(name), content)});
         QVERIFY2(notice().contains(refusal), qPrintable(notice()));
@@ -379,6 +370,19 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(problemCount(), 0);
     }
+
+private:
+    /// Opens a folder with two files for one ingredient.
+    void openCandidates()
+    {
+        QVERIFY(makeSample(folder->filePath("drop"), true));
+        drop(window.data(), {folder->filePath("drop")});
+        QTRY_COMPARE(state("Host FW"), RowState::Problem);
+        found = candidatesOf("Host FW");
+        QCOMPARE(found.count(), 2);
+    }
+
+    QStringList found;
 };
 
 QTEST_MAIN(TestWindowTree)

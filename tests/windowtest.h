@@ -26,6 +26,7 @@ inline void drop(QWidget *target, const QStringList &files, const QPoint &positi
         urls << QUrl::fromLocalFile(file);
     }
     data.setUrls(urls);
+    data.setText(urls.first().toString()); // As file managers do.
     QDragEnterEvent enter(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &enter);
     QVERIFY(enter.isAccepted());
@@ -100,14 +101,6 @@ class WindowTest : public QObject
     Q_OBJECT
 
 public:
-    QString sample() const
-    {
-        return samples.filePath("sample");
-    }
-    QString broken() const
-    {
-        return samples.filePath("broken");
-    }
     IngredientProxyModel *model() const
     {
         return static_cast<IngredientProxyModel *>(tree->model());
@@ -201,6 +194,8 @@ public:
     }
 
     QTemporaryDir samples;
+    const QString sample = samples.filePath("sample");
+    const QString broken = samples.filePath("broken");
     QScopedPointer<QTemporaryDir> folder;
     QScopedPointer<MainWindow> window;
     QTreeView *tree = nullptr;
@@ -217,8 +212,8 @@ protected slots:
         QDir::setCurrent(samples.path());
         QApplication::setApplicationDisplayName("Loomwright");
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, samples.path());
-        QVERIFY(makeSample(sample()));
-        QVERIFY(makeSample(broken(), true));
+        QVERIFY(makeSample(sample));
+        QVERIFY(makeSample(broken, true));
         searchPath = EXAMPLES_FOLDER ":" + qgetenv("PATH");
     }
     void init()
