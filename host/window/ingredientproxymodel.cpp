@@ -110,7 +110,7 @@ QVariant IngredientProxyModel::nameData(const QModelIndex &index, const Row &row
 /// The data of a value or of another text of the plug-in.
 QVariant IngredientProxyModel::valueData(const QModelIndex &index, const Row &row, int role) const
 {
-    const QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
+    QVariant value = KExtraColumnsProxyModel::data(index, Qt::DisplayRole);
     const bool isFile = kindOf(value) == ValueKind::File;
     const QString file = isFile ? textOf(value) : QString();
     switch (role) {

@@ -52,7 +52,7 @@ RowState stateOf(const Problem &problem)
 
 QString problemLine(const Problem &problem)
 {
-    const QString text = textOf(problem);
+    QString text = textOf(problem);
     const QString required = sizeOr(problem.required, problem.requiredSize);
     if (required.isEmpty()) {
         return text;
