@@ -111,6 +111,25 @@ private slots:
             log->showNextError();
             QCOMPARE(view->textCursor().blockNumber(), block);
         }
+
+        const QString selected = view->textCursor().selectedText();
+        log->findChild<QAction *>("logErrorsOnly")->trigger();
+        QCOMPARE(view->textCursor().selectedText(), selected);
+        log->addStatus("status");
+        showLog(11);
+        for (const int block : {1, 5, 10}) {
+            QVERIFY(!view->document()->findBlockByNumber(block).isVisible());
+        }
+        QVERIFY(view->document()->findBlockByNumber(9).isVisible());
+        log->findChild<QLineEdit *>("logSearch")->setText("status");
+        QCOMPARE(log->findChild<QLabel *>("logSearchState")->text(), QString("Not found"));
+        view->selectAll();
+        view->copy();
+        QVERIFY(QApplication::clipboard()->text().contains("after\n"));
+        QVERIFY(!QApplication::clipboard()->text().contains("status"));
+        QVERIFY(log->text().contains("status"));
+        log->findChild<QAction *>("logErrorsOnly")->trigger();
+        QVERIFY(view->document()->findBlockByNumber(10).isVisible());
         log->clear();
         QCOMPARE(counts.last().value(0).toInt(), 0);
     }
@@ -214,7 +233,7 @@ private slots:
         zorv.ingredientManager()->generateConfigFromDirectory(folder.filePath("sample"));
         QCOMPARE(pane.count(), 1);
         const QString note = spokenText(pane.findChild<QLabel *>());
-        QVERIFY(note.contains("not part of the image") && note.contains("whatever the data file"));
+        QVERIFY(note.contains("not part of the image") && note.contains("may differ"));
         auto table = pane.findChild<QTableView *>();
         QCOMPARE(spokenText(table), QString("GPIO Settings"));
         pane.show();

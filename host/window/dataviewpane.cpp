@@ -73,8 +73,8 @@ QWidget *DataViewPane::createPage(IDataView *view)
         layout->addStretch();
         return page;
     }
-    addNote(tr("%1: not saved and not part of the image. The target has these rows, whatever the "
-               "data file lists.")
+    addNote(tr("%1: not saved and not part of the image. The rows are the plug-in's, and may "
+               "differ from those in the data file.")
                 .arg(view->getDisplayName()));
     layout->addWidget(createTable(model, view->getDisplayName()));
     return page;

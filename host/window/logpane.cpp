@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSyntaxHighlighter>
@@ -42,6 +43,31 @@ bool isAtEnd(const QTextCursor &cursor)
     return cursor.block() == cursor.document()->lastBlock();
 }
 
+/// Copies only the lines that it shows.
+class LogView : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    QMimeData *createMimeDataFromSelection() const override
+    {
+        const int start = textCursor().selectionStart();
+        const int end = textCursor().selectionEnd();
+        QStringList lines;
+        for (QTextBlock block = document()->findBlock(start);
+             block.isValid() && block.position() <= end; block = block.next()) {
+            if (block.isVisible()) {
+                const int from = qMax(0, start - block.position());
+                lines << block.text().mid(from, end - block.position() - from);
+            }
+        }
+        auto copied = new QMimeData;
+        copied->setText(lines.join(QLatin1Char('\n')));
+        return copied;
+    }
+};
+
 /// Colours the lines of errors.
 class ErrorHighlighter : public QSyntaxHighlighter
 {
@@ -61,7 +87,7 @@ protected:
 
 LogPane::LogPane(QWidget *parent)
     : QWidget(parent)
-    , view(new QPlainTextEdit(this))
+    , view(new LogView(this))
     , highlighter(new ErrorHighlighter(view->document()))
     , droppedNotice(new QLabel(this))
     , searchLine(new QLineEdit(this))
@@ -154,10 +180,14 @@ QToolBar *LogPane::createBar()
     const auto add = [this, bar](const QString &name, auto operation) {
         QAction *action = bar->addAction(name, this, operation);
         bar->widgetForAction(action)->setFocusPolicy(Qt::StrongFocus);
+        return action;
     };
     add(tr("Previous"), [this] { search(QTextDocument::FindBackward); });
     add(tr("Next"), [this] { search(); });
     bar->addSeparator();
+    errorsOnly = add(tr("Errors only"), &LogPane::filterAll);
+    errorsOnly->setObjectName(QStringLiteral("logErrorsOnly"));
+    errorsOnly->setCheckable(true);
     add(tr("Next error"), &LogPane::showNextError);
     bar->addSeparator();
     add(tr("Clear"), &LogPane::clear);
@@ -233,12 +263,34 @@ void LogPane::showLines(int count)
         QTextBlock block = end.block();
         end.insertText(line.text + QLatin1Char('\n'));
         block.setUserState(line.state);
+        filter(block);
         if (view->document()->blockCount() > view->maximumBlockCount()) {
             droppedNotice->show();
         }
     }
     end.endEditBlock();
     countBuildErrors();
+}
+
+/// Hides a status line while only errors are shown.
+void LogPane::filter(QTextBlock block) const
+{
+    const bool isShown = !errorsOnly->isChecked() || block.userState() != StatusLine;
+    if (isShown != block.isVisible()) {
+        block.setVisible(isShown);
+        block.setLineCount(isShown ? 1 : 0);
+    }
+}
+
+void LogPane::filterAll()
+{
+    QTextDocument *document = view->document();
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        filter(block);
+    }
+    document->markContentsDirty(0, document->characterCount());
+    followsEnd = true;
+    followTimer.start();
 }
 
 void LogPane::focusSearch()
@@ -257,7 +309,10 @@ void LogPane::search(QTextDocument::FindFlags direction)
     const QString continued
         = direction ? tr("Continued from the end") : tr("Continued from the start");
     for (const QString &state : {QString(), continued}) {
-        const QTextCursor match = view->document()->find(searchLine->text(), from, direction);
+        QTextCursor match = from;
+        do {
+            match = view->document()->find(searchLine->text(), match, direction);
+        } while (!match.isNull() && !match.block().isVisible());
         if (!match.isNull()) {
             view->setTextCursor(match);
             searchState->setText(state);

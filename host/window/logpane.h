@@ -9,10 +9,12 @@
 
 #include <deque>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QSyntaxHighlighter;
+class QTextBlock;
 class QToolBar;
 
 /// The messages of the plug-in, with the time. Errors are distinguished.
@@ -72,6 +74,8 @@ private:
     QToolBar *createBar();
     void add(const QString &message, int state);
     void showLines(int count);
+    void filter(QTextBlock block) const;
+    void filterAll();
     void followEnd();
     void showNext(int state);
     void countBuildErrors();
@@ -81,6 +85,7 @@ private:
     QLabel *droppedNotice;
     QLineEdit *searchLine;
     QLabel *searchState;
+    QAction *errorsOnly = nullptr;
     /// Lines that are not shown yet.
     std::deque<Line> pending;
     int lastBuild;  ///< The state of its error lines.
