@@ -5,7 +5,6 @@
 #include "host/window/dataviewpane.h"
 #include "host/window/logpane.h"
 #include "host/window/marks.h"
-#include "host/window/settingsdialog.h"
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"
 #include "plugin/iloomwrightplugin.h"
@@ -216,9 +215,6 @@ private slots:
         QCOMPARE(pane.count(), 2);
         QCOMPARE(pane.findChildren<QTableView *>().count(), 1);
         QVERIFY(spokenText(pane.widget(1)->findChild<QLabel *>()).contains("no data"));
-
-        pane.setPlugin(nullptr);
-        QCOMPARE(pane.count(), 0);
     }
 
     void bitsOfADataView()
@@ -265,21 +261,6 @@ private slots:
             QVERIFY(pane.isAncestorOf(page));
         }
         QVERIFY(!page->parent());
-    }
-
-    void settings()
-    {
-        SettingsDialog dialog(readSettings());
-        const auto line = [&](const char *name) { return dialog.findChild<QLineEdit *>(name); };
-        QCOMPARE(line("settingsPlugin")->text() + line("settingsStitcher")->text(), QString());
-        line("settingsPlugin")->setText("file:///p.so");
-        line("settingsStitcher")->setText(" /s ");
-        dialog.findChild<QSpinBox *>("settingsTimeLimit")->setValue(90);
-        writeSettings(dialog.settings());
-        const Settings stored = SettingsDialog(readSettings()).settings();
-        QCOMPARE(stored.pluginFile, QString("/p.so"));
-        QCOMPARE(stored.stitcherFile, QString("/s"));
-        QCOMPARE(stored.timeLimitSeconds, 90);
     }
 
     void program_data()

@@ -22,16 +22,10 @@ private slots:
         const QString toolTip = valueCell("Host FW").data(Qt::ToolTipRole).toString();
         QVERIFY(toolTip.contains("input file, required, 102400 bytes, Binary File (*.bin)"));
 
-        const QLocale before;
-        QLocale::setDefault(QLocale(QLocale::German));
         drop(window.data(), {sample});
         QTRY_COMPARE(state("Host FW"), RowState::Good);
         const QModelIndex cell = valueCell("Host FW");
-        QCOMPARE(cell.siblingAtColumn(3).data().toString(), QString("102.400 bytes"));
-        const QDateTime modified = QFileInfo(value("Host FW")).lastModified();
-        QCOMPARE(cell.siblingAtColumn(4).data().toString(),
-                 QLocale().toString(modified, QLocale::ShortFormat));
-        QLocale::setDefault(before);
+        QCOMPARE(cell.siblingAtColumn(3).data().toString(), QString("102,400 bytes"));
         setValue("Host FW", "/a/<b>.bin");
         QTRY_VERIFY(
             valueCell("Host FW").data(Qt::ToolTipRole).toString().contains("/a/&lt;b&gt;.bin"));
@@ -50,11 +44,8 @@ private slots:
         row("Build", 0, "/a", "Ctrl+B", "/a");
         row("Save", 1, "/a", "Ctrl+S", "/a");
         row("Undo in the editor", 1, "/a", "Ctrl+Z", "");
-        row("a URL", 1, "file:///a%20b/c.bin", "Enter", "/a b/c.bin");
-        row("below the home folder", 1, "~/c.bin", "Enter", QDir::homePath() + "/c.bin");
-        row("up from the home folder", 1, "~/../c.bin", "Enter",
-            QFileInfo(QDir::homePath()).path() + "/c.bin");
-        row("spaces around it", 1, "  /a b/c.bin ", "Enter", "/a b/c.bin");
+        row("a URL", 1, "  file:///a%20b/c.bin ", "Enter", "/a b/c.bin");
+        row("below the home folder", 1, "~/c.bin ", "Enter", QDir::homePath() + "/c.bin");
     }
     void edit()
     {
@@ -308,13 +299,22 @@ private slots:
                  qPrintable(text("status")));
     }
 
-    /// The window says "folder", also where the word comes from what both hosts share.
-    void directoriesAreFolders()
+    /// What is rejected is a notice. The window says "folder", also where the word comes from what both
+    /// hosts share.
+    void rejections()
     {
         const QString word("directory");
-        drop(window.data(), {folder->path()});
-        QVERIFY2(notice().contains("was rejected") && !notice().contains(word),
+        const QString empty = folder->filePath("<h1>empty");
+        QVERIFY(QDir().mkdir(empty));
+        drop(window.data(), {empty});
+        QVERIFY2(notice().contains(empty + " was rejected") && !notice().contains(word),
                  qPrintable(notice()));
+        drop(window.data(),
+             {writeFile(folder->filePath("p.json"),
+                        R"({"schemaVersion": 1, "target": "T", "ingredients": []})")});
+        QVERIFY2(notice().contains("is for the target \"T\""), qPrintable(notice()));
+        QVERIFY(window->windowTitle().startsWith("Untitled"));
+        QCOMPARE(problemCount(), 0);
         setValue("Host FW", folder->path());
         setValue("Output file name", folder->path());
         for (const char *name : {"Host FW", "Output file name"}) {
@@ -345,30 +345,6 @@ private slots:
         QVERIFY(!action("Undo")->isEnabled());
         QTest::keyClick(window.data(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(value("Host FW"), before);
-    }
-
-    void whatIsRefusedIsShownOnce_data()
-    {
-        const Table<QString, QByteArray, QString> row("name", "content", "refusal");
-        row("fits nothing", "<h1>nothing.dat", "x", "<h1>nothing.dat");
-        row("another target", "p.json",
-            QByteArray(R"({"schemaVersion": 1, "target": "T", "ingredients": []})"),
-            "is for the target \"T\"");
-    }
-    void whatIsRefusedIsShownOnce()
-    {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, content);
-        QFETCH(QString, refusal);
-        drop(window.data(), {sample});
-        QTRY_COMPARE(problemCount(), 0);
-        drop(window.data(), {writeFile(folder->filePath(name), content)});
-        QVERIFY2(notice().contains(refusal), qPrintable(notice()));
-        QVERIFY(window->findChild<KMessageWidget *>("notice")->isVisible());
-        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
-        QVERIFY(window->windowTitle().startsWith("Untitled"));
-        QCoreApplication::processEvents();
-        QCOMPARE(problemCount(), 0);
     }
 
 private:
