@@ -121,5 +121,5 @@ Problems InputProblems::ambiguities() const
 void InputProblems::setAmbiguities(const Problems &earlier)
 {
     problems.erase(std::remove_if(problems.begin(), problems.end(), isAmbiguity), problems.end());
-    problems += earlier;
+    std::copy(earlier.begin(), earlier.end(), std::back_inserter(problems));
 }

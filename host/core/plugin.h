@@ -43,13 +43,12 @@ public:
     QString fileName() const;
     /// The plug-in's root object; owned by the library, null before load() succeeded.
     ILoomwrightPlugin *root() const;
-    /// @name Objects of the plug-in
-    /// Owned by it. Call them only while it is loaded.
-    /// @{
+    /// Owned by the plug-in, which must be loaded.
     IIngredientManager *ingredientManager() const;
+    /// Owned by the plug-in, which must be loaded.
     IExecutionManager *executionManager() const;
+    /// The ingredient tree, owned by the plug-in, which must be loaded.
     QAbstractItemModel *model() const;
-    /// @}
 
     /// Drops the plug-in's messages, because they were shown before, while the returned object lives.
     [[nodiscard]] QScopedValueRollback<bool> silence();
