@@ -69,7 +69,10 @@ void FileWatcher::watch()
     for (auto state = states.constBegin(); state != states.constEnd(); ++state) {
         addPaths(state.key(), 0, &paths);
     }
-    watcher = std::make_unique<QFileSystemWatcher>(paths.values());
+    watcher = std::make_unique<QFileSystemWatcher>();
+    if (!paths.isEmpty()) { // Of none, Qt warns.
+        watcher->addPaths(paths.values());
+    }
     connect(watcher.get(), &QFileSystemWatcher::fileChanged, this, &FileWatcher::compareSoon);
     connect(watcher.get(), &QFileSystemWatcher::directoryChanged, this, &FileWatcher::compareSoon);
 }
