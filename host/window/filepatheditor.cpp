@@ -71,6 +71,11 @@ QString FilePathEditor::path() const
     return typedPath(pathLine->text());
 }
 
+bool FilePathEditor::isChosen() const
+{
+    return hasChosen;
+}
+
 void FilePathEditor::browse()
 {
     // This editor must be the parent: the view closes an editor when any other widget gets the
@@ -85,6 +90,7 @@ void FilePathEditor::choose(const QString &file)
 {
     if (!file.isEmpty()) {
         pathLine->setText(QDir::toNativeSeparators(file));
+        hasChosen = true;
         emit finished();
     }
 }

@@ -99,6 +99,17 @@ void IngredientDelegate::setEditorData(QWidget *editor, const QModelIndex &index
     Q_UNUSED(index)
 }
 
+void IngredientDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
+                                      const QModelIndex &index) const
+{
+    auto pathEditor = qobject_cast<FilePathEditor *>(editor);
+    if (pathEditor && pathEditor->isChosen()) {
+        model->setData(index, pathEditor->path(), IngredientProxyModel::ChosenRole);
+    } else {
+        QStyledItemDelegate::setModelData(editor, model, index);
+    }
+}
+
 void IngredientDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                                               const QModelIndex &index) const
 {

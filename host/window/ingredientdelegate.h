@@ -20,6 +20,8 @@ public:
     /// Does nothing: an editor is filled when it is created, so that a change of the value does not
     /// replace what the user has typed.
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model,
+                      const QModelIndex &index) const override;
     /// An editor gets the rest of the row.
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;

@@ -156,12 +156,15 @@ QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int ro
 }
 
 /// Passes the value to the session, which also replaces the model if the value is a data file. The
-/// plug-in acts on every write as a change, so an unchanged value is not written.
+/// plug-in acts on every write as a change, so an unchanged value is only written
+/// if the user has chosen it.
 bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const auto ingredient = ingredientAt(index);
-    if (role != Qt::EditRole || !ingredient || ingredient->index.column() != index.column()
-        || textOf(value) == textOf(data(index, Qt::EditRole))) {
+    const bool isChosen = role == ChosenRole;
+    if ((role != Qt::EditRole && !isChosen) || !ingredient
+        || ingredient->index.column() != index.column()
+        || (!isChosen && textOf(value) == textOf(data(index, Qt::EditRole)))) {
         return false;
     }
     session->setValue(ingredient->id, textOf(value));

@@ -25,7 +25,8 @@ class IngredientProxyModel : public KExtraColumnsProxyModel
 public:
     enum Role {
         StateRole = Qt::UserRole + 1, ///< The RowState, as a number.
-        CandidatesRole                ///< The paths to choose from; empty unless there are several.
+        CandidatesRole,               ///< The paths to choose from; empty unless there are several.
+        ChosenRole ///< Sets a path even if it is unchanged, which settles the choice.
     };
 
     /// The columns after those of the source.
