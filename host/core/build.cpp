@@ -34,12 +34,6 @@ QString joined(const QString &first, const QString &second)
     return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char(' ') + second;
 }
 
-/// Whether @p record is still true.
-bool isUnchanged(const FileRecord &record)
-{
-    return FileState::of(record.file) == record.state;
-}
-
 } // namespace
 
 Build::Build(Plugin *loadedPlugin, Values *imageValues, const BuildOptions &buildOptions,

@@ -19,6 +19,11 @@ int openForReading(const QString &file)
 
 } // namespace
 
+bool isUnchanged(const FileRecord &record)
+{
+    return FileState::of(record.file) == record.state;
+}
+
 FileRecord recordOf(const QString &file)
 {
     return {file, FileState::of(file)};

@@ -28,6 +28,8 @@ using FileRecords = QHash<QString, FileRecord>;
 
 /// The present state of @p file, without a hash.
 FileRecord recordOf(const QString &file);
+/// Whether the file is still in the recorded state.
+bool isUnchanged(const FileRecord &record);
 
 /// Computes the SHA-256 of files in slices between other events, so that the event loop keeps running.
 class FileHasher : public QObject

@@ -156,8 +156,8 @@ QVariant IngredientProxyModel::extraColumnData(const QModelIndex &parent, int ro
 }
 
 /// Passes the value to the session, which also replaces the model if the value is a data file. The
-/// plug-in acts on every write as a change, so an unchanged value is only written
-/// if the user has chosen it.
+/// plug-in acts on every write as a change, so an unchanged value is written only if the user has
+/// chosen it.
 bool IngredientProxyModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const auto ingredient = ingredientAt(index);

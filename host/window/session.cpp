@@ -25,11 +25,6 @@ namespace {
 const char manifestSuffix[] = ".manifest.json";
 const int maxUndoSteps = 200;
 
-bool isUnchanged(const FileRecord &record)
-{
-    return FileState::of(record.file) == record.state;
-}
-
 /// Every file that decides which stitcher is found, whether it exists or not.
 QStringList stitcherPaths(const QString &chosenFile)
 {
