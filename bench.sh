@@ -37,7 +37,6 @@ LOOMWRIGHT_BENCH_INPUTS=$(mktemp -d)
 trap 'rm -rf "$LOOMWRIGHT_BENCH_INPUTS"' EXIT
 trap 'exit 1' HUP INT TERM
 export LOOMWRIGHT_BENCH_INPUTS LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
-processes=$LOOMWRIGHT_BENCH_INPUTS/processes.json
 bench=build-bench/tests/benchmarks/bench_plugin
 
 # Each work runs in its own process, so that no other work has fragmented its heap. Inside, ours and the
@@ -58,46 +57,44 @@ for expression in 'Signed_lookaside.*.bin' 'Signed_anchor.*.bin' 'Signed_annex.*
     expressions="$expressions${expressions:+ -o} -iregex '.*/$expression'"
 done
 data_file=$LOOMWRIGHT_BENCH_INPUTS/loomwright-legacy-400000.xml
-hyperfine --warmup 1 --runs 5 --ignore-failure --style none --export-json "$processes" \
-    "build-bench/loomwright -q -d $files ingredients" "find $files -type f \\( $expressions \\)" \
-    "build-bench/loomwright -q validate $data_file" "xmllint --noout --huge $data_file" \
-    > /dev/null 2>&1
+
+programs=$LOOMWRIGHT_BENCH_INPUTS/programs.json
+pairs=tests/benchmarks/pairs.py
+{
+    $pairs find 5 "build-bench/loomwright -q -d $files ingredients" "find $files -type f ( $expressions )"
+    $pairs xmllint 5 "build-bench/loomwright -q validate $data_file" "xmllint --noout --huge $data_file"
+} > "$programs"
 
 # The program itself: its start, and what it adds to the time of a stitcher that takes half a second.
 drop=$LOOMWRIGHT_BENCH_INPUTS/drop
 image=$LOOMWRIGHT_BENCH_INPUTS/image.bin
 config=$LOOMWRIGHT_BENCH_INPUTS/config.txt
-programs=$LOOMWRIGHT_BENCH_INPUTS/programs.json
 examples/make-sample.sh "$drop"
 build-bench/loomwright -q -d "$drop" --image "$image" config -o "$config" 2> /dev/null
 slower=$LOOMWRIGHT_BENCH_INPUTS/slower-stitcher
 printf '#!/bin/sh\nsleep 0.5\nexec "%s" "$@"\n' "$PWD/examples/tamblin-stitcher" > "$slower"
 chmod +x "$slower"
-hyperfine --shell none --warmup 3 --runs 50 --style none --export-json "$programs" \
-    "build-bench/loomwright info" "build-bench/tests/benchmarks/emptyprogram" \
-    "build-bench/loomwright -q -d $drop build -o $image --stitcher $slower" \
-    "$slower -k $drop/platform/veldmark-d1.xml -c $config -A" > /dev/null 2>&1
+{
+    $pairs info 50 "build-bench/loomwright info" build-bench/tests/benchmarks/emptyprogram
+    $pairs build 50 "build-bench/loomwright -q -d $drop build -o $image --stitcher $slower" \
+        "$slower -k $drop/platform/veldmark-d1.xml -c $config -A"
+} >> "$programs"
 
 # A window on a virtual display, from the start of the program to the first paint.
-windows=$LOOMWRIGHT_BENCH_INPUTS/windows.json
 HOME=$LOOMWRIGHT_BENCH_INPUTS QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1600x1200x24" \
-    hyperfine --shell none --warmup 5 --runs 50 --style none --export-json "$windows" \
-    "build-bench/tests/benchmarks/bench_window ours" "build-bench/tests/benchmarks/bench_window empty" \
-    > /dev/null 2>&1
+    $pairs window 50 "build-bench/tests/benchmarks/bench_window ours" \
+    "build-bench/tests/benchmarks/bench_window empty" >> "$programs"
 
 legacy_memory=$("$bench" --peak 2> /dev/null)
 
 {
     echo "work|reference|ratio|target|memory|slowdown|"
-    jq --raw-output --slurp --slurpfile processes "$processes" --slurpfile programs "$programs" \
-        --slurpfile windows "$windows" --arg memory "$legacy_memory" '
+    jq --raw-output --slurp --slurpfile programs "$programs" --arg memory "$legacy_memory" '
         # In nanoseconds, whatever the unit of the benchmark.
         def nanoseconds: .real_time * {ns: 1, us: 1e3, ms: 1e6, s: 1e9}[.time_unit];
         (map(.benchmarks[]) | map(select(.aggregate_name == "median")
             | {key: (.run_name | sub("/real_time"; "")), value: nanoseconds}) | from_entries) as $time
-        | ($processes[0].results | map(.median)) as $process
-        | ($programs[0].results | map(.median)) as $program
-        | ($windows[0].results | map(.median)) as $window
+        | ($programs | add) as $program
         | def two: . * 100 | round / 100 | tostring;
           def mark(ratio; target):
               if target != "-" and ratio > (target | tonumber) then "misses its target" else "" end;
@@ -108,20 +105,20 @@ legacy_memory=$("$bench" --peak 2> /dev/null)
               row(work; against; $time["\(name)/ours/\(size)"] / $time["\(name)/reference/\(size)"]; target;
                   memory; $time["\(name)/ours/\(size)"] / $time["\(name)/ours/\(size / 10)"] | two);
           row("fill from 100,000 files, 1% match"; "find -type f, nine -iregex";
-              $process[0] / $process[1]; "0.5"; "-"; "-"),
+              $program.find; "0.5"; "-"; "-"),
           inside("the same"; "a bare QDirIterator"; "directory"; 100000; "5"; "-"),
           inside("validate 40 MB of legacy XML"; "QDomDocument::setContent"; "legacy"; 400000; "1.4";
               $memory),
-          row("the same"; "xmllint --noout"; $process[2] / $process[3]; "-"; "-"; "-"),
+          row("the same"; "xmllint --noout"; $program.xmllint; "-"; "-"; "-"),
           inside("traverse 1,000 groups of 100"; "QStandardItemModel"; "traversal"; 100000; "1"; "-"),
           inside("look a value up by name"; "QHash and QVariant"; "lookup"; 100000; "5"; "-"),
           inside("load 10,000 lines of configuration"; "QTextStream, split twice"; "configuration";
               10000; "3"; "-"),
           inside("check 100,000 files"; "QFileInfo::exists and size"; "check"; 100000; "1.5"; "-"),
-          row("loomwright info"; "an empty Qt program"; $program[0] / $program[1]; "1.15"; "-"; "-"),
-          row("loomwright build"; "a stitcher of half a second"; $program[2] / $program[3]; "1.05";
+          row("loomwright info"; "an empty Qt program"; $program.info; "1.15"; "-"; "-"),
+          row("loomwright build"; "a stitcher of half a second"; $program.build; "1.05";
               "-"; "-"),
-          row("first paint of the window"; "an empty QMainWindow"; $window[0] / $window[1]; "1.7"; "-";
+          row("first paint of the window"; "an empty QMainWindow"; $program.window; "1.7"; "-";
               "-"),
           inside("relay 200 MB of output"; "cat into a bare QProcess"; "relay"; 200; "1.5"; "-")
     ' "$LOOMWRIGHT_BENCH_INPUTS"/results-*.json

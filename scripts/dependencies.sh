@@ -28,7 +28,7 @@ picture_packages="fonts-dejavu-core"
 # shellcheck disable=SC2034
 memcheck_packages="valgrind libc6-dbg"
 # shellcheck disable=SC2034
-bench_packages="libbenchmark-dev hyperfine jq libxml2-utils bsdextrautils xvfb xauth"
+bench_packages="libbenchmark-dev python3 jq libxml2-utils bsdextrautils xvfb xauth"
 # shellcheck disable=SC2034
 root_packages="debootstrap git"
 

@@ -12,7 +12,7 @@
 #include <cstdlib>
 
 // "bench_window empty" and "bench_window ours" show a window and end after its first paint, to be
-// compared by hyperfine.
+// timed by pairs.py.
 
 namespace {
 
