@@ -38,15 +38,6 @@ const QLatin1String pluginName("plugin");
 const QLatin1String qtName("qt");
 const QLatin1String timeName("time");
 
-/// The directory that paths in @p file are relative to, the same by whatever symlinks the file is
-/// reached.
-QString realDirectory(const QString &file)
-{
-    const QFileInfo info(file);
-    return info.exists() ? QFileInfo(info.canonicalFilePath()).path()
-                         : canonicalDirectory(info.absolutePath());
-}
-
 /// A path inside @p directory keeps its symlinks. In any other path, those to directories are resolved:
 /// otherwise "link/.." would be taken for the directory of the link.
 QString relativePath(const QString &path, const QDir &directory)
@@ -219,7 +210,9 @@ QString readProject(const QString &file, Project *project)
             .arg(file, QString::number(content.left(error.offset).count('\n') + 1),
                  error.errorString());
     }
-    const QString problem = readDocument(document, QDir(realDirectory(file)), project);
+    // The same directory by whatever symlinks the file is reached.
+    const QDir directory = QFileInfo(resolvedTarget(file)).dir();
+    const QString problem = readDocument(document, directory, project);
     return problem.isEmpty() ? QString() : file + QLatin1String(": ") + problem + QLatin1Char('.');
 }
 

@@ -81,8 +81,8 @@ QString StitcherRun::start(const StitcherRequest &request, const std::function<v
 {
     const QString directory = runnerDirectory();
     if (directory.isEmpty()) {
-        return tr("The program that supervises the stitcher is missing: the installation is "
-                  "incomplete.");
+        return QStringLiteral("The program that supervises the stitcher is missing: the "
+                              "installation is incomplete.");
     }
     RunnerRequest message;
     setPath(message.stitcher, request.stitcher);
@@ -96,7 +96,7 @@ QString StitcherRun::start(const StitcherRequest &request, const std::function<v
         const QString problem = qt_error_string(errno);
         close(ends[0]);
         close(ends[1]);
-        return tr("The stitcher cannot be supervised: %1.").arg(problem);
+        return QStringLiteral("The stitcher cannot be supervised: %1.").arg(problem);
     }
     socket = ends[0];
 
