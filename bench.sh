@@ -10,9 +10,10 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./bench.sh
 
-Installs missing packages (with apt), builds the benchmarks in release and prints one table:
-the time that the plug-in takes for a piece of work, as a ratio to a reference in the same run. It takes
-some minutes; keep the machine idle meanwhile. Rows that miss their target are marked.
+Installs missing packages (with apt), builds the benchmarks in release and
+prints one table: the time that the plug-in takes for a piece of work, as a
+ratio to a reference in the same run. It takes some minutes; keep the machine
+idle meanwhile. Rows that miss their target are marked.
 
   ratio     our time divided by the reference's, medians
   target    the highest ratio that is acceptable

@@ -10,19 +10,21 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./run.sh
 
-Installs missing packages (Debian 12 and 13, with apt), builds the plug-in and the command-line tool, and builds an
-image from a sample directory: mapping, checks, configuration, stitching. It also shows the checks of a
-faulty directory. The results are in the directory out/.
+Installs missing packages (Debian 12 and 13, with apt), builds the plug-in and
+the command-line tool, and builds an image from a sample directory: mapping,
+checks, configuration, stitching. It also shows the checks of a faulty
+directory. The results are in the directory out/.
 
-The vendor's stitcher is not part of this project; this run uses the mock stitcher in examples/.
+The vendor's stitcher is not part of this project; this run uses the mock
+stitcher in examples/.
 
 Other commands:
-  build/loomwright --help        the command-line tool: every command on your own files
+  build/loomwright --help        the command-line tool, for your own files
   examples/make-sample.sh DIR    a sample directory of your own
   ./test.sh                      all tests
-  cmake --preset qt4 -DQT_QMAKE_EXECUTABLE=.../qmake && cmake --build --preset qt4
-                                 the plug-in for the Workbench's own Qt 4
-  cmake --install build          installs the plug-in, the command-line tool and the headers
+  cmake --install build          installs everything
+  cmake --preset qt4 -DQT_QMAKE_EXECUTABLE=.../qmake
+  cmake --build --preset qt4     the plug-in for the Workbench's own Qt 4
 EOF
         exit 0
         ;;

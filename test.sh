@@ -9,8 +9,8 @@ case ${1:-} in
         cat <<'EOF'
 Usage: ./test.sh [CTEST OPTIONS]
 
-Installs missing packages (Debian 12 and 13, with apt), builds everything and runs all tests;
-./test.sh -R terminal runs those with "terminal" in the name.
+Installs missing packages (Debian 12 and 13, with apt), builds everything and
+runs all tests; ./test.sh -R terminal runs those with "terminal" in the name.
 EOF
         exit 0
         ;;

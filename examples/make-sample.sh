@@ -11,9 +11,12 @@ usage() {
     cat <<'EOF'
 Usage: make-sample.sh [--broken] DIRECTORY
 
-Creates DIRECTORY, which must not exist or be empty, with a sample of every kind of input file.
-  --broken  with a wrong size, a missing file, two candidates for one ingredient, and a legacy XML
-            data file with an offset error and a size error
+Creates DIRECTORY, which must not exist or be empty, with a sample of every
+kind of input file.
+
+  --broken  with a wrong size, a missing file, two candidates for one
+            ingredient, and a legacy XML data file with an offset error and a
+            size error
 EOF
 }
 

@@ -9,9 +9,10 @@ case ${1:-} in
         cat <<'EOT'
 Usage: scripts/check-binaries.sh BUILD_DIRECTORY [PROGRAM...]
 
-Checks a release build. The plug-in exports the entry points of the plug-in loader and nothing else,
-needs no symbol that a system of 2011 lacks, and has no RUNPATH; the plug-in and every PROGRAM (a path
-below BUILD_DIRECTORY) are hardened. Prints what is wrong; the exit status is 1 when anything is.
+Checks a release build. The plug-in exports the entry points of the plug-in
+loader and nothing else, needs no symbol that a system of 2011 lacks, and has
+no RUNPATH; the plug-in and every PROGRAM (a path below BUILD_DIRECTORY) are
+hardened. Prints what is wrong; the exit status is 1 when anything is.
 EOT
         exit 0
         ;;

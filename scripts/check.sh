@@ -12,8 +12,9 @@ usage() {
     cat <<EOF
 Usage: scripts/check.sh [CHECK...]
 
-Runs the checks that need no build, all of them or those that are named: $checks.
-The tools are installed with apt when they are missing. .pre-commit-config.yaml has the same list.
+Runs the checks that need no build, all of them or those that are named:
+$checks. The tools are installed with apt when they are missing.
+.pre-commit-config.yaml has the same list.
 EOF
 }
 

@@ -20,7 +20,8 @@ drawing_packages="graphviz librsvg2-bin"
 # shellcheck disable=SC2034
 binary_packages="binutils devscripts"
 # shellcheck disable=SC2034
-package_packages="git build-essential debhelper scdoc lintian man-db pkg-config bash-completion xvfb xauth x11-utils"
+package_packages="git build-essential debhelper scdoc lintian man-db pkg-config bash-completion xvfb \
+    xauth x11-utils"
 # shellcheck disable=SC2034
 fuzz_packages="clang libclang-rt-14-dev"
 # shellcheck disable=SC2034

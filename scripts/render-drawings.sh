@@ -10,8 +10,8 @@ case ${1:-} in
         cat <<'EOF'
 Usage: scripts/render-drawings.sh
 
-Installs Graphviz and rsvg-convert if they are missing. Renders the diagrams of docs/ from their sources (*.dot)
-as SVG, and the icon as PNG.
+Installs Graphviz and rsvg-convert if they are missing. Renders the diagrams of
+docs/ from their sources (*.dot) as SVG, and the icon as PNG.
 EOF
         exit 0
         ;;

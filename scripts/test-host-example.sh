@@ -9,8 +9,9 @@ case ${1:-} in
         cat <<'EOT'
 Usage: scripts/test-host-example.sh PREFIX
 
-Builds examples/minimal-host with the CMake package that is installed below PREFIX, and lets it build
-the sample with the mock stitcher. The pkg-config file must name the directories below PREFIX too.
+Builds examples/minimal-host with the CMake package that is installed below
+PREFIX, and lets it build the sample with the mock stitcher. The pkg-config
+file must name the directories below PREFIX too.
 EOT
         exit 0
         ;;

@@ -14,9 +14,10 @@ case ${1:-} in
         cat <<EOF2
 Usage: scripts/test-minimal-roots.sh [SUITE...]
 
-For each Debian SUITE ($all_suites): makes a minimal root with debootstrap, clones the last commit
-into "$checkout" there, runs ./run.sh and ./test.sh, and removes the root. Packages come from the mirror
-of this machine's apt, in the same way. Exits with $status_of_skipped where this is impossible.
+For each Debian SUITE ($all_suites): makes a minimal root with debootstrap,
+clones the last commit into "$checkout" there, runs ./run.sh and ./test.sh, and
+removes the root. Packages come from the mirror of this machine's apt, in the
+same way. Exits with $status_of_skipped where this is impossible.
 EOF2
         exit 0
         ;;

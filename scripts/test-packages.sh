@@ -10,8 +10,9 @@ case ${1:-} in
         cat <<'EOT'
 Usage: scripts/test-packages.sh
 
-Builds the Debian packages from the files of this checkout and checks them with lintian. As root, it also
-installs them with apt, runs the tests in debian/tests, purges the packages, and checks that no file is left.
+Builds the Debian packages from the files of this checkout and checks them with
+lintian. As root, it also installs them with apt, runs the tests in
+debian/tests, purges the packages, and checks that no file is left.
 EOT
         exit 0
         ;;
@@ -57,7 +58,8 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 
 packages=(loomwright loomwright-gui loomwright-dev)
-[ -z "$(dpkg-query --show "${packages[@]}" 2> /dev/null)" ] || fail "a package of Loomwright is installed already"
+[ -z "$(dpkg-query --show "${packages[@]}" 2> /dev/null)" ] \
+    || fail "a package of Loomwright is installed already"
 installed_files() {
     find /usr /etc /var/lib -iname '*loomwright*' -not -path '/var/lib/dpkg/*' | sort
 }

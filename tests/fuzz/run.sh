@@ -9,9 +9,10 @@ case ${1:-} in
         cat <<'EOF'
 Usage: tests/fuzz/run.sh MINUTES [READER...]
 
-Installs missing packages (Debian 12, with apt), builds the fuzzers with clang and both sanitizers,
-replays the committed corpus and fuzzes every READER for MINUTES (fractions are allowed), all of them in
-parallel. READER is one of: definition map configuration legacy gpio xml. Findings are stored in
+Installs missing packages (Debian 12, with apt), builds the fuzzers with clang
+and both sanitizers, replays the committed corpus and fuzzes every READER for
+MINUTES (fractions are allowed), all of them in parallel. READER is one of:
+definition map configuration legacy gpio xml. Findings are stored in
 build-fuzz/findings/; the exit status is 1 when there are any.
 EOF
         exit 0
