@@ -49,8 +49,8 @@ bool hasFailedToFork(const QProcess &process)
 void abandon(QProcess *process)
 {
     process->disconnect();
-    // In the order in which they were created: one for each pipe, then one for the process. The last
-    // has no file descriptor, but a number that was never set.
+    // In the order in which they were created: one for each pipe, then one for the process. The
+    // last has no file descriptor, but a number that was never set.
     const QList<QSocketNotifier *> notifiers = process->findChildren<QSocketNotifier *>();
     for (int i = 0; i < notifiers.count(); ++i) {
         notifiers.at(i)->setEnabled(false);

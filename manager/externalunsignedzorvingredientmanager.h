@@ -47,8 +47,8 @@ public:
     /// written. Unknown keys and values that an ingredient does not accept are ignored.
     bool updateModelFromConfig(const QHash<QString, QString> &config);
 
-    /// Writes @p config, ingredient keys with their values, as a configuration file; false when that
-    /// fails. Only a file that cannot be opened is reported.
+    /// Writes @p config, ingredient keys with their values, as a configuration file; false when
+    /// that fails. Only a file that cannot be opened is reported.
     bool writeConfigToFile(const QString &fileName, const QHash<QString, QString> &config);
     /// @name Sections of a configuration file
     /// @{

@@ -40,7 +40,7 @@ ExternalUnsignedZorv::~ExternalUnsignedZorv()
     // The execution manager points to the ingredient manager, but its destructor does not use it.
     delete ingredientManager;
     delete executionManager;
-    // Without an application, deleting a widget that was shown crashes. The process is about to end.
+    // Without an application, deleting a widget that was shown crashes. The process is ending.
     if (QCoreApplication::instance()) {
         delete targetDetailsWidget;
     }

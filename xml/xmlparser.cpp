@@ -36,12 +36,12 @@ int endOfTag(const QString &text, int start)
     return text.length();
 }
 
-/// Whether @p text consists of tags and character data alone, which do not nest too deeply. Checking
-/// most documents thus takes a fraction of the time of a reader.
+/// Whether @p text consists of tags and character data alone, which do not nest too deeply.
+/// Checking most documents thus takes a fraction of the time of a reader.
 bool isPlainAndShallow(const QString &text)
 {
-    // Comments, sections and instructions could contain what looks like a tag; an XML declaration at
-    // the start does not. Without declarations there are no entities.
+    // Comments, sections and instructions could contain what looks like a tag; an XML declaration
+    // at the start does not. Without declarations there are no entities.
     if (text.contains(QLatin1String("<!")) || text.indexOf(QLatin1String("<?"), 1) >= 0) {
         return false;
     }

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-// A plug-in for a made-up target that has nothing in common with the shipped one but the interfaces:
-// the value is not in the second column, there are texts and choices, a hidden ingredient, a file
-// that may be missing, two data views, one of them without a model, and another command line.
-// docs/writing-a-plugin.md explains it.
+// A plug-in for a made-up target that has nothing in common with the shipped one but the
+// interfaces: the value is not in the second column, there are texts and choices, a hidden
+// ingredient, a file that may be missing, two data views, one of them without a model, and another
+// command line. docs/writing-a-plugin.md explains it.
 
 #include "model/choice.h"
 #include "model/filepath.h"

@@ -58,9 +58,9 @@ Q_DECLARE_METATYPE(BuildResult)
 ///
 /// The stitcher writes into a private directory beside the image, on another path than the user's.
 /// The build succeeds when the stitcher exits with status 0 and leaves no process behind, the image
-/// is a regular file that is not empty, and neither an input file nor the stitcher has changed. Only
-/// then is the image renamed to its path, after other files that the stitcher wrote beside it. Until
-/// that moment an older image is not touched.
+/// is a regular file that is not empty, and neither an input file nor the stitcher has changed.
+/// Only then is the image renamed to its path, after other files that the stitcher wrote beside it.
+/// Until that moment an older image is not touched.
 class Build : public QObject
 {
     Q_OBJECT
@@ -75,8 +75,8 @@ public:
 
     /// Starts the build. finished() follows, but never before this call returns. Call it once.
     void start();
-    /// Terminates the stitcher and everything it has started; the build fails for @p reason. Call it
-    /// after start().
+    /// Terminates the stitcher and everything it has started; the build fails for @p reason. Call
+    /// it after start().
     void stop(const QString &reason);
 
 signals:

@@ -15,11 +15,11 @@
 
 class Plugin;
 
-/// The configuration that @p plugin writes for the current values; none when the plug-in fails, whose
-/// messages say why.
+/// The configuration that @p plugin writes for the current values; none when the plug-in fails,
+/// whose messages say why.
 std::optional<QByteArray> configurationOf(const Plugin &plugin);
 
-/// What loading @p configuration, which the plug-in has written, would not restore: one sentence per
+/// What loading @p configuration, which the plug-in has written, would not restore, one text per
 /// value.
 QStringList lossesIn(const QByteArray &configuration, const Ingredients &ingredients);
 

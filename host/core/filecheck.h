@@ -19,5 +19,5 @@ struct FileCheck {
 /// The rows of the plug-in's check table, with the ingredients that they are about.
 QVector<FileCheck> checksIn(const QAbstractItemModel &table, const Ingredients &ingredients);
 
-/// The failed ones of @p checks, one for each ingredient: a missing file is not of the wrong size too.
+/// The failed ones of @p checks, one for each ingredient: a missing file has no wrong size.
 Problems failuresIn(const QVector<FileCheck> &checks);

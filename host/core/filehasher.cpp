@@ -73,7 +73,7 @@ void FileHasher::hashSlice()
     }
 }
 
-/// Opens the next file that needs a hash, or notes why it cannot be hashed. False when none is left.
+/// Opens the next file that needs a hash, or notes why it cannot be opened. False after the last.
 bool FileHasher::openNext()
 {
     while (position < files.count() && !files.at(position).sha256.isEmpty()) {

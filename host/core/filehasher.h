@@ -31,7 +31,7 @@ FileRecord recordOf(const QString &file);
 /// Whether the file is still in the recorded state.
 bool isUnchanged(const FileRecord &record);
 
-/// Computes the SHA-256 of files in slices between other events, so that the event loop keeps running.
+/// Computes the SHA-256 of files in slices, between which the event loop runs.
 class FileHasher : public QObject
 {
     Q_OBJECT
@@ -40,9 +40,9 @@ public:
     /// Creates a hasher that waits for add().
     explicit FileHasher(QObject *parent = nullptr);
     /// Computes the hashes that are missing in @p records, after those of earlier calls; finished()
-    /// follows, but never before this call returns. A file that is not in the recorded state any more,
-    /// or that changes while it is read, is an error. So is anything but a regular file: no FIFO or
-    /// device blocks the program.
+    /// follows, but never before this call returns. A file that is not in the recorded state any
+    /// more, or that changes while it is read, is an error. So is anything but a regular file: no
+    /// FIFO or device blocks the program.
     void add(const QList<FileRecord> &records);
     /// Stops; finished() is not emitted.
     void cancel();

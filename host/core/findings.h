@@ -11,8 +11,8 @@
 #include <QStringList>
 
 /// What the host finds wrong with values that pass the plug-in's checks: files that are not regular
-/// files, are empty or unreadable, control characters, an image that is also an input or that cannot
-/// be written.
+/// files, are empty or unreadable, control characters, an image that is also an input or that
+/// cannot be written.
 Problems findingsFor(const Ingredients &ingredients);
 
 /// The input ingredient that refers to the same file as @p file, by device and inode.
@@ -22,7 +22,7 @@ std::optional<Ingredient> inputWithFile(const Ingredients &ingredients, const QS
 /// when it is one, or cannot be read.
 QString xmlProblem(const QString &file);
 
-/// What a search in a directory passes over, as it is neither a file nor a directory that can be read.
+/// What a search in a directory skips.
 struct SkippedEntries {
     QStringList unreadable;  ///< Directories.
     QStringList symlinks;    ///< To files and directories.

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A data file may cause hundreds of thousands of errors. All of them are in the plug-in's messages.
+/// A data file may cause hundreds of thousands of errors. The plug-in's messages have all of them.
 const int maxMessages = 50;
 
 bool isAmbiguity(const Problem &problem)

@@ -9,8 +9,8 @@
 class InputProblems
 {
 public:
-    /// All of them. Candidates that do not exist now are left out, and are no problem if fewer than two
-    /// are left. Accesses the file system.
+    /// All of them. Candidates that do not exist now are left out, and are no problem if fewer than
+    /// two are left. Accesses the file system.
     Problems current() const;
     /// Those about candidates, with all files that were found.
     Problems ambiguities() const;
@@ -20,7 +20,7 @@ public:
     /// Adds the errors that the plug-in has reported about the value of @p ingredient, or about no
     /// certain value. Of very many, the number and the first ones.
     void addMessages(const QStringList &messages, const Ingredient &ingredient = {});
-    /// Adds one problem for all of @p files, which were found for @p ingredient beside the one in use.
+    /// Adds one problem for all of @p files, which were found for @p ingredient beside its value.
     void addCandidates(QStringList files, const Ingredient &ingredient);
 
     /// Forgets those of one ingredient; with an empty id, those that belong to none.

@@ -50,7 +50,7 @@ public:
     /// The ingredient tree, owned by the plug-in, which must be loaded.
     QAbstractItemModel *model() const;
 
-    /// Drops the plug-in's messages, because they were shown before, while the returned object lives.
+    /// Drops the plug-in's messages, which were shown before, while the returned object exists.
     [[nodiscard]] QScopedValueRollback<bool> silence();
 
 signals:

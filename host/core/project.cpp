@@ -38,8 +38,8 @@ const QLatin1String pluginName("plugin");
 const QLatin1String qtName("qt");
 const QLatin1String timeName("time");
 
-/// A path inside @p directory keeps its symlinks. In any other path, those to directories are resolved:
-/// otherwise "link/.." would be taken for the directory of the link.
+/// A path inside @p directory keeps its symlinks. In any other path, those to directories are
+/// resolved: otherwise "link/.." would be taken for the directory of the link.
 QString relativePath(const QString &path, const QDir &directory)
 {
     const QString prefix = directory.path() + QLatin1Char('/');

@@ -24,7 +24,7 @@ public:
     PrivateDirectory(const PrivateDirectory &) = delete;
     PrivateDirectory &operator=(const PrivateDirectory &) = delete;
 
-    /// Creates the directory in @p parent; its name is @p prefix and six more characters. Call it once.
+    /// Creates the directory in @p parent, named @p prefix and six characters. Call it once.
     /// @return an empty text, or why it could not be created
     QString create(const QString &parent, const QString &prefix);
     /// The absolute path; empty before create() and after remove().

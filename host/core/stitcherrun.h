@@ -50,8 +50,8 @@ public:
     void permit();
     /// Terminates the stitcher and everything it has started; stitcherEnded() follows.
     void stop();
-    /// Lets the runner exit, which removes nothing; ended() follows. If the stitcher is running, it is
-    /// terminated.
+    /// Lets the runner exit, which removes nothing; ended() follows. If the stitcher is running, it
+    /// is terminated.
     void finish();
 
     /// The arguments with which the plug-in has started the runner, without its name; empty before

@@ -74,8 +74,8 @@ QString directoryRejection(const QString &directory)
 }
 
 /// Whether another problem of the same ingredient explains @p problem: what the host has found out
-/// about a file explains why a check of the plug-in failed, and that there is no file explains why the
-/// plug-in could not load it.
+/// about a file explains why a check of the plug-in failed, and that there is no file explains why
+/// the plug-in could not load it.
 bool isConsequence(const Problem &problem, const Problems &all)
 {
     const bool isFailedCheck = problem.kind == ProblemKind::Check;
@@ -273,7 +273,8 @@ Ingredients Values::loadedFiles() const
     return files;
 }
 
-/// Loads data files again that renew() has left out, unless their ingredients have other values now.
+/// Loads data files again that renew() has left out, unless their ingredients have other values
+/// now.
 void Values::restore(const Ingredients &files)
 {
     const QScopedValueRollback<bool> ignoring(isIgnoringChanges, true);

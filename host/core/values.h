@@ -18,11 +18,11 @@ class Plugin;
 /// The values from which an image is built: the inputs that a user applies, their problems, and so
 /// what blocks a build.
 ///
-/// An error or failed check of an ingredient is dropped when the ingredient gets another value, also
-/// when the plug-in itself changes it.
+/// An error or failed check of an ingredient is dropped when the ingredient gets another value,
+/// also when the plug-in itself changes it.
 ///
-/// Whenever the plug-in loads a data file, it verifies the earlier ones again. So before an operation
-/// that may load one, the plug-in is renewed if it has loaded one already.
+/// Whenever the plug-in loads a data file, it verifies the earlier ones again. So before an
+/// operation that may load one, the plug-in is renewed if it has loaded one already.
 class Values : public QObject
 {
     Q_OBJECT
@@ -32,9 +32,9 @@ public:
     explicit Values(Plugin *loadedPlugin, QObject *parent = nullptr);
 
     /// @name Inputs
-    /// Each applies one input; a relative path is resolved against the current directory. False when
-    /// it was rejected: problems() says why, and nothing else has changed. If the plug-in could not
-    /// be renewed, it is not loaded any more; nothing else may be called then.
+    /// Each applies one input; a relative path is resolved against the current directory. False
+    /// when it was rejected: problems() says why, and nothing else has changed. If the plug-in
+    /// could not be renewed, it is not loaded any more; nothing else may be called then.
     /// @{
     /// @param shownName how problems name the file, if not by its path
     bool loadConfiguration(const QString &file, const QString &shownName = {});
@@ -90,11 +90,11 @@ public:
 
     /// The project file in use, which nothing but saving the project may overwrite.
     void setProjectFile(const QString &file);
-    /// The files that a build must not replace: the inputs, a configuration, manifest or project that
-    /// was loaded, and the plug-in.
+    /// The files that a build must not replace: the inputs, a configuration, manifest or project
+    /// that was loaded, and the plug-in.
     QStringList protectedFiles() const;
-    /// Why @p file, a resolved path, must not be written because it is one of those files or the image,
-    /// or cannot be written. Empty when nothing is known to be in the way.
+    /// Why @p file, a resolved path, must not be written because it is one of those files or the
+    /// image, or cannot be written. Empty when nothing is known to be in the way.
     QString overwriteProblem(const QString &file) const;
     /// The same for saving the values as a project, which may replace the project file in use.
     QString saveProblem(const QString &file) const;

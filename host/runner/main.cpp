@@ -35,8 +35,8 @@ void restoreEnvironment()
     unsetenv(RunnerProtocol::socketVariable);
 }
 
-/// Blocks SIGCHLD and the signals that ask a process to end, to be waited for. Those that are ignored,
-/// for example under nohup, stay ignored.
+/// Blocks SIGCHLD and the signals that ask a process to end, to be waited for. Those that are
+/// ignored, for example under nohup, stay ignored.
 sigset_t blockSignals()
 {
     sigset_t signals;
@@ -90,8 +90,9 @@ sigset_t blockSignals()
 
 /// Passes all arguments on to the stitcher.
 ///
-/// There are two processes, so that no descendant is left when one of them is killed: this one, which
-/// the plug-in waits for, and its child, which does the work. Whichever is left terminates them.
+/// There are two processes, so that no descendant is left when one of them is killed: this one,
+/// which the plug-in waits for, and its child, which does the work. Whichever is left terminates
+/// them.
 int main(int, char **arguments)
 {
     const char *socket = std::getenv(RunnerProtocol::socketVariable);

@@ -100,7 +100,8 @@ void ProcessTree::terminate()
     const auto killTime = Clock::now() + gracePeriod;
     std::set<pid_t> asked;
     while (reap() && Clock::now() < killTime) {
-        // Again whenever a child has ended: its own children may have moved while the list was read.
+        // Again whenever a child has ended: its own children may have moved while the list was
+        // read.
         for (const pid_t process : descendantsOf(getpid())) {
             if (asked.insert(process).second) {
                 kill(process, SIGTERM);
@@ -109,8 +110,8 @@ void ProcessTree::terminate()
         waitForChild(killTime);
     }
     while (reap()) {
-        // Only the children: their process IDs cannot have been reused. Grandchildren become children
-        // in the next round.
+        // Only the children: their process IDs cannot have been reused. Grandchildren become
+        // children in the next round.
         for (const pid_t process : childrenOf(getpid())) {
             kill(process, SIGKILL);
         }

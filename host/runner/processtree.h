@@ -15,9 +15,9 @@ timespec timeUntil(Clock::time_point end);
 
 /// The descendants of this process, which all are or become its children before they end.
 ///
-/// This process must be a child subreaper, so that it becomes the parent of every descendant whose own
-/// parent ends, however it was started. So all of them have ended exactly when there is no child
-/// left to wait for. SIGCHLD must be blocked.
+/// This process must be a child subreaper, so that it becomes the parent of every descendant whose
+/// own parent ends, however it was started. So all of them have ended exactly when there is no
+/// child left to wait for. SIGCHLD must be blocked.
 class ProcessTree
 {
 public:

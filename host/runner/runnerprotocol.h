@@ -6,10 +6,10 @@
 /// @file
 /// The protocol between host and runner.
 ///
-/// They are connected by a socket of type SOCK_SEQPACKET. The host sends one RunnerRequest before it
-/// lets the plug-in start the runner, then one HostCommand per message. The runner sends one
-/// RunnerStatus per message. When the connection ends without HostCommand::Finish, the host has died:
-/// the runner terminates everything and removes the directories that the request names.
+/// They are connected by a socket of type SOCK_SEQPACKET. The host sends one RunnerRequest before
+/// it lets the plug-in start the runner, then one HostCommand per message. The runner sends one
+/// RunnerStatus per message. When the connection ends without HostCommand::Finish, the host has
+/// died: the runner terminates everything and removes the directories that the request names.
 
 #include <cerrno>
 #include <climits>

@@ -20,8 +20,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// How long descendants may run after the stitcher has ended by itself. A script's `tee`, for example,
-/// ends only after the script.
+/// How long descendants may run after the stitcher has ended by itself. A script's `tee`, for
+/// example, ends only after the script.
 constexpr milliseconds lingerPeriod(1000);
 
 /// The exit statuses that timeout(1) and shells use as well.
@@ -199,8 +199,8 @@ void Supervisor::reportEnd(Event end) const
     report(RunnerStatus::Finished);
 }
 
-/// The stitcher's own status, unless it was terminated: an end by a signal would look like a crash to
-/// the plug-in.
+/// The stitcher's own status, unless it was terminated: an end by a signal would look like a crash
+/// to the plug-in.
 int Supervisor::statusAfter(Event end) const
 {
     if (end == Event::TimedOut) {

@@ -11,8 +11,8 @@ constexpr int startFailedStatus = 127;
 
 /// Runs the stitcher as the host asks for, and leaves none of its processes behind.
 ///
-/// When this process is killed, the kernel kills the stitcher as well. The processes that the stitcher
-/// has started become children of this one's parent.
+/// When this process is killed, the kernel kills the stitcher as well. The processes that the
+/// stitcher has started become children of this one's parent.
 class Supervisor
 {
 public:
@@ -22,7 +22,7 @@ public:
     /// are blocked
     Supervisor(const RunnerRequest &hostRequest, int hostSocket, int signalSource);
 
-    /// Waits until the host lets the stitcher start, runs it, and waits for the host's last command.
+    /// Waits for the host's permission, runs the stitcher, and waits for the host's last command.
     /// @param arguments for the stitcher, null-terminated; the first one is replaced
     /// @return how the runner has to end: a status as waitpid() returns it
     int run(char **arguments);

@@ -8,7 +8,7 @@
 
 struct CommandInfo;
 
-/// What the user asked for on the command line. The tables of options name the members that they set.
+/// What the user asked for on the command line. Each option's table entry names its member.
 struct CommandLine {
     QString pluginFile;
     QString target;

@@ -10,8 +10,8 @@
 
 struct CommandContext;
 
-/// The member of CommandLine that an option sets: a flag, a text, or a list for an option that may be
-/// repeated.
+/// The member of CommandLine that an option sets: a flag, a text, or a list for an option that may
+/// be repeated.
 using OptionMember
     = std::variant<bool CommandLine::*, QString CommandLine::*, QStringList CommandLine::*>;
 

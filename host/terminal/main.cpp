@@ -49,8 +49,8 @@ void showFatal(QtMsgType type, const QMessageLogContext &, const QString &messag
 }
 
 /// The plug-in creates a widget, but never shows it, so no display is needed. The user's settings
-/// for programs with windows could make Qt load plug-ins or abort; the stitcher gets them back. Qt gets none of the user's
-/// arguments, since it would remove those that it knows.
+/// for programs with windows could make Qt load plug-ins or abort; the stitcher gets them back. Qt
+/// gets none of the user's arguments, since it would remove those that it knows.
 std::unique_ptr<QApplication> createApplication(int *argumentCount, char **arguments)
 {
     const TemporaryVariable platform("QT_QPA_PLATFORM", "offscreen");

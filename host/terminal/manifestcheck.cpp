@@ -117,8 +117,8 @@ ProjectEntry entryFor(const Ingredient &ingredient, const Ingredients &ingredien
     return {};
 }
 
-/// Finds values that differ from @p manifest, without reading files, and the input files that remain
-/// to be compared.
+/// Finds values that differ from @p manifest, without reading files, and the input files that
+/// remain to be compared.
 RecordedFiles compareValues(Values *values, const Project &manifest)
 {
     RecordedFiles files;

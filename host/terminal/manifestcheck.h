@@ -10,7 +10,7 @@
 
 struct CommandContext;
 
-/// Compares the current values, their files and the stitcher with @p manifest, which was loaded; what
-/// differs becomes a problem. The image may have another path, and a stitcher that is not found is not
-/// compared.
+/// Compares the current values, their files and the stitcher with @p manifest, which was loaded;
+/// what differs becomes a problem. The image may have another path, and a stitcher that is not
+/// found is not compared.
 void checkLock(CommandContext &context, const Project &manifest);

@@ -10,9 +10,9 @@
 
 class SignalWatch;
 
-/// Writes to file descriptors, blocking or not, and waits for slow readers. A signal ends the waiting:
-/// after that, what is not read within one second in total is discarded. A reader that closes its end
-/// is noted as signal PIPE, unless that is ignored.
+/// Writes to file descriptors, blocking or not, and waits for slow readers. A signal ends the
+/// waiting: after that, what is not read within one second in total is discarded. A reader that
+/// closes its end is noted as signal PIPE, unless that is ignored.
 class Output
 {
 public:
@@ -20,7 +20,7 @@ public:
     explicit Output(const SignalWatch &watch);
 
     void write(int descriptor, const QByteArray &bytes);
-    /// Whether something could not be written to @p descriptor; nothing is written to it after that.
+    /// Whether a write to @p descriptor has failed; nothing more is written to it.
     bool hasFailed(int descriptor) const;
 
 private:

@@ -98,8 +98,8 @@ void Report::addError(const QString &message)
     }
 }
 
-/// Shows a message of the plug-in; the stitcher's output arrives in chunks and stays as it is. It may
-/// overwrite its own lines to show progress.
+/// Shows a message of the plug-in; the stitcher's output arrives in chunks and stays as it is. It
+/// may overwrite its own lines to show progress.
 void Report::relay(Stream *stream, const QString &message)
 {
     if (source == Source::Stitcher) {

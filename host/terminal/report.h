@@ -80,8 +80,8 @@ public:
     /// A list in JSON; nothing without JSON.
     void setList(const char *name, const std::vector<Record> &rows);
 
-    /// Ends the report: prints the JSON document, and returns @p exitStatus, or ExitStatus::Failed when
-    /// writing to standard output failed.
+    /// Ends the report: prints the JSON document, and returns @p exitStatus, or ExitStatus::Failed
+    /// when writing to standard output failed.
     int finish(int exitStatus);
 
 private:
