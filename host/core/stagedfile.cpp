@@ -4,8 +4,8 @@
 #include "host/core/stagedfile.h"
 
 #include "host/core/paths.h"
+#include "host/runner/removedirectory.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -122,9 +122,7 @@ bool PrivateDirectory::remove()
     if (isKept || directory.isEmpty()) {
         return true;
     }
-    std::error_code error;
-    std::filesystem::remove_all(QFile::encodeName(directory).constData(), error);
-    if (error) {
+    if (!removeDirectory(QFile::encodeName(directory).toStdString())) {
         return false;
     }
     directory.clear();

@@ -3,6 +3,8 @@
 
 #include "host/runner/supervisor.h"
 
+#include "host/runner/removedirectory.h"
+
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -78,9 +80,8 @@ int Supervisor::run(char **arguments)
         event = nextEvent(Clock::time_point::max());
     }
     if (event == Event::HostGone && !request.isKept) {
-        std::error_code ignored;
-        fs::remove_all(request.stagingDirectory, ignored);
-        fs::remove_all(request.workDirectory, ignored);
+        removeDirectory(request.stagingDirectory);
+        removeDirectory(request.workDirectory);
     }
     return status;
 }
