@@ -24,6 +24,8 @@ constexpr milliseconds gracePeriod(2000);
 /// Time between two rounds of SIGKILL, unless a child ends earlier. One round may not be enough: a
 /// process may start while the list of children is read.
 constexpr milliseconds killInterval(50);
+/// How long to try. A descendant of another user cannot be killed, and without /proc none is found.
+constexpr milliseconds killPeriod(10000);
 
 /// The current children of @p process. One that starts or ends meanwhile may be missing.
 std::vector<pid_t> childrenOf(pid_t process)
@@ -109,7 +111,8 @@ void ProcessTree::terminate()
         }
         waitForChild(killTime);
     }
-    while (reap()) {
+    const auto giveUpTime = Clock::now() + killPeriod;
+    while (reap() && Clock::now() < giveUpTime) {
         // Only the children: their process IDs cannot have been reused. Grandchildren become
         // children in the next round.
         for (const pid_t process : childrenOf(getpid())) {

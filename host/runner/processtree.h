@@ -29,7 +29,8 @@ public:
     bool reap();
     /// The status of the child of interest, as waitpid() returns it, when it has been reaped.
     std::optional<int> status() const;
-    /// Terminates every descendant: first with SIGTERM, some time later with SIGKILL.
+    /// Terminates every descendant: first with SIGTERM, some time later with SIGKILL. Gives up on
+    /// those that cannot be killed.
     void terminate();
 
 private:
