@@ -126,7 +126,8 @@ RecordedFiles compareValues(Values *values, const Project &manifest)
     const Ingredients ingredients = values->ingredients();
     for (const Ingredient &ingredient : ingredients) {
         const ProjectEntry entry = entryFor(ingredient, ingredients, manifest);
-        const QString value = ingredient.text();
+        const QString value
+            = ingredient.isInputFile() ? absolutePath(ingredient.text()) : ingredient.text();
         if (ingredient.isInputFile() && !entry.value.isEmpty() && !value.isEmpty()) {
             const FileRecord current = loaded.value(value, recordOf(value));
             files.append({ingredient.id, current, entry.size, entry.sha256});
