@@ -7,6 +7,7 @@
 
 namespace {
 
+const char changedText[] = "It has changed";
 const int sliceSize = 1 << 20;
 const int progressIntervalMs = 100;
 
@@ -21,7 +22,7 @@ int openForReading(const QString &file)
 
 bool isUnchanged(const FileRecord &record)
 {
-    return FileState::of(record.file) == record.state;
+    return record.error != QLatin1String(changedText) && FileState::of(record.file) == record.state;
 }
 
 FileRecord recordOf(const QString &file)
@@ -102,7 +103,7 @@ void FileHasher::endFile(const QString &error)
     FileRecord &record = files[position];
     record.error = error;
     if (error.isEmpty() && FileState::ofDescriptor(source.handle()) != record.state) {
-        record.error = QStringLiteral("It has changed");
+        record.error = QLatin1String(changedText);
     }
     if (record.error.isEmpty()) {
         record.sha256 = hash.result().toHex();

@@ -28,7 +28,7 @@ using FileRecords = QHash<QString, FileRecord>;
 
 /// The present state of @p file, without a hash.
 FileRecord recordOf(const QString &file);
-/// Whether the file is still in the recorded state.
+/// Whether the file is still in the recorded state, and was while it was hashed.
 bool isUnchanged(const FileRecord &record);
 
 /// Computes the SHA-256 of files in slices, between which the event loop runs.
