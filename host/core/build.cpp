@@ -486,6 +486,10 @@ QString writeManifest(const BuildResult &result, const QString &file)
                 .arg(record.file, record.error);
         }
     }
+    if (result.otherFiles.contains(file)) {
+        return QStringLiteral("The manifest %1 is not written: the stitcher wrote that file.")
+            .arg(file);
+    }
     const auto isReplaced
         = [&result] { return FileState::ofLink(result.image.file) != result.image.state; };
     QString replaced = QStringLiteral("The manifest %1 is not valid: the image %2 was replaced or "

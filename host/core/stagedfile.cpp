@@ -161,10 +161,15 @@ PrivateDirectory &StagedFile::directory()
 
 QStringList StagedFile::otherNames() const
 {
-    QStringList names
-        = QDir(stage.path())
-              .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    // QDir would leave out a name that is not valid in the locale's encoding.
+    QStringList names;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(QFile::encodeName(stage.path()).constData(), error);
+    for (; entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        names.append(QFile::decodeName(entry->path().filename().c_str()));
+    }
     names.removeAll(QFileInfo(target).fileName());
+    names.sort();
     return names;
 }
 
