@@ -84,6 +84,11 @@ QString StitcherRun::start(const StitcherRequest &request, const std::function<v
         return QStringLiteral("The program that supervises the stitcher is missing: the "
                               "installation is incomplete.");
     }
+    if (directory.contains(QLatin1Char(':'))) {
+        return QStringLiteral("The program that supervises the stitcher is in %1, which cannot be "
+                              "part of PATH.")
+            .arg(directory);
+    }
     RunnerRequest message;
     setPath(message.stitcher, request.stitcher);
     setPath(message.stagingDirectory, request.stagingDirectory);
