@@ -52,9 +52,14 @@ QString relativePath(const QString &path, const QDir &directory)
         : directory.relativeFilePath(pathIn(canonicalDirectory(info.path()), info.fileName()));
 }
 
+/// After a symlink, .. leads elsewhere than the text says.
 QString absolutePath(const QString &path, const QDir &directory)
 {
-    return path.isEmpty() ? path : QDir::cleanPath(directory.absoluteFilePath(path));
+    if (path.isEmpty()) {
+        return path;
+    }
+    const QString full = path.startsWith(QLatin1Char('/')) ? path : pathIn(directory.path(), path);
+    return QDir::cleanPath(full.contains(QLatin1String("/../")) ? placeOf(full) : full);
 }
 
 QJsonObject toJson(const ProjectEntry &entry, const QDir &directory)
@@ -193,10 +198,10 @@ bool Project::hasSameValuesAs(const Project &other) const
 
 QString readProject(const QString &file, Project *project)
 {
-    QFile source(file);
+    QFile source(::absolutePath(file));
     if (!QFileInfo(source).isFile()) {
-        return (QFileInfo::exists(file) ? QStringLiteral("The file %1 is not a regular file.")
-                                        : QStringLiteral("The file %1 does not exist."))
+        return (source.exists() ? QStringLiteral("The file %1 is not a regular file.")
+                                : QStringLiteral("The file %1 does not exist."))
             .arg(file);
     }
     if (!source.open(QIODevice::ReadOnly)) {

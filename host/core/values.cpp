@@ -49,7 +49,7 @@ QByteArray hashOf(const FileRecord &record)
 
 QString fileRejection(const QString &file)
 {
-    const QFileInfo info(file);
+    const QFileInfo info(absolutePath(file));
     if (!info.exists()) {
         return QStringLiteral("The file %1 was rejected: it does not exist.").arg(file);
     }
@@ -61,7 +61,7 @@ QString fileRejection(const QString &file)
 
 QString directoryRejection(const QString &directory)
 {
-    const QFileInfo info(directory);
+    const QFileInfo info(absolutePath(directory));
     QString reason = QStringLiteral("no file name in it matches an ingredient");
     if (!info.exists()) {
         reason = QStringLiteral("it does not exist");

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "host/core/findings.h"
+#include "host/core/paths.h"
 #include "host/core/plugin.h"
+#include "host/core/stitcher.h"
 #include "host/core/values.h"
 #include "host/terminal/commandline.h"
 #include "host/terminal/commands.h"
@@ -84,7 +86,7 @@ QString summaryText(const CheckResultSummary &summary, const Problems &problems)
 
 bool validate(CommandContext &context, const QString &file)
 {
-    QString path = file;
+    QString path = absolutePath(file);
     if (file == QLatin1String(standardInputName)) {
         const QString problem = copyStandardInput(context, &path);
         if (!problem.isEmpty()) {
