@@ -136,6 +136,11 @@ void reportChecks(CommandContext &context, bool listed)
 
 int runCheck(CommandContext &context)
 {
+    const QString stitcher = context.commandLine.stitcherFile;
+    const QString problem = stitcher.isEmpty() ? QString() : locateStitcher(stitcher).problem;
+    if (!problem.isEmpty()) {
+        context.values->reject(problem);
+    }
     context.values->check();
     reportChecks(context);
     return context.values->isBlocked(true) ? Failed : Success;
