@@ -279,21 +279,29 @@ private slots:
 
     void theLayoutComesBack()
     {
+        const auto isShown
+            = [this](const char *pane) { return window->findChild<QWidget *>(pane)->isVisible(); };
         QVERIFY(!action("Data views")->isEnabled());
         drop(window.data(), {sample});
         QTRY_VERIFY(action("Data views")->isEnabled());
         QVERIFY(window->findChild<QTableView *>("dataView")->model()->rowCount() > 0);
         action("Data views")->trigger();
-        auto log = window->findChild<LogPane *>();
         action("Log")->trigger();
-        QVERIFY(log->isVisible());
+        QVERIFY(isShown("logPane"));
         action("Data views")->trigger(); // It is behind the log.
-        QVERIFY(window->findChild<QWidget *>("dataViews")->isVisible());
+        QVERIFY(isShown("dataViews"));
         action("Toolbar")->trigger();
-        window->close();
-        newWindow();
-        QVERIFY(!window->findChild<QToolBar *>()->isVisible());
-        QVERIFY(!window->findChild<QWidget *>("dataViews")->isVisible());
+        chooseNextFile(folder->filePath("d1.loomwright"));
+        action("Save project as")->trigger();
+        for (int start = 0; start < 2; ++start) {
+            window->close();
+            newWindow();
+            QVERIFY(!isShown("steps"));
+            QVERIFY(isShown("logPane")); // There is no data yet.
+        }
+        window->restoreLastProject();
+        QTRY_VERIFY(isShown("dataViews"));
+        QVERIFY(action("Log")->isChecked());
     }
 
     void aWrongPluginChangesNothing()

@@ -11,11 +11,10 @@
 #include <QSettings>
 #include <QTabBar>
 
-#include <algorithm>
-
 namespace {
 
 const QLatin1String shownKey("layout/shown");
+const QLatin1String frontKey("layout/front");
 
 } // namespace
 
@@ -32,33 +31,51 @@ LowerPanes::LowerPanes(QWidget *parent)
     addPane(logPane, tr("Log"));
     addPane(dataViewPane, tr("Data views"));
     addPane(targetDetailsPane, tr("Target details"));
-    hide();
+    connect(this, &QTabWidget::currentChanged, this, [this](int index) { front = index; });
+    showPanes();
 }
 
 void LowerPanes::addPane(QWidget *pane, const QString &title)
 {
     const int index = addTab(pane, title);
-    setTabVisible(index, false);
     auto action = new QAction(title, this);
     action->setCheckable(true);
     actions << action;
     connect(action, &QAction::triggered, this, [this, index](bool isShown) {
         // A pane behind another one comes to the front instead.
-        setShown(index, isShown || index != currentIndex());
+        if (isShown || index != currentIndex()) {
+            bringToFront(index);
+        } else {
+            showPanes();
+        }
     });
 }
 
-void LowerPanes::setShown(int index, bool isShown)
+void LowerPanes::bringToFront(int index)
 {
-    actions.at(index)->setChecked(isShown);
-    setTabVisible(index, isShown);
-    if (isShown) {
-        setCurrentIndex(index);
+    actions.at(index)->setChecked(true);
+    front = index;
+    showPanes();
+}
+
+/// Shows the panes that the user wants and in which there is something.
+void LowerPanes::showPanes()
+{
+    // That another pane takes the place of one that is hidden is no wish of the user.
+    const QSignalBlocker blocker(this);
+    int current = -1;
+    int shownCount = 0;
+    for (int i = 0; i < count(); ++i) {
+        const bool isShown = actions.at(i)->isChecked() && actions.at(i)->isEnabled();
+        setTabVisible(i, isShown);
+        shownCount += isShown ? 1 : 0;
+        if (isShown && (current < 0 || i == front)) {
+            current = i;
+        }
     }
-    const auto count = std::count_if(actions.begin(), actions.end(),
-                                     [](const QAction *each) { return each->isChecked(); });
-    tabBar()->setVisible(count > 1);
-    setVisible(count > 0);
+    setCurrentIndex(current);
+    tabBar()->setVisible(shownCount > 1);
+    setVisible(shownCount > 0);
 }
 
 QList<QAction *> LowerPanes::viewActions() const
@@ -74,17 +91,13 @@ void LowerPanes::setPlugin(ILoomwrightPlugin *plugin)
 
 void LowerPanes::offerDataViews()
 {
-    const bool found = dataViewPane->count() > 0;
-    const int index = indexOf(dataViewPane);
-    actions.at(index)->setEnabled(found);
-    if (!found) {
-        setShown(index, false);
-    }
+    actions.at(indexOf(dataViewPane))->setEnabled(dataViewPane->count() > 0);
+    showPanes();
 }
 
 void LowerPanes::showLog()
 {
-    setShown(indexOf(logPane), true);
+    bringToFront(indexOf(logPane));
 }
 
 void LowerPanes::searchLog()
@@ -103,8 +116,9 @@ void LowerPanes::restoreLayout(const QSettings &settings)
 {
     const QStringList shown = settings.value(shownKey).toStringList();
     for (int i = 0; i < count(); ++i) {
-        setShown(i, shown.contains(widget(i)->objectName()));
+        actions.at(i)->setChecked(shown.contains(widget(i)->objectName()));
     }
+    front = settings.value(frontKey).toInt();
     offerDataViews();
 }
 
@@ -117,4 +131,5 @@ void LowerPanes::saveLayout(QSettings *settings) const
         }
     }
     settings->setValue(shownKey, shown);
+    settings->setValue(frontKey, front);
 }

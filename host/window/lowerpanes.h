@@ -42,8 +42,10 @@ public:
 
 private:
     void addPane(QWidget *pane, const QString &title);
-    void setShown(int index, bool isShown);
+    void bringToFront(int index);
+    void showPanes();
 
-    /// By the index of the tab.
+    /// By the index of the tab: checked if the user wants the pane, enabled if there is something in it.
     QList<QAction *> actions;
+    int front = 0; ///< The index of the tab that the user wants in front.
 };
