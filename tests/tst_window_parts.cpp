@@ -4,6 +4,7 @@
 #include "host/core/plugin.h"
 #include "host/window/dataviewpane.h"
 #include "host/window/logpane.h"
+#include "host/window/mainwindow.h"
 #include "host/window/marks.h"
 #include "host/window/targetdetailspane.h"
 #include "plugin/iingredientmanager.h"
@@ -215,6 +216,23 @@ private slots:
         QCOMPARE(pane.count(), 2);
         QCOMPARE(pane.findChildren<QTableView *>().count(), 1);
         QVERIFY(spokenText(pane.widget(1)->findChild<QLabel *>()).contains("no data"));
+    }
+
+    /// The second target says of the cells of a group that they are editable.
+    void aGroupIsNotEdited()
+    {
+        MainWindow window;
+        QVERIFY(window.loadPlugin({SECOND_TARGET}));
+        window.show();
+        auto tree = window.findChild<QTreeView *>("ingredientTree");
+        const QModelIndex group = tree->model()->index(0, 0);
+        for (const auto &edited :
+             {group, group.siblingAtColumn(3), tree->model()->index(1, 3, group)}) {
+            tree->setCurrentIndex(edited);
+            QTest::keyClick(tree, Qt::Key_F2);
+            QTest::keyClick(tree, Qt::Key_Return);
+            QCOMPARE(tree->findChildren<QLineEdit *>().count(), edited.parent() == group ? 1 : 0);
+        }
     }
 
     void bitsOfADataView()

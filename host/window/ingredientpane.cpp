@@ -54,7 +54,8 @@ IngredientPane::IngredientPane(Session *imageSession, QWidget *parent)
     tree->setAllColumnsShowFocus(true);
     tree->setTextElideMode(Qt::ElideMiddle);
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    setEditable(true);
+    // Only edit() opens an editor: a group has no value, but its cells may be editable.
+    tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &IngredientPane::updateActions);
     setFocusProxy(tree);
@@ -147,22 +148,10 @@ void IngredientPane::updateActions()
 {
     const auto ingredient = model->ingredientAt(tree->currentIndex());
     const bool hasValue = ingredient && !ingredient->text().isEmpty();
-    editAction->setEnabled(isEditable() && ingredient);
-    clearAction->setEnabled(isEditable() && hasValue
+    editAction->setEnabled(ingredient && !session->isBuilding());
+    clearAction->setEnabled(hasValue && !session->isBuilding()
                             && kindOf(ingredient->value) != ValueKind::Choice);
     copyAction->setEnabled(hasValue);
-}
-
-bool IngredientPane::isEditable() const
-{
-    return tree->editTriggers() != QAbstractItemView::NoEditTriggers;
-}
-
-void IngredientPane::setEditable(bool editable)
-{
-    tree->setEditTriggers(editable ? QAbstractItemView::EditKeyPressed
-                                   : QAbstractItemView::NoEditTriggers);
-    updateActions();
 }
 
 void IngredientPane::showIngredient(const IngredientId &id)
@@ -227,8 +216,8 @@ void IngredientPane::showMenu(const QPoint &position)
 
 void IngredientPane::edit(const QModelIndex &index)
 {
-    const QModelIndex cell = model->buddy(index);
-    if (isEditable() && cell.isValid()) {
+    if (model->ingredientAt(index) && !session->isBuilding()) {
+        const QModelIndex cell = model->buddy(index);
         tree->setCurrentIndex(cell);
         tree->edit(cell);
     }

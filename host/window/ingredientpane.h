@@ -34,8 +34,6 @@ public:
     std::optional<FileRow> fileRowAt(const QPoint &position) const;
     /// Stores what is being typed.
     void commitEditor();
-    /// Sets whether values may be changed.
-    void setEditable(bool editable);
 
     /// The actions for the current row, for a menu.
     QList<QAction *> rowActions() const;
@@ -50,7 +48,6 @@ private:
     void update();
     void hideRows();
     void updateActions();
-    bool isEditable() const;
     void showMenu(const QPoint &position);
     void edit(const QModelIndex &index);
     void clearCurrent();

@@ -242,7 +242,6 @@ void MainWindow::showState()
     showElided(statusLabel, statusText(session));
     startHint->setVisible(isStart(session));
     problemPane->setProblems(shownProblems(session));
-    ingredientPane->setEditable(session.isLoaded() && !session.isBuilding());
     updateActions();
     showTitle();
 }
