@@ -91,11 +91,13 @@ private slots:
         QCOMPARE(recent->recentFiles().value(0), QUrl::fromLocalFile(file));
 
         // A project that is gone is named, until something else is opened.
-        QVERIFY(window->close());
         QFile::remove(file);
-        newWindow();
-        window->restoreLastProject();
-        QVERIFY2(notice().contains(file), qPrintable(notice()));
+        for (int start = 0; start < 2; ++start) {
+            QVERIFY(window->close());
+            newWindow();
+            window->restoreLastProject();
+            QVERIFY2(notice().contains(file), qPrintable(notice()));
+        }
         drop(window.data(), {sample});
         QVERIFY(!window->findChild<QWidget *>("notice"));
     }

@@ -449,5 +449,4 @@ void MainWindow::closeEvent(QCloseEvent *event)
 void MainWindow::saveForNextSession() const
 {
     saveLayout(this, splitter, lowerPanes);
-    projectFiles->saveLast();
 }

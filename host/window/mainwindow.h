@@ -41,7 +41,7 @@ public:
     void restoreLastProject();
     /// Asks if there are problems, and runs the stitcher.
     void build();
-    /// Stores size, position, what is shown and the project for the next session.
+    /// Stores size, position and what is shown for the next session.
     void saveForNextSession() const;
 
 protected:

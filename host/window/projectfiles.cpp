@@ -16,6 +16,7 @@
 
 #include <KRecentFilesMenu>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -43,8 +44,13 @@ ProjectFiles::ProjectFiles(Session *imageSession, KRecentFilesMenu *recentFiles,
     , window(parent)
 {
     connect(session, &Session::projectChanged, this, [this] {
-        if (!session->projectFile().isEmpty()) {
-            recent->addUrl(QUrl::fromLocalFile(session->projectFile()));
+        const QString file = session->projectFile();
+        if (!file.isEmpty()) {
+            recent->addUrl(QUrl::fromLocalFile(file));
+        }
+        // A session in which no project could be opened does not forget the last one.
+        if (std::exchange(openFile, file) != file) {
+            QSettings().setValue(lastProjectKey(), file);
         }
     });
 }
@@ -143,14 +149,6 @@ void ProjectFiles::saveConfigurationAs()
         QDir(startFolder()).filePath(QStringLiteral("config.txt")), configurationFilter());
     if (!file.isEmpty() && session->saveConfiguration(file)) {
         recent->addUrl(QUrl::fromLocalFile(file));
-    }
-}
-
-void ProjectFiles::saveLast() const
-{
-    // Without a plug-in, no project could be opened.
-    if (session->isLoaded()) {
-        QSettings().setValue(lastProjectKey(), session->projectFile());
     }
 }
 

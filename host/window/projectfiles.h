@@ -28,9 +28,7 @@ public:
     bool save();
     bool saveAs();
     void saveConfigurationAs();
-    /// Stores which project file is open.
-    void saveLast() const;
-    /// Opens the project file that saveLast() has stored.
+    /// Opens the project file that was open last, in this session or an earlier one.
     void restoreLast();
     /// Asks about unsaved changes of a project file; false when the user cancels.
     bool mayLeave();
@@ -42,4 +40,5 @@ private:
     Session *session;
     KRecentFilesMenu *recent;
     QWidget *window;
+    QString openFile; ///< The project file of this session.
 };
