@@ -261,6 +261,18 @@ private slots:
         QTest::keyClick(window.data(), Qt::Key_F8);
         QCOMPARE(problemList()->currentIndex().row(), 1);
 
+        // A change elsewhere keeps the position, and the next problem takes the row of one that is gone.
+        setValue("Host FW", candidatesOf("Host FW").last());
+        QTRY_COMPARE(problemCount(), 4);
+        for (const int row : {1, 2}) {
+            QTest::keyClick(window.data(), Qt::Key_F8);
+            QCOMPARE(problemList()->currentIndex().row(), row);
+        }
+        setValue("Presigned Controller FW", sample + "/presigned/Controller_Signed.bin");
+        QTRY_COMPARE(problemCount(), 3);
+        QTest::keyClick(window.data(), Qt::Key_F8);
+        QCOMPARE(problemList()->currentIndex().row(), 2);
+
         // Each folder starts a new set of files.
         drop(window.data(), {sample});
         QTRY_COMPARE(problemCount(), 0);

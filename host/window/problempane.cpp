@@ -13,6 +13,8 @@
 #include <QLabel>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace {
 
 /// Each row also holds the ingredient's key and a tooltip, which have no column.
@@ -62,8 +64,8 @@ void ProblemPane::choose(const QTreeWidgetItem *item)
 void ProblemPane::showNext()
 {
     if (topLevelItemCount() > 0) {
-        // The current row is the first one as soon as the list gets the focus.
-        const int next = selectedItems().isEmpty() ? 0 : currentIndex().row() + 1;
+        // A current row that is not selected is the next one.
+        const int next = currentIndex().row() + (selectedItems().isEmpty() ? 0 : 1);
         setCurrentItem(topLevelItem(next % topLevelItemCount()));
         choose(currentItem());
     }
@@ -81,13 +83,32 @@ void ProblemPane::setProblems(const Problems &problems)
     if (newRows == rows) {
         return;
     }
+    const int position = qMax(0, currentIndex().row());
+    const QStringList selected = selectedItems().isEmpty() ? QStringList() : rows.at(position);
     rows = newRows;
     clear();
     for (int i = 0; i < rows.count(); ++i) {
         addRow(problems.at(i), rows.at(i));
     }
+    restorePosition(position, selected);
     setVisible(!rows.isEmpty());
     updateGeometry();
+}
+
+/// Selects the ingredient that was @p selected. If that has no problem any more, the one in its row is
+/// the next one.
+void ProblemPane::restorePosition(int row, const QStringList &selected)
+{
+    const auto isSelected = [&selected](const QStringList &each) {
+        return each.value(NameColumn) == selected.value(NameColumn)
+            && each.value(KeyColumn) == selected.value(KeyColumn);
+    };
+    const auto found = std::find_if(rows.begin(), rows.end(), isSelected);
+    if (!selected.isEmpty() && found != rows.end()) {
+        setCurrentItem(topLevelItem(int(found - rows.begin())));
+    } else if (!rows.isEmpty()) {
+        setCurrentItem(topLevelItem(row % rows.count()), NameColumn, QItemSelectionModel::NoUpdate);
+    }
 }
 
 void ProblemPane::addRow(const Problem &problem, const QStringList &row)

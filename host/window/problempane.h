@@ -15,11 +15,11 @@ class ProblemPane : public QTreeWidget
 public:
     explicit ProblemPane(QWidget *parent = nullptr);
 
-    /// Shows @p problems; does nothing if they are unchanged, so that the selection stays.
+    /// Shows @p problems and keeps the position for showNext().
     void setProblems(const Problems &problems);
 
-    /// Selects the first problem or the one after the selected one, wrapping around at the end, and
-    /// emits ingredientChosen().
+    /// Selects the first problem or the one after the last selected one, wrapping around at the end,
+    /// and emits ingredientChosen().
     void showNext();
 
     QSize sizeHint() const override;
@@ -33,6 +33,7 @@ signals:
 
 private:
     void choose(const QTreeWidgetItem *item);
+    void restorePosition(int row, const QStringList &selected);
     void addRow(const Problem &problem, const QStringList &row);
     int heightOfRows(int count) const;
 
