@@ -12,6 +12,8 @@
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTimer>
 #include <QToolButton>
 
@@ -63,7 +65,14 @@ void FilePathEditor::offer(const QStringList &candidates)
     connect(completer, QOverload<const QString &>::of(&QCompleter::activated), this,
             &FilePathEditor::choose, Qt::QueuedConnection);
     // All of them until the user types something.
-    QTimer::singleShot(0, completer, [completer] { completer->complete(); });
+    QTimer::singleShot(0, completer, [this, completer] {
+        QAbstractItemView *list = completer->popup();
+        const int wanted
+            = list->sizeHintForColumn(0) + list->verticalScrollBar()->sizeHint().width();
+        const int available = screen()->availableGeometry().right() - mapToGlobal({}).x();
+        list->setMinimumWidth(qMin(wanted, available));
+        completer->complete();
+    });
 }
 
 QString FilePathEditor::path() const
