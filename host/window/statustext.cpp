@@ -14,6 +14,9 @@
 
 namespace {
 
+/// Of more errors of a data file, only the first are known one by one.
+const int maxCountedProblems = 50;
+
 struct FileCount {
     int found = 0;
     int wanted = 0;
@@ -50,6 +53,9 @@ QString problemText(int count)
 {
     if (count == 0) {
         return tr("no problems");
+    }
+    if (count > maxCountedProblems) {
+        return tr("more than %1 problems").arg(number(maxCountedProblems));
     }
     return count == 1 ? tr("1 problem") : tr("%1 problems").arg(number(count));
 }
