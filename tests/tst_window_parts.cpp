@@ -183,6 +183,47 @@ private slots:
         QTRY_VERIFY(view->toPlainText().contains("a new build") && isEndVisible());
     }
 
+    void logKeepsItsPlace_data()
+    {
+        const Table<int, bool> row("line", "selected");
+        row("the selected line", 51, true);
+        row("a hidden line", 50, true);
+        row("the first visible line", 51, false);
+        row("the end", 300, false);
+    }
+    void logKeepsItsPlace()
+    {
+        QFETCH(int, line);
+        QFETCH(bool, selected);
+        for (int i = 0; i < 150; ++i) {
+            log->addStatus(QString("word ").repeated(i % 50));
+            log->addError("error");
+        }
+        showLog(300);
+        QTextCursor cursor(view->document()->findBlockByNumber(line));
+        if (selected) {
+            cursor.select(QTextCursor::LineUnderCursor);
+            view->setTextCursor(cursor);
+        } else {
+            view->verticalScrollBar()->setValue(cursor.block().firstLineNumber());
+            view->verticalScrollBar()->triggerAction(QAbstractSlider::SliderMove);
+        }
+        for (int i = 0; i < 2; ++i) {
+            log->findChild<QAction *>("logErrorsOnly")->trigger();
+            QCoreApplication::processEvents();
+            if (line == 300) {
+                QTRY_VERIFY(isEndVisible());
+                continue;
+            }
+            QTextCursor shown(view->document()->findBlockByNumber(line));
+            if (!shown.block().isVisible()) {
+                shown.movePosition(QTextCursor::NextBlock);
+            }
+            QVERIFY(view->viewport()->rect().intersects(view->cursorRect(shown)));
+            QCOMPARE(view->textCursor().hasSelection(), selected);
+        }
+    }
+
     void logIsBounded()
     {
         auto notice = log->findChild<QLabel *>("logDropped");

@@ -282,14 +282,26 @@ void LogPane::filter(QTextBlock block) const
     }
 }
 
+/// Unless the view follows its end, keeps the selected line in view, else the first one that is
+/// visible. In place of one that is hidden now, the next one.
 void LogPane::filterAll()
 {
     QTextDocument *document = view->document();
+    const QTextCursor selection = view->textCursor();
+    QTextBlock kept = (selection.hasSelection() ? selection : view->cursorForPosition({})).block();
+    const bool followed = followsEnd;
     for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
         filter(block);
     }
     document->markContentsDirty(0, document->characterCount());
-    followsEnd = true;
+    while (!kept.isVisible()) {
+        kept = kept.next(); // The last one is always visible.
+    }
+    view->setTextCursor(QTextCursor(kept)); // Scrolls to it.
+    if (selection.hasSelection()) {
+        view->setTextCursor(selection);
+    }
+    followsEnd = followed;
     followTimer.start();
 }
 
