@@ -251,7 +251,7 @@ private slots:
         QVERIFY(!problemList()->isVisible());
         QVERIFY(tree->hasFocus() && tree->currentIndex().isValid());
         chooseNextFile(broken);
-        hint->findChild<QPushButton *>()->click();
+        hint->actions().constFirst()->trigger();
         QTRY_VERIFY(problemCount() > 0);
         QVERIFY(problemList()->isVisible());
         QVERIFY(!hint->isVisible());

@@ -8,7 +8,6 @@
 #include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
 #include "host/window/dataviewpane.h"
-#include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/inputkind.h"
 #include "host/window/logpane.h"
@@ -35,7 +34,6 @@
 #include <QMimeData>
 #include <QRubberBand>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTextDocument>
 #include <QTreeView>
@@ -55,8 +53,6 @@ static void registerResources()
 namespace {
 
 const int maxNoticeLines = 4;
-/// The height from which the whole start hint is shown; below it, the tree needs the space.
-const int minLinesForHint = 30;
 
 /// Creates a label that elides what does not fit.
 KSqueezedTextLabel *createElidedLabel(const QString &name)
@@ -142,11 +138,6 @@ void MainWindow::createPanes()
     bold.setBold(true);
     targetLabel->setFont(bold);
     ingredientPane = new IngredientPane(&session, this);
-    startHint = new HintPage(tr("Drop a folder of firmware files here"), tr("Open folder…"), this);
-    startHint->setObjectName(QStringLiteral("startHint"));
-    startHint->setText(tr("Files are assigned by their names. You can also drop single files, a "
-                          "configuration or a project, or edit the rows above."));
-    startHint->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
     problemPane = new ProblemPane(this);
     buildPane = new BuildPane(&session, this);
 
@@ -154,17 +145,20 @@ void MainWindow::createPanes()
     workLayout = new QVBoxLayout(work);
     workLayout->addWidget(targetLabel);
     workLayout->addWidget(ingredientPane, 1);
-    workLayout->addWidget(startHint);
     workLayout->addWidget(problemPane);
     workLayout->addWidget(buildPane);
 
-    noPluginPage = new HintPage(tr("No plug-in is loaded"), tr("&Choose a plug-in…"), this);
-    noPluginPage->setObjectName(QStringLiteral("noPlugin"));
-    pages = new QStackedWidget(this);
-    pages->addWidget(noPluginPage);
-    pages->addWidget(work);
+    noPlugin = createMessage(QStringLiteral("noPlugin"), {});
+    noPlugin->setMessageType(KMessageWidget::Error);
+    noPlugin->setCloseButtonVisible(false);
+    startHint = createMessage(
+        QStringLiteral("startHint"),
+        tr("Drop a folder of firmware files on the window. Files are assigned by their names. You "
+           "can "
+           "also drop single files, a configuration or a project, or edit the rows below."));
+    startHint->setCloseButtonVisible(false);
     splitter = new QSplitter(Qt::Vertical, this);
-    splitter->addWidget(pages);
+    splitter->addWidget(work);
     splitter->addWidget(lowerPanes);
     // Only the proportion counts, if no pane is smaller than its minimum.
     splitter->setSizes({4000, 1000});
@@ -173,6 +167,18 @@ void MainWindow::createPanes()
 
     statusLabel = createElidedLabel(QStringLiteral("status"));
     statusBar()->addWidget(statusLabel, 1);
+}
+
+/// Creates a message above the tree that shows @p text literally.
+KMessageWidget *MainWindow::createMessage(const QString &name, const QString &text)
+{
+    auto message = new KMessageWidget(Qt::convertFromPlainText(text), this);
+    message->setObjectName(name);
+    message->setWordWrap(true);
+    // A long word, such as a path, must not widen the window.
+    message->setMinimumWidth(1);
+    workLayout->insertWidget(workLayout->indexOf(ingredientPane), message);
+    return message;
 }
 
 void MainWindow::connectSession()
@@ -202,8 +208,6 @@ void MainWindow::connectSession()
     connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
     connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
-    connect(noPluginPage, &HintPage::requested, this, &MainWindow::changeSettings);
-    connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(buildPane, &BuildPane::noticed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
     connect(lowerPanes->logPane, &LogPane::noticed, this, &MainWindow::showNotice);
@@ -216,9 +220,10 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
     if (session.loadPlugin(candidates)) {
         return true;
     }
-    noPluginPage->setText(session.pluginProblem());
     if (session.isLoaded()) {
         showNotice(session.pluginProblem());
+    } else {
+        showPlugin();
     }
     return false;
 }
@@ -226,8 +231,9 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
 void MainWindow::showPlugin()
 {
     const bool loaded = session.isLoaded();
-    pages->setCurrentWidget(loaded ? workLayout->parentWidget() : noPluginPage);
-    noPluginPage->setText(session.pluginProblem());
+    noPlugin->setVisible(!loaded);
+    noPlugin->setText(Qt::convertFromPlainText(session.pluginProblem()));
+    targetLabel->setVisible(loaded);
     lowerPanes->setPlugin(session.root());
     if (loaded) {
         showElided(targetLabel,
@@ -360,13 +366,7 @@ void MainWindow::showNotice(const QString &text)
         lines = lines.mid(0, maxNoticeLines) << tr("… the log has more.");
     }
     delete notice;
-    notice = new KMessageWidget(this);
-    notice->setObjectName(QStringLiteral("notice"));
-    notice->setWordWrap(true);
-    // A long word, such as a path, must not widen the window.
-    notice->setMinimumWidth(1);
-    notice->setText(Qt::convertFromPlainText(lines.join(QLatin1Char('\n'))));
-    workLayout->insertWidget(workLayout->indexOf(ingredientPane), notice);
+    notice = createMessage(QStringLiteral("notice"), lines.join(QLatin1Char('\n')));
     notice->show();
 }
 
@@ -411,13 +411,6 @@ void MainWindow::dropEvent(QDropEvent *event)
     } else {
         open(files);
     }
-}
-
-void MainWindow::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    problemPane->updateGeometry();
-    startHint->setTextVisible(height() >= minLinesForHint * fontMetrics().height());
 }
 
 void MainWindow::changeEvent(QEvent *event)

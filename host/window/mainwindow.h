@@ -10,7 +10,6 @@
 #include <QPointer>
 
 class BuildPane;
-class HintPage;
 class KMessageWidget;
 class KRecentFilesMenu;
 class KSqueezedTextLabel;
@@ -21,7 +20,6 @@ class QAction;
 class QMenu;
 class QRubberBand;
 class QSplitter;
-class QStackedWidget;
 class QToolBar;
 class QVBoxLayout;
 
@@ -51,12 +49,12 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     using Condition = bool (*)(const Session &);
 
     void createPanes();
+    KMessageWidget *createMessage(const QString &name, const QString &text);
     void connectSession();
 
     void createActions();
@@ -88,9 +86,8 @@ private:
     ProjectFiles *projectFiles;
 
     QSplitter *splitter = nullptr;
-    QStackedWidget *pages = nullptr;
-    HintPage *noPluginPage = nullptr;
-    HintPage *startHint = nullptr;
+    KMessageWidget *noPlugin = nullptr;
+    KMessageWidget *startHint = nullptr;
     KSqueezedTextLabel *targetLabel = nullptr;
     KSqueezedTextLabel *statusLabel = nullptr;
     QVBoxLayout *workLayout = nullptr;

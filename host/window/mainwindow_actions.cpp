@@ -75,8 +75,10 @@ void MainWindow::createActions()
 void MainWindow::createFileMenu(QToolBar *toolBar)
 {
     QMenu *menu = menuBar()->addMenu(tr("&File"));
-    toolBar->addAction(add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), projectFiles,
-                           &ProjectFiles::chooseFolder, canChange));
+    QAction *openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), projectFiles,
+                              &ProjectFiles::chooseFolder, canChange);
+    toolBar->addAction(openFolder);
+    startHint->addAction(openFolder);
     add(menu, tr("&Add files…"), tr("Ctrl+I"), projectFiles, &ProjectFiles::chooseFiles, canChange);
     conditions.append({menu->addMenu(recentFiles), canChange});
     menu->addSeparator();
@@ -91,8 +93,9 @@ void MainWindow::createFileMenu(QToolBar *toolBar)
     add(menu, tr("Sa&ve configuration…"), {}, projectFiles, &ProjectFiles::saveConfigurationAs,
         isLoaded);
     menu->addSeparator();
-    add(menu, tr("Se&ttings…"), {}, this, &MainWindow::changeSettings, isIdle)
-        ->setMenuRole(QAction::PreferencesRole);
+    QAction *settings = add(menu, tr("Se&ttings…"), {}, this, &MainWindow::changeSettings, isIdle);
+    settings->setMenuRole(QAction::PreferencesRole);
+    noPlugin->addAction(settings);
     menu->addSeparator();
     add(menu, tr("&Quit"), tr("Ctrl+Q"), this, &MainWindow::close, always)
         ->setMenuRole(QAction::QuitRole);
