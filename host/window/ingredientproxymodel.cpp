@@ -182,9 +182,7 @@ QString IngredientProxyModel::toolTipOf(const Row &row) const
     }
     lines += row.remarks;
     lines.removeAll(QString());
-    // Without escaping, a tooltip would interpret a tag in a file name as markup.
-    return QLatin1String("<p style='white-space:pre-wrap'>")
-        + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QLatin1String("</p>");
+    return literalText(lines.join(QLatin1Char('\n')));
 }
 
 IngredientProxyModel::Row IngredientProxyModel::rowOf(const Ingredient &ingredient) const

@@ -13,6 +13,7 @@
 #include "host/window/logpane.h"
 #include "host/window/lowerpanes.h"
 #include "host/window/problempane.h"
+#include "host/window/problemtext.h"
 #include "host/window/projectfiles.h"
 #include "host/window/questions.h"
 #include "host/window/settings.h"
@@ -35,7 +36,6 @@
 #include <QRubberBand>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTextDocument>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -172,7 +172,7 @@ void MainWindow::createPanes()
 /// Creates a message above the tree that shows @p text literally.
 KMessageWidget *MainWindow::createMessage(const QString &name, const QString &text)
 {
-    auto message = new KMessageWidget(Qt::convertFromPlainText(text), this);
+    auto message = new KMessageWidget(literalText(text), this);
     message->setObjectName(name);
     message->setWordWrap(true);
     // A long word, such as a path, must not widen the window.
@@ -232,7 +232,7 @@ void MainWindow::showPlugin()
 {
     const bool loaded = session.isLoaded();
     noPlugin->setVisible(!loaded);
-    noPlugin->setText(Qt::convertFromPlainText(session.pluginProblem()));
+    noPlugin->setText(literalText(session.pluginProblem()));
     targetLabel->setVisible(loaded);
     lowerPanes->setPlugin(session.root());
     if (loaded) {

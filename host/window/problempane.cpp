@@ -11,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QTextDocument>
 
 #include <algorithm>
 
@@ -116,7 +115,7 @@ void ProblemPane::addRow(const Problem &problem, const QStringList &row)
     auto item = new QTreeWidgetItem(this, row);
     item->setIcon(NameColumn, markIcon(stateOf(problem)));
     for (const int column : {NameColumn, TextColumn}) {
-        item->setToolTip(column, Qt::convertFromPlainText(row.at(ToolTipColumn)));
+        item->setToolTip(column, literalText(row.at(ToolTipColumn)));
     }
     if (problem.ingredient == Session::stitcherId()) {
         auto cell = new QWidget(this);

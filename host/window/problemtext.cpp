@@ -40,6 +40,12 @@ QString bytesText(qint64 size)
     return size == 1 ? tr("1 byte") : tr("%1 bytes").arg(QLocale().toString(size));
 }
 
+QString literalText(const QString &text)
+{
+    return QLatin1String("<p style='white-space:pre-wrap'>") + text.toHtmlEscaped()
+        + QLatin1String("</p>");
+}
+
 bool isMissingFile(const Problem &problem)
 {
     return problem.kind == ProblemKind::Check && problem.files.isEmpty();

@@ -10,6 +10,8 @@ enum class RowState;
 
 /// A size in the user's locale, with the unit.
 QString bytesText(qint64 size);
+/// @p text for a widget that would take a tag in a file name for markup.
+QString literalText(const QString &text);
 /// Whether @p problem is that no file was chosen.
 bool isMissingFile(const Problem &problem);
 /// How a row with @p problem is marked.
