@@ -82,14 +82,11 @@ void MainWindow::createFileMenu(QToolBar *toolBar)
     add(menu, tr("&Add files…"), tr("Ctrl+I"), projectFiles, &ProjectFiles::chooseFiles, canChange);
     conditions.append({menu->addMenu(recentFiles), canChange});
     menu->addSeparator();
-    add(menu, tr("&Open project…"), tr("Ctrl+O"), projectFiles, &ProjectFiles::chooseProject,
-        canChange);
+    add(menu, tr("&Open project or configuration…"), tr("Ctrl+O"), projectFiles,
+        &ProjectFiles::chooseProject, canChange);
     add(menu, tr("&Save project"), tr("Ctrl+S"), projectFiles, &ProjectFiles::save, isLoaded);
     add(menu, tr("Save project &as…"), tr("Ctrl+Shift+S"), projectFiles, &ProjectFiles::saveAs,
         isLoaded);
-    menu->addSeparator();
-    add(menu, tr("Open &configuration…"), {}, projectFiles, &ProjectFiles::chooseConfiguration,
-        canChange);
     add(menu, tr("Sa&ve configuration…"), {}, projectFiles, &ProjectFiles::saveConfigurationAs,
         isLoaded);
     menu->addSeparator();

@@ -27,7 +27,7 @@ QString lastProjectKey()
 
 QString projectFilter()
 {
-    return ProjectFiles::tr("Projects and manifests (*.loomwright *.json);;All files (*)");
+    return ProjectFiles::tr("Projects (*.loomwright);;All files (*)");
 }
 
 QString configurationFilter()
@@ -93,17 +93,9 @@ void ProjectFiles::chooseFiles()
 
 void ProjectFiles::chooseProject()
 {
-    const QString file = QFileDialog::getOpenFileName(window, tr("Open a project"), startFolder(),
-                                                      projectFilter());
-    if (!file.isEmpty() && mayLeave()) {
-        session->openProject(file);
-    }
-}
-
-void ProjectFiles::chooseConfiguration()
-{
-    const QString file = QFileDialog::getOpenFileName(window, tr("Open a configuration"),
-                                                      startFolder(), configurationFilter());
+    const QString file = QFileDialog::getOpenFileName(
+        window, tr("Open a project or configuration"), startFolder(),
+        tr("Projects, manifests and configurations (*.loomwright *.json *.txt);;All files (*)"));
     if (!file.isEmpty()) {
         open({file});
     }

@@ -23,7 +23,6 @@ public:
     void chooseFolder();
     void chooseFiles();
     void chooseProject();
-    void chooseConfiguration();
     /// Saves to the project file, or asks for one; false when nothing was saved.
     bool save();
     bool saveAs();
