@@ -7,9 +7,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
-namespace {
-
-QString meantPath(const QString &text)
+QString typedPath(const QString &text)
 {
     QString literal = QDir::fromNativeSeparators(text);
     const QString trimmed = literal.trimmed();
@@ -22,16 +20,4 @@ QString meantPath(const QString &text)
     return trimmed == QLatin1String("~") || trimmed.startsWith(QLatin1String("~/"))
         ? QDir::homePath() + trimmed.mid(1)
         : trimmed;
-}
-
-} // namespace
-
-QString typedPath(const QString &text)
-{
-    const QString path = meantPath(text);
-    const QString clean = QDir::cleanPath(path);
-    // After a symlink, .. leads elsewhere.
-    const bool isSame = QFileInfo(QFileInfo(path).path()).canonicalFilePath()
-        == QFileInfo(QFileInfo(clean).path()).canonicalFilePath();
-    return isSame ? clean : path;
 }
