@@ -40,7 +40,7 @@ void DataViewPane::refreshViews()
     const QList<IDataView *> views
         = plugin ? plugin->getIngredientManager()->getSupportedViews() : QList<IDataView *>();
     for (IDataView *view : views) {
-        if (!view) {
+        if (!view || !view->getDataModel()) {
             continue;
         }
         // In the text of a tab, an ampersand marks a mnemonic.
@@ -60,23 +60,15 @@ QWidget *DataViewPane::createPage(IDataView *view)
     auto page = new QWidget(this);
     auto layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
-    const auto addNote = [page, layout](const QString &text) {
-        auto note = new QLabel(text, page);
-        note->setObjectName(QStringLiteral("dataViewNote"));
-        note->setTextFormat(Qt::PlainText);
-        note->setWordWrap(true);
-        layout->addWidget(note);
-    };
-    QAbstractItemModel *model = view->getDataModel();
-    if (!model) {
-        addNote(tr("%1: no data.").arg(view->getDisplayName()));
-        layout->addStretch();
-        return page;
-    }
-    addNote(tr("%1: not saved and not part of the image. The rows are the plug-in's, and may "
-               "differ from those in the data file.")
-                .arg(view->getDisplayName()));
-    layout->addWidget(createTable(model, view->getDisplayName()));
+    auto note
+        = new QLabel(tr("%1: not saved and not part of the image. The rows are the plug-in's, "
+                        "and may differ from those in the data file.")
+                         .arg(view->getDisplayName()),
+                     page);
+    note->setTextFormat(Qt::PlainText);
+    note->setWordWrap(true);
+    layout->addWidget(note);
+    layout->addWidget(createTable(view->getDataModel(), view->getDisplayName()));
     return page;
 }
 
