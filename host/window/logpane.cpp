@@ -339,6 +339,8 @@ void LogPane::startBuild()
 {
     errorState = ++lastBuild;
     view->moveCursor(QTextCursor::End);
+    followsEnd = true; // Also if the cursor was there already.
+    followTimer.start();
     countBuildErrors();
 }
 
