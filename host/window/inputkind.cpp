@@ -25,7 +25,7 @@ InputKind inputKindOf(const QString &file)
     if (info.isDir()) {
         return InputKind::Directory;
     }
-    if (info.isFile() && isJsonObject(file)) {
+    if (info.suffix() == QLatin1String("loomwright") || (info.isFile() && isJsonObject(file))) {
         return InputKind::Project;
     }
     return info.suffix().compare(QLatin1String("txt"), Qt::CaseInsensitive) == 0

@@ -8,7 +8,7 @@
 /// How a path that the user opens or drops is treated.
 enum class InputKind {
     Directory,     ///< Fills ingredients from its files.
-    Project,       ///< A project file or a manifest: its content is a JSON object.
+    Project,       ///< A project or a manifest: a JSON object, or its name ends in ".loomwright".
     Configuration, ///< A stitcher configuration: its name ends in ".txt".
     File           ///< Fills the ingredient that its name matches.
 };
