@@ -25,16 +25,6 @@ QString lastProjectKey()
     return QStringLiteral("lastProject");
 }
 
-QString projectFilter()
-{
-    return ProjectFiles::tr("Projects (*.loomwright);;All files (*)");
-}
-
-QString configurationFilter()
-{
-    return ProjectFiles::tr("Configurations (*.txt);;All files (*)");
-}
-
 } // namespace
 
 ProjectFiles::ProjectFiles(Session *imageSession, KRecentFilesMenu *recentFiles, QWidget *parent)
@@ -126,7 +116,8 @@ bool ProjectFiles::saveAs()
     const QString proposed = session->projectFile().isEmpty()
         ? QDir(startFolder()).filePath(QStringLiteral("image.loomwright"))
         : session->projectFile();
-    QFileDialog dialog(window, tr("Save the project"), proposed, projectFilter());
+    QFileDialog dialog(window, tr("Save the project"), proposed,
+                       tr("Projects (*.loomwright);;All files (*)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("loomwright"));
     dialog.selectFile(proposed);
@@ -136,9 +127,10 @@ bool ProjectFiles::saveAs()
 
 void ProjectFiles::saveConfigurationAs()
 {
-    const QString file = QFileDialog::getSaveFileName(
-        window, tr("Save the configuration"),
-        QDir(startFolder()).filePath(QStringLiteral("config.txt")), configurationFilter());
+    const QString file
+        = QFileDialog::getSaveFileName(window, tr("Save the configuration"),
+                                       QDir(startFolder()).filePath(QStringLiteral("config.txt")),
+                                       tr("Configurations (*.txt);;All files (*)"));
     if (!file.isEmpty() && session->saveConfiguration(file)) {
         recent->addUrl(QUrl::fromLocalFile(file));
     }

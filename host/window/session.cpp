@@ -503,20 +503,14 @@ Problems Session::findings() const
     Problems found;
     const QString stitcherProblem = locateStitcher(stitcher).problem;
     if (!stitcherProblem.isEmpty()) {
-        found.append(
-            {ProblemKind::Finding, Severity::Fatal, stitcherProblem, stitcherId(), {}, {}, {}});
+        found.append({ProblemKind::Finding, Severity::Fatal, stitcherProblem, stitcherId()});
     }
     if (isProjectFileChanged()) {
         const QString text = QFileInfo::exists(projectPath)
             ? tr("Another program has changed the project file")
             : tr("The project file does not exist any more");
-        found.append({ProblemKind::Finding,
-                      Severity::Warning,
-                      text,
-                      {tr("Project"), {}},
-                      {projectPath},
-                      {},
-                      {}});
+        const IngredientId project{tr("Project"), {}};
+        found.append({ProblemKind::Finding, Severity::Warning, text, project, {projectPath}});
     }
     return found;
 }
