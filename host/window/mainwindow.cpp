@@ -154,8 +154,7 @@ void MainWindow::createPanes()
     startHint = createMessage(
         QStringLiteral("startHint"),
         tr("Drop a folder of firmware files on the window. Files are assigned by their names. You "
-           "can "
-           "also drop single files, a configuration or a project, or edit the rows below."));
+           "can also drop single files, a configuration or a project, or edit the rows below."));
     startHint->setCloseButtonVisible(false);
     splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(work);
