@@ -14,11 +14,6 @@ TargetDetailsPane::TargetDetailsPane(QWidget *parent)
     setFrameShape(QFrame::NoFrame);
 }
 
-TargetDetailsPane::~TargetDetailsPane()
-{
-    setPlugin(nullptr);
-}
-
 void TargetDetailsPane::setPlugin(ILoomwrightPlugin *plugin)
 {
     takeWidget();

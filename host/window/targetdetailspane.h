@@ -7,15 +7,14 @@
 
 class ILoomwrightPlugin;
 
-/// Shows the plug-in's target-details page. The plug-in keeps ownership: the pane returns the page
-/// when it gets another plug-in or is deleted.
+/// Shows the plug-in's target-details page. The plug-in keeps ownership: the pane must get another
+/// plug-in or none before it is deleted.
 class TargetDetailsPane : public QScrollArea
 {
     Q_OBJECT
 
 public:
     explicit TargetDetailsPane(QWidget *parent = nullptr);
-    ~TargetDetailsPane() override;
 
     /// Shows the page of @p plugin. Null returns the current page, which is necessary before its
     /// plug-in is released.
