@@ -102,109 +102,70 @@ private slots:
         QVERIFY(!window->findChild<QWidget *>("notice"));
     }
 
-    void unsavedChanges_data()
-    {
-        const Table<QString, bool, QByteArray> row("answer", "closed", "saved");
-        row("cancelled", "Cancel", false, "/a\"");
-        row("discarded", "Discard", true, "/a\"");
-        row("saved", "Save", true, "/b\"");
-    }
     void unsavedChanges()
     {
-        QFETCH(QString, answer);
-        QFETCH(QByteArray, saved);
         const QString file = folder->filePath("d1.loomwright");
         setValue("Host FW", "/a");
         chooseNextFile(file);
         action("Save project as")->trigger();
         setValue("Host FW", "/b");
-        const QString *said = answerNextBox(answer);
-        QTEST(window->close(), "closed");
-        QVERIFY(said->contains("d1.loomwright"));
-        QVERIFY2(readFile(file).contains(saved), readFile(file));
+        for (const char *answer : {"Cancel", "Save"}) {
+            const bool saved = answer == QByteArray("Save");
+            const QString *said = answerNextBox(answer);
+            QCOMPARE(window->close(), saved);
+            QVERIFY(said->contains("d1.loomwright"));
+            QCOMPARE(readFile(file).contains("/b\""), saved);
+        }
     }
 
-    void anotherProgramSaves_data()
-    {
-        const Table<QString, bool> row("answer", "replaced");
-        row("kept", "Cancel", false);
-        row("replaced", "Replace", true);
-    }
     void anotherProgramSaves()
     {
-        QFETCH(QString, answer);
-        QFETCH(bool, replaced);
         const QString file = folder->filePath("d1.loomwright");
         chooseNextFile(file);
         action("Save project as")->trigger();
         QVERIFY(!action("Rescan")->isEnabled());
         drop(window.data(), {sample});
         QTRY_VERIFY(action("Rescan")->isEnabled());
-        QCOMPARE(problemCount(), 0);
         writeFile(file, "{}");
         QTRY_VERIFY(problemRow("Project") >= 0);
-        const QString *said = answerNextBox(answer);
-        action("Save project")->trigger();
-        QVERIFY(said->contains("Another program has changed"));
-        QCOMPARE(readFile(file) != "{}", replaced);
-        QTRY_COMPARE(problemCount(), replaced ? 0 : 1);
         // It is no reason to ask before a build.
         setImage();
         build();
         QVERIFY(text("buildState").startsWith("✔"));
+        for (const char *answer : {"Cancel", "Replace"}) {
+            const QString *said = answerNextBox(answer);
+            action("Save project")->trigger();
+            QVERIFY(said->contains("Another program has changed"));
+            QCOMPARE(readFile(file) == "{}", answer == QByteArray("Cancel"));
+        }
+        QTRY_COMPARE(problemCount(), 0);
     }
 
-    void theProjectIsNoImage()
-    {
-        drop(window.data(), {sample});
-        const QString file = folder->filePath("d1.loomwright");
-        chooseNextFile(file);
-        action("Save project as")->trigger();
-        setValue("Output file name", file);
-        setValue("Host FW", QString());
-        const QString *said = answerNextBox("Close");
-        action("Build")->trigger();
-        QVERIFY2(said->contains("cannot be built") && !said->contains("Host FW"),
-                 qPrintable(*said));
-        QVERIFY(readFile(file).startsWith('{'));
-    }
-
-    void theStitcherIsMissing_data()
-    {
-        const Table<bool> row("chosen");
-        row("in PATH", false);
-        row("chosen", true);
-    }
     void theStitcherIsMissing()
     {
-        QFETCH(bool, chosen);
-        const QString stitcher = folder->filePath("tamblin-stitcher");
-        if (chosen) {
-            withNextDialog([&stitcher](QDialog *dialog) {
-                dialog->findChild<QLineEdit *>("settingsStitcher")
-                    ->setText(' ' + QUrl::fromLocalFile(stitcher).toString());
-                dialog->findChild<QSpinBox *>("settingsTimeLimit")->setValue(90);
-                dialog->accept();
-            });
-            action("Settings")->trigger();
-            QCOMPARE(readSettings().timeLimitSeconds, 90);
-        } else {
-            qputenv("PATH", QFile::encodeName(folder->path()));
-        }
+        qputenv("PATH", QFile::encodeName(folder->path()));
         newWindow();
         QTRY_VERIFY(problemRow("Stitcher") >= 0);
         QVERIFY(problemList()->isVisible());
+        QVERIFY2(text("status").contains("Next: open or drop a folder"),
+                 qPrintable(text("status")));
+        const QString stitcher = folder->filePath("chosen/tamblin-stitcher");
         QString first;
-        withNextDialog([&first](QDialog *dialog) {
+        withNextDialog([&](QDialog *dialog) {
             first = dialog->focusWidget() ? dialog->focusWidget()->objectName() : QString();
-            dialog->reject();
+            dialog->findChild<QLineEdit *>("settingsStitcher")
+                ->setText(' ' + QUrl::fromLocalFile(stitcher).toString());
+            dialog->findChild<QSpinBox *>("settingsTimeLimit")->setValue(90);
+            dialog->accept();
         });
         problemList()->setCurrentIndex(problemList()->model()->index(0, 0));
         QTest::keyClick(problemList(), Qt::Key_Return);
         QCOMPARE(first, QString("settingsStitcher"));
-        QVERIFY2(text("status").contains("Next: open or drop a folder"),
-                 qPrintable(text("status")));
-        writeStitcher(folder->path(), "exit 7");
+        QCOMPARE(readSettings().timeLimitSeconds, 90);
+        newWindow();
+        QTRY_VERIFY(problemRow("Stitcher") >= 0);
+        QVERIFY(QDir().mkdir(folder->filePath("chosen")));
+        writeStitcher(folder->filePath("chosen"), "exit 7");
         QTRY_COMPARE(problemRow("Stitcher"), -1);
         drop(window.data(), {sample});
         setImage();
@@ -213,7 +174,7 @@ private slots:
         QVERIFY(logText().contains("Building with " + stitcher));
     }
 
-    void aConfigurationStatesWhatItLacks()
+    void savedConfigurations()
     {
         drop(window.data(), {sample});
         const QString file = folder->filePath("c.txt");
@@ -224,12 +185,7 @@ private slots:
         drop(window.data(), {file});
         QCOMPARE(value("Legacy XML Data File"), dataFile);
         QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
-    }
-
-    /// Not even if the user confirms it.
-    void anInputIsNotOverwritten()
-    {
-        drop(window.data(), {sample});
+        // An input is not overwritten, even if the user confirms it.
         for (const char *saving : {"Save configuration", "Save project as"}) {
             chooseNextFile(value("Host FW"));
             withNextDialog([](QDialog *dialog) {
@@ -242,41 +198,53 @@ private slots:
     }
 
     /// What the plug-in keeps of one data file must not be in the verdict on the next one.
-    void dataFilesAreJudgedAlone_data()
-    {
-        const Table<QString> row("way");
-        row("another folder", "folder");
-        row("changed on disk", "disk");
-        row("undone", "undo");
-        row("opened with a project", "project");
-    }
     void dataFilesAreJudgedAlone()
     {
-        QFETCH(QString, way);
         const QString project = folder->filePath("d1.loomwright");
+        const QString copy = folder->filePath("copy.xml");
         const QString dataFile = "/platform/veldmark-d1.xml";
         drop(window.data(), {sample});
         chooseNextFile(project);
         action("Save project as")->trigger();
-        const QString copy = writeFile(folder->filePath("copy.xml"), readFile(broken + dataFile));
-        drop(window.data(), {copy});
-        QTRY_COMPARE(problemCount(), 2);
-
-        if (way == "folder") {
-            drop(window.data(), {sample});
-        } else if (way == "disk") {
-            writeFile(copy, readFile(sample + dataFile));
-        } else if (way == "undo") {
-            action("Undo")->trigger();
-        } else {
-            answerNextBox("Discard");
-            window->open({project});
-            QVERIFY(!action("Undo")->isEnabled());
+        for (const char *way : {"disk", "undo", "folder", "project"}) {
+            setValue("Legacy XML Data File", QString());
+            drop(window.data(), {writeFile(copy, readFile(broken + dataFile))});
+            QTRY_COMPARE(problemCount(), 2);
+            if (way == QByteArray("disk")) {
+                writeFile(copy, readFile(sample + dataFile));
+            } else if (way == QByteArray("undo")) {
+                setValue("Legacy XML Data File", sample + dataFile);
+                action("Undo")->trigger();
+                QTRY_COMPARE(problemCount(), 2);
+                action("Redo")->trigger();
+            } else if (way == QByteArray("folder")) {
+                drop(window.data(), {sample});
+            } else {
+                answerNextBox("Discard");
+                window->open({project});
+                QVERIFY(!action("Undo")->isEnabled());
+            }
+            QTRY_COMPARE(problemCount(), 0);
+            QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
+            QVERIFY(tree->isExpanded(model()->index(2, 0)));
+            QCOMPARE(window->findChild<QTabWidget *>("dataViews")->count(), 1);
         }
-        QTRY_COMPARE(problemCount(), 0);
-        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
-        QVERIFY(tree->isExpanded(model()->index(2, 0)));
-        QCOMPARE(window->findChild<QTabWidget *>("dataViews")->count(), 1);
+    }
+
+    void bitsOfADataView()
+    {
+        drop(window.data(), {sample});
+        QTRY_VERIFY(action("Data views")->isEnabled());
+        action("Data views")->trigger();
+        auto table = window->findChild<QTableView *>("dataView");
+        QCOMPARE(spokenText(table), QString("GPIO Settings"));
+        const QModelIndex bit = table->model()->index(0, 2);
+        for (const Qt::CheckState state : {Qt::Checked, Qt::Unchecked}) {
+            table->setCurrentIndex(bit);
+            QTest::keyClick(table, Qt::Key_Space);
+            QCOMPARE(bit.data(Qt::CheckStateRole).toInt(), int(state));
+            QCOMPARE(bit.data().toString(), QString(state == Qt::Checked ? "on" : "off"));
+        }
     }
 
     void theLayoutComesBack()
@@ -286,7 +254,6 @@ private slots:
         QVERIFY(!action("Data views")->isEnabled());
         drop(window.data(), {sample});
         QTRY_VERIFY(action("Data views")->isEnabled());
-        QVERIFY(window->findChild<QTableView *>("dataView")->model()->rowCount() > 0);
         action("Data views")->trigger();
         action("Log")->trigger();
         QVERIFY(isShown("logPane"));
@@ -306,25 +273,12 @@ private slots:
         QVERIFY(action("Log")->isChecked());
     }
 
-    void aWrongPluginChangesNothing()
-    {
-        drop(window.data(), {sample});
-        choosePlugin(writeFile(folder->filePath("wrong.so"), "x"));
-        action("Settings")->trigger();
-        QVERIFY2(notice().contains("not a shared library"), qPrintable(notice()));
-        QCOMPARE(readSettings().pluginFile, QString());
-        choosePlugin(PLUGIN_LIBRARY); // It is in use.
-        action("Settings")->trigger();
-        QCOMPARE(readSettings().pluginFile, QString(PLUGIN_LIBRARY));
-        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
-        QVERIFY(window->findChild<QLabel *>("target")->isVisible());
-    }
-
     void withoutAPlugin()
     {
         window.reset(new MainWindow);
         QVERIFY(!window->loadPlugin({"/nope.so"}));
         window->show();
+        tree = window->findChild<QTreeView *>("ingredientTree");
         auto page = window->findChild<QWidget *>("noPlugin");
         QVERIFY(page->isVisible());
         QVERIFY(page->property("text").toString().contains("/nope.so"));
@@ -341,6 +295,14 @@ private slots:
         page->actions().constFirst()->trigger();
         QVERIFY(window->findChild<QLabel *>("target")->isVisible());
         QVERIFY(action("Build")->isEnabled());
+
+        // A wrong one changes nothing.
+        drop(window.data(), {sample});
+        choosePlugin(writeFile(folder->filePath("wrong.so"), "x"));
+        action("Settings")->trigger();
+        QVERIFY2(notice().contains("not a shared library"), qPrintable(notice()));
+        QCOMPARE(readSettings().pluginFile, QString(PLUGIN_LIBRARY));
+        QVERIFY(value("Host FW").endsWith("HostFW_1.4.2.bin"));
     }
 
 private:

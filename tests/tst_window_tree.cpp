@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
-#include "host/window/ingredientdelegate.h"
-#include "model/choice.h"
 #include "windowtest.h"
 
 #include <QAbstractItemModelTester>
@@ -115,26 +113,6 @@ private slots:
         QVERIFY(source);
     }
 
-    void editChoice()
-    {
-        QStandardItemModel items(1, 1);
-        Choice choice;
-        choice.choices = QStringList{"A", "B", "C"};
-        items.setData(items.index(0, 0), QVariant::fromValue(choice), Qt::EditRole);
-        QTreeView view;
-        view.setModel(&items);
-        view.setItemDelegate(new IngredientDelegate(&view));
-        view.show();
-        view.edit(items.index(0, 0));
-        auto list = view.findChild<QComboBox *>();
-        QVERIFY(list);
-        QTRY_VERIFY(list->view()->isVisible());
-        QTest::keyClick(list->view(), Qt::Key_Down);
-        QCOMPARE(textOf(items.index(0, 0).data(Qt::EditRole)), QString("A"));
-        QTest::keyClick(list->view(), Qt::Key_Return);
-        QTRY_COMPARE(textOf(items.index(0, 0).data(Qt::EditRole)), QString("B"));
-    }
-
     void dropOnARow_data()
     {
         const Table<QString, QString> row("file", "value");
@@ -142,17 +120,12 @@ private slots:
         row("a file, in the editor", "any name", "any name");
         row("two files", "HostFW_a.bin|HostFWSupp_a.bin", "HostFW_a.bin");
         row("a configuration", "c.txt", "/from/config");
-        row("a project", "p.loomwright", "/from/project");
     }
     void dropOnARow()
     {
         QFETCH(QString, file);
         QFETCH(QString, value);
         writeFile(folder->filePath("c.txt"), "Host FW Boot = /from/config\n");
-        writeFile(folder->filePath("p.loomwright"),
-                  R"({"schemaVersion": 1, "target": "Veldmark D1 Phone - Unsigned Zorv",
-                      "ingredients": [{"name": "Host FW", "key": "Host FW Boot",
-                                       "file": "/from/project"}]})");
         QStringList files;
         for (const QString &name : file.split('|')) {
             files << folder->filePath(name);
@@ -169,32 +142,28 @@ private slots:
                      value.startsWith('/') ? value : folder->filePath(value));
     }
 
-    void candidates_data()
-    {
-        const Table<int> row("candidate");
-        row("the one in use", 0);
-        row("the other", 1);
-    }
+    /// Choosing the one in use settles the choice too.
     void candidates()
     {
-        QFETCH(int, candidate);
         openCandidates();
-        const QString &file = found.at(candidate);
-        const QModelIndex cell = valueCell("Host FW");
-        tree->scrollTo(cell);
-        const QRect rect = tree->visualRect(cell);
-        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
-        QLineEdit *line = tree->findChild<QLineEdit *>();
-        QAbstractItemView *list = line->completer()->popup();
-        QTRY_VERIFY(list->isVisible());
-        QCOMPARE(list->model()->rowCount(), 2);
-        QTest::keyClicks(line, QFileInfo(file).fileName().toLower());
-        QTRY_COMPARE(list->model()->rowCount(), 1);
-        QTest::keyClick(list, Qt::Key_Down);
-        QTest::keyClick(list, Qt::Key_Return);
-        QTRY_COMPARE(state("Host FW"), RowState::Good);
-        QCOMPARE(value("Host FW"), file);
-        QCOMPARE(candidatesOf("Host FW"), found);
+        for (const QString &file : qAsConst(found)) {
+            const QModelIndex cell = valueCell("Host FW");
+            tree->scrollTo(cell);
+            QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                              tree->visualRect(cell).center());
+            QLineEdit *line = tree->findChild<QLineEdit *>();
+            QAbstractItemView *list = line->completer()->popup();
+            QTRY_VERIFY(list->isVisible());
+            QCOMPARE(list->model()->rowCount(), 2);
+            QTest::keyClicks(line, QFileInfo(file).fileName().toLower());
+            QTRY_COMPARE(list->model()->rowCount(), 1);
+            QTest::keyClick(list, Qt::Key_Down);
+            QTest::keyClick(list, Qt::Key_Return);
+            QTRY_COMPARE(state("Host FW"), RowState::Good);
+            QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+            QCOMPARE(value("Host FW"), file);
+            QCOMPARE(candidatesOf("Host FW"), found);
+        }
 
         // Scanned again, the directory gives what is new and leaves what was chosen.
         QCOMPARE(state("Presigned Secure Annex"), RowState::Missing);
@@ -202,45 +171,37 @@ private slots:
         activateWindow();
         QTest::keyClick(window.data(), Qt::Key_F5);
         QTRY_COMPARE(state("Presigned Secure Annex"), RowState::Good);
-        QCOMPARE(value("Host FW"), file);
+        QCOMPARE(value("Host FW"), found.last());
         QCOMPARE(state("Host FW"), RowState::Good);
     }
 
     /// Only a choice says which candidate is meant.
-    void anOpenChoiceStays_data()
-    {
-        const Table<QString> row("way");
-        row("searched again", "rescan");
-        row("another folder, undone", "undo");
-        row("a folder that is rejected", "rejected");
-        row("the file in use was gone", "used");
-        row("the other file was gone", "other");
-    }
     void anOpenChoiceStays()
     {
-        QFETCH(QString, way);
+        const QString spare = folder->filePath("spare");
+        QVERIFY(QDir(folder->path()).mkdir("empty"));
         openCandidates();
-        const QString &gone = found.at(way == "other" ? 1 : 0);
-        if (way == "rescan") {
-            action("Rescan folder")->trigger();
-        } else if (way == "undo") {
-            drop(window.data(), {sample});
-            QTRY_COMPARE(problemCount(), 0);
-            action("Undo")->trigger();
-        } else if (way == "rejected") {
-            QVERIFY(QDir(folder->path()).mkdir("empty"));
-            drop(window.data(), {folder->filePath("empty")});
-            QVERIFY(notice().contains("was rejected"));
-        } else {
-            QVERIFY(QFile::rename(gone, folder->filePath("spare")));
-            QTRY_COMPARE(candidatesOf("Host FW"), way == "used" ? found.mid(1) : QStringList());
-            QCOMPARE(state("Host FW"), way == "used" ? RowState::Problem : RowState::Good);
-            QVERIFY(QFile::rename(folder->filePath("spare"), gone));
+        for (const char *way : {"rescan", "undo", "rejected", "used", "other"}) {
+            const QString &gone = found.at(way == QByteArray("other") ? 1 : 0);
+            if (way == QByteArray("rescan")) {
+                action("Rescan folder")->trigger();
+            } else if (way == QByteArray("undo")) {
+                drop(window.data(), {sample});
+                QTRY_COMPARE(problemCount(), 0);
+                action("Undo")->trigger();
+            } else if (way == QByteArray("rejected")) {
+                drop(window.data(), {folder->filePath("empty")});
+                QVERIFY(notice().contains("was rejected"));
+            } else {
+                QVERIFY(QFile::rename(gone, spare));
+                QTRY_VERIFY(candidatesOf("Host FW") != found);
+                QVERIFY(QFile::rename(spare, gone));
+            }
+            QTRY_COMPARE(candidatesOf("Host FW"), found);
+            QCOMPARE(value("Host FW"), found.first());
+            QCoreApplication::processEvents(); // The check.
+            QCOMPARE(state("Host FW"), RowState::Problem);
         }
-        QTRY_COMPARE(candidatesOf("Host FW"), found);
-        QCOMPARE(value("Host FW"), found.first());
-        QCoreApplication::processEvents(); // The check.
-        QCOMPARE(state("Host FW"), RowState::Problem);
     }
 
     /// Files that have not been chosen yet are no problems at the start.
@@ -256,11 +217,10 @@ private slots:
         QVERIFY(problemList()->isVisible());
         QVERIFY(!hint->isVisible());
         activateWindow();
-        QTest::keyClick(window.data(), Qt::Key_F8);
-        QCOMPARE(problemList()->currentIndex().row(), 0);
-        QTest::keyClick(window.data(), Qt::Key_F8);
-        QCOMPARE(problemList()->currentIndex().row(), 1);
-
+        for (const int row : {0, 1}) {
+            QTest::keyClick(window.data(), Qt::Key_F8);
+            QCOMPARE(problemList()->currentIndex().row(), row);
+        }
         // A change elsewhere keeps the position, and the next problem takes the row of one that is gone.
         setValue("Host FW", candidatesOf("Host FW").last());
         QTRY_COMPARE(problemCount(), 4);
@@ -335,15 +295,10 @@ private slots:
         QVERIFY(window->windowTitle().startsWith("Untitled"));
         QCOMPARE(problemCount(), 0);
         setValue("Host FW", folder->path());
-        setValue("Output file name", folder->path());
-        for (const char *name : {"Host FW", "Output file name"}) {
-            QTRY_VERIFY(problemRow(name) >= 0);
-            const auto problem = [&] {
-                return problemList()->model()->index(problemRow(name), 1).data().toString();
-            };
-            QTRY_VERIFY(problem().contains("a folder instead of"));
-            QVERIFY(!problem().contains(word));
-        }
+        QTRY_VERIFY(problemRow("Host FW") >= 0);
+        const QModelIndex problem = problemList()->model()->index(problemRow("Host FW"), 1);
+        QVERIFY(problem.data().toString().contains("a folder instead of"));
+        QVERIFY(!problem.data().toString().contains(word));
     }
 
     void undoRedoClear()
