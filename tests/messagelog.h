@@ -5,10 +5,8 @@
 
 #include "qtcompat.h"
 
-#include <QObject>
+#include <QModelIndex>
 #include <QStringList>
-
-#include <initializer_list>
 
 /// The messages about one header section of a legacy data file.
 inline QStringList sectionReport(const QString &title, int nodes,
@@ -22,7 +20,8 @@ inline QStringList sectionReport(const QString &title, int nodes,
 }
 
 /// Records what an object of the plug-in reports, in order: status messages as "S text", error
-/// messages as "E text", the event of a loaded data file as "D".
+/// messages as "E text", the event of a loaded data file as "D", and a change of a model's cell as
+/// "C name column", with the text at the beginning of its row.
 class MessageLog : public QObject
 {
     Q_OBJECT
@@ -30,11 +29,18 @@ class MessageLog : public QObject
 public:
     explicit MessageLog(QObject *source)
     {
-        connect(source, SIGNAL(statusMessage(QString)), SLOT(addStatus(QString)));
-        connect(source, SIGNAL(errorMessage(QString)), SLOT(addError(QString)));
-        for (const char *event : {"dataFileLoaded()", "dataFileChanged()"}) {
-            if (source->metaObject()->indexOfSignal(event) >= 0) {
-                connect(source, QByteArray("2").append(event), SLOT(addEvent()));
+        const char *const receivers[][2] = {
+            {SIGNAL(statusMessage(QString)), SLOT(addStatus(QString))},
+            {SIGNAL(errorMessage(QString)), SLOT(addError(QString))},
+            {SIGNAL(dataFileLoaded()), SLOT(addEvent())},
+            {SIGNAL(dataFileChanged()), SLOT(addEvent())},
+            {SIGNAL(dataChanged(QModelIndex, QModelIndex)),
+             SLOT(addChange(QModelIndex, QModelIndex))},
+        };
+        for (const auto &receiver : receivers) {
+            const QByteArray signature = QMetaObject::normalizedSignature(receiver[0] + 1);
+            if (source->metaObject()->indexOfSignal(signature) >= 0) {
+                connect(source, receiver[0], receiver[1]);
             }
         }
     }
@@ -59,6 +65,12 @@ public slots:
     void addEvent()
     {
         lines.append("D");
+    }
+    void addChange(const QModelIndex &topLeft, const QModelIndex &bottomRight)
+    {
+        const QString name = topLeft.sibling(topLeft.row(), 0).data().toString();
+        lines.append(topLeft == bottomRight ? QString("C %1 %2").arg(name).arg(topLeft.column())
+                                            : QString("C several"));
     }
 
 private:
