@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "fuzzing.h"
 #include "model/ingredientmodel.h"
-#include "require.h"
 
 #include <QAbstractItemModelTester>
 

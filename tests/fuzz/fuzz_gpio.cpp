@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "fuzzing.h"
 #include "gpio/gpiobittoggle.h"
 #include "gpio/gpiomodel.h"
-#include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "fuzzing.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
-#include "memoryfile.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Loomwright plug-in team
 // SPDX-License-Identifier: MIT
 
+#include "fuzzing.h"
 #include "manager/simpleingredientmapper.h"
-#include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {

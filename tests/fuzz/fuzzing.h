@@ -3,10 +3,27 @@
 
 #pragma once
 
-#include "require.h"
+#include <QString>
 
+#include <cstdio>
+#include <cstdlib>
 #include <sys/mman.h>
 #include <unistd.h>
+
+/// Ends the fuzzer with @p rule unless @p holds.
+inline void require(bool holds, const char *rule)
+{
+    if (!holds) {
+        std::fprintf(stderr, "violated: %s\n", rule);
+        std::abort();
+    }
+}
+
+/// The input as text, as a reader gets it.
+inline QString textOf(const unsigned char *data, std::size_t size)
+{
+    return QString::fromUtf8(reinterpret_cast<const char *>(data), int(size));
+}
 
 /// A file in memory that holds the input.
 class MemoryFile
