@@ -142,41 +142,6 @@ private slots:
         QTEST(run.status, "status");
     }
 
-    /// What must not be written, because it would overwrite what it is made of, or cannot.
-    void overwriting_data()
-    {
-        const Table<QString> row("arguments");
-        row("configuration", "-d drop -o soft.bin config");
-        row("configuration that was loaded", "-c config.txt -d drop -o config.txt config");
-        row("project", "-d drop -o in.bin project");
-        row("manifest", "-d drop --image i.bin build --no-check --manifest in.bin");
-        row("manifest is the stitcher",
-            "-d drop --image i.bin build --no-check --manifest tamblin-stitcher");
-        row("manifest in a missing directory",
-            "-d drop build --no-check -o i.bin --manifest none/m");
-        row("project in a missing directory", "project -o none/p");
-        row("manifest is the image", "-d drop --image i.bin build --no-check --manifest i.bin");
-    }
-    void overwriting()
-    {
-        QFETCH(QString, arguments);
-        QDir(host.folder->path()).mkdir("drop");
-        writeStitcher(host.folder->path(), "touch " + quoted(host.path("started")));
-        const QString input = writeFile(host.path("drop/HostFW_1.bin"), "precious");
-        writeFile(host.path("config.txt"), "Flash-Layer = /a\n");
-        QFile::link("drop/HostFW_1.bin", host.path("in.bin"));
-        QFile::link("drop/HostFW_1.bin", host.path("soft.bin"));
-        const Run run = host.start("-q " + arguments);
-        QCOMPARE(run.status, 1);
-        QVERIFY2(
-            matches(run.output + run.errors,
-                    "same file|that was loaded|is the image|none/. cannot be written: No such"),
-            qPrintable(run.output + run.errors));
-        QCOMPARE(readFile(input), QByteArray("precious"));
-        QCOMPARE(readFile(host.path("config.txt")), QByteArray("Flash-Layer = /a\n"));
-        QVERIFY(!QFile::exists(host.path("started")));
-    }
-
     /// A plug-in with other kinds of values, and another command line.
     void secondTarget()
     {
@@ -185,19 +150,16 @@ private slots:
         host.environment.insert("LOOMWRIGHT_PLUGIN", host.path("first.so"));
         writeFile(host.path("kernel"), "kernel");
         writeStitcher(host.folder->path(), "printf '%s\n' \"$1\" \"$2\" > \"$3\"");
-        const QString targets = host.start("targets").output;
-        QVERIFY(matches(targets, "\nSecond +0.1 ") && matches(targets, "\nVeldmark"));
-        QVERIFY(matches(host.start("--target Second -s Layout=huge info").errors,
-                        "Layout: \"huge\" is not one of the choices: small, large"));
-        const Run failed = host.start("--target Second --json -s Kernel=nowhere check");
-        QCOMPARE(failed.json().value("checks")[0]["key"].toString(), QString("KERNEL"));
-        QCOMPARE(failed.status, 1);
-
-        const QString values = "--target Second -s TITLE=big -s Layout=large -s Kernel=kernel ";
-        QCOMPARE(host.start(values + "--image i.bin project -o p.json").status, 0);
-        QCOMPARE(host.start("--target Second -q -p p.json build").errors, QString());
-        QCOMPARE(readFile(host.path("i.bin")), "large\nbig\n");
-        QVERIFY(host.start("-p p.json info").errors.contains("is for the target \"Second\""));
+        const Run run = host.shell(
+            "loomwright targets; second() { loomwright --target Second \"$@\" 2>&1; }; "
+            "second -s Layout=huge info; second --json -s Kernel=nowhere check; echo $?; "
+            "second -q -s TITLE=big -s Layout=large -s Kernel=kernel --image i.bin project -o p; "
+            "second -q -p p build; cat i.bin; loomwright -p p info 2>&1");
+        QVERIFY2(matches(run.output,
+                         "\nVeldmark.*\nSecond +0.1 .*Layout: \"huge\" is not one of the choices: "
+                         "small, large.*\"key\": \"KERNEL\".*\n1\n.*\nlarge\nbig\n.*"
+                         "is for the target \"Second\""),
+                 qPrintable(run.output));
     }
 
     /// One that is left out in one of these places would be missing in the image, or unknown to users.
@@ -215,20 +177,13 @@ private slots:
         for (const QJsonValue &ingredient : ingredients) {
             const QString name = ingredient["name"].toString();
             const QString key = ingredient["key"].toString();
-            if (!ingredient["input"].toBool()) {
-                continue;
-            }
-            if (!manual.contains("\n| " + name + " | `")) {
-                missing << name + " in the manual";
-            }
-            if (name == "Legacy XML Data File") {
-                continue; // It is an argument of the stitcher.
-            }
-            if (!configuration.contains('\n' + key + " = ")) {
-                missing << key + " in the configuration";
-            }
-            if (!contents.contains('\n' + key + " | ")) {
-                missing << key + " in the image";
+            // The data file is an argument of the stitcher.
+            const bool isFound = name == "Legacy XML Data File"
+                || (configuration.contains('\n' + key + " = ")
+                    && contents.contains('\n' + key + " | "));
+            if (ingredient["input"].toBool()
+                && !(isFound && manual.contains("\n| " + name + " | `"))) {
+                missing << name;
             }
         }
         QCOMPARE(missing, QStringList());
@@ -286,6 +241,31 @@ private slots:
             "^loomwright: warning: Errors ignored because of --no-check: "
             "9.*\r\n1%\r2%\\\\u001b\r\n"
             "loomwright: The build failed");
+        row("kept work", "mktemp -u > $image; exit 1",
+            "IFS=; " + build
+                + " --keep-work > log; work=$(sed -n 's/^Work directory: //p' log); "
+                  "kept=$(sed -n 's/^Kept files: //p' log); ls $work; stat -c %a $work $kept; "
+                  "grep -c ^$work/ $kept/i.bin; rm -r $work $kept",
+            "^config.txt\n700\n700\n1\n$");
+        // A signal is not lost between two phases of a command.
+        row("interrupted at any time", "exec sleep 1000",
+            "set -m; echo older > i.bin; for delay in $(seq -f 0.%03g 1 59); do "
+            "[ \"$signal\" = INT ] && signal=TERM || signal=INT; "
+            "loomwright -q -d 'GOOD' build -o i.bin --manifest manifest > log 2>&1 & "
+            "sleep $delay; kill -$signal $!; wait $!; echo $?; done; cat i.bin; ls manifest",
+            "^((130\n143\n){29})130\nolder\n$");
+        row("two builds", "touch at$N; while [ ! -e go$N ]; do sleep 0.02; done; echo $N > $image",
+            "N=1 " + build
+                + " > log & while [ ! -e at1 ]; do sleep 0.02; done; touch go2; "
+                  "N=2 "
+                + build + " > log; cat i.bin; touch go1; wait; cat i.bin",
+            "^2\n1\n$");
+        // A program that reads the image's path sees the older image or the new one.
+        row("seen from outside", "yes | head -c 100000 > $image",
+            "echo older > i.bin; " + build
+                + " > log & while kill -0 $!; do wc -c < i.bin >> seen; done; "
+                  "wc -c < i.bin >> seen; sort -nu seen",
+            "^6\n100000\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
             "trap '' HUP; " + build + " & " + whenStarted
@@ -346,6 +326,64 @@ private slots:
             "export TMPDIR=/dev/null; for line in 'Flash-Layer = /a' 'Odd = 1'; do "
             "echo \"$line\" | loomwright -q -c - ingredients 2>&1; done",
             "Flash-Layer +/a .*The configuration standard input was rejected: Nothing to");
+        row("rejected inputs",
+            "touch file; mkdir empty; for each in nothing file empty; do "
+            "loomwright -q -d $each info 2>&1 > log; done; "
+            "loomwright -q -c nothing -f file -f nothing info 2>&1 > log; echo $?",
+            "nothing was rejected: it does not exist.*file was rejected: it is a file.*"
+            "empty was rejected: no file name in it matches.*The configuration nothing was rejected"
+            ".*file was rejected: its name matches no ingredient.*"
+            "nothing was rejected: it does not exist.*\n1\n$");
+        const QString remark = "loomwright: warning: The configuration c, line ";
+        row("entries without effect",
+            "printf '%s\\n' 'PlatformType = VKMD1' 'ImageType = OTHER' \"'Odd = 1\" 'Odd = 1' "
+            "'Flash-Layer = /a' > c; loomwright -q -c c info 2>&1 > log",
+            '^' + remark + "2: ImageType is \"OTHER\", but a build always uses \"FWUSB\"\n" + remark
+                + "4: no ingredient has the key \"Odd\"\n$");
+        const QString each
+            = "do loomwright -q build --no-check -o i.bin --stitcher $each 2>&1; done";
+        row("not a stitcher",
+            "IFS=; mkdir plain; touch plain/tamblin-stitcher; ln -s nowhere link; "
+            "runner=$(dirname $(type -P loomwright))/libexec/loomwright; "
+            "for each in nope . plain/tamblin-stitcher link $runner/tamblin-stitcher; "
+                + each
+                + "; rm tamblin-stitcher; for path in /nope $PWD/plain $runner; do "
+                  "PATH=$path:$PATH loomwright -q build --no-check -o i.bin 2>&1; done",
+            "/nope does not exist.*not a regular file.*/plain/\\S+ is not executable.*"
+            "/link is a symlink that leads nowhere.*is not the stitcher.*"
+            "There is no tamblin-stitcher in PATH.*/plain/\\S+ is not executable.*"
+            "There is no tamblin-stitcher in PATH\\.\n$");
+        row("a stitcher behind one that cannot be executed",
+            "mkdir plain; touch plain/tamblin-stitcher; cd plain; "
+            "for each in '' '--stitcher ../tamblin-stitcher'; do "
+            "PATH=/nope:$PWD:$PATH loomwright build --no-check -o i.bin $each --json 2>&1 "
+            "| grep -A 3 '\"stitcher\"'; done",
+            "(.*\"file\": \"/[^\n]*[^n]/tamblin-stitcher\"){2}");
+        // Because it is what the file is made of, or cannot be written.
+        row("not overwritten",
+            "mkdir drop; echo precious | tee drop/HostFW_1.bin > /dev/null; "
+            "echo 'Flash-Layer = /a' > c; ln -s drop/HostFW_1.bin soft.bin; while read -r line; do "
+            "loomwright -q $line > log 2>&1; echo $? $(grep -cE 'same file|that was loaded|"
+            "is the image|none/. cannot be written: No such' log); done << END\n"
+            "-d drop -o soft.bin config\n"
+            "-c c -d drop -o c config\n"
+            "-d drop -o soft.bin project\n"
+            "-d drop --image i.bin build --no-check --manifest soft.bin\n"
+            "-d drop --image i.bin build --no-check --manifest tamblin-stitcher\n"
+            "-d drop --image i.bin build --no-check --manifest i.bin\n"
+            "-d drop --image i.bin build --no-check --manifest none/m\n"
+            "project -o none/p\n"
+            "END\ncat drop/* c; ls",
+            "^(1 1\n){8}precious\nFlash-Layer = /a\nc\ndrop\nlog\nsoft.bin\ntamblin-stitcher\n$");
+        row("files that are written",
+            "echo old > old; chmod 660 old; ln -s old link; ln -s gone dangling; "
+            "for each in new old link dangling /dev/null . none/x; do "
+            "loomwright -s Flash-Layer=/x$each -o $each config 2>&1; done; "
+            "stat -c %a old; grep -h Flash-Layer new old; ls -A",
+            "^(Configuration written to /[^\n]*/(new|old)\n){3}"
+            ".*symlink to a file that does not exist.*not a regular file.*not a regular file.*"
+            "No such file or directory.*\n660\nFlash-Layer = /xnew\nFlash-Layer = /xlink\n"
+            "dangling\nlink\nnew\nold\ntamblin-stitcher\n$");
         // Each has an example, and no line is wider than a terminal.
         row("help on each command",
             "loomwright --help | sed -n '/^Commands:/,/^$/s/^  \\([a-z]*\\) .*/\\1/p' "
@@ -367,31 +405,6 @@ private slots:
         writeStitcher(host.folder->path(), findImage + "printf image > $image");
         const Run run = host.shell(script);
         QVERIFY2(matches(run.output, output), qPrintable(run.output + run.errors));
-    }
-
-    /// A signal is not lost between two phases of a command.
-    void interruptAtAnyTime()
-    {
-        writeStitcher(host.folder->path(), "exec sleep 1000");
-        const QString image = host.path("i.bin");
-        writeFile(image, "older");
-        for (int delayMs = 1; delayMs < 60; ++delayMs) {
-            const int number = delayMs % 2 == 0 ? SIGINT : SIGTERM;
-            QProcess program;
-            program.setProcessEnvironment(host.environment);
-            program.start(HOST_PROGRAM,
-                          {"-q", "-d", host.samples.filePath("good"), "build", "-o", image,
-                           "--manifest", host.path("manifest")});
-            QVERIFY(program.waitForStarted());
-            QTest::qSleep(delayMs);
-            ::kill(pid_t(program.processId()), number);
-            QVERIFY2(program.waitForFinished(), qPrintable(QString::number(delayMs)));
-            QCOMPARE(program.exitStatus(), QProcess::CrashExit);
-            QCOMPARE(program.exitCode(), number);
-            QCOMPARE(readFile(image), QByteArray("older"));
-        }
-        QVERIFY(!QFile::exists(host.path("manifest")));
-        QCOMPARE(processesOf(host.folder->path()), QStringList());
     }
 
 private:
