@@ -3,6 +3,7 @@
 
 #include "host/core/build.h"
 #include "host/core/plugin.h"
+#include "host/core/stitcherrun.h"
 #include "host/core/values.h"
 #include "processes.h"
 #include "row.h"
@@ -14,6 +15,7 @@
 #include <random>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -273,6 +275,38 @@ private slots:
         QCOMPARE(readFile(image), QByteArray("old"));
         siginfo_t info = {}; // The next build needs a plug-in that has taken note of the end.
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
+    }
+
+    /// Until the plug-in, which the test stands for, has taken note of the runner's end, messages may
+    /// still arrive.
+    void runnerThatIsNotReapedYet()
+    {
+        StitcherRequest request;
+        writeStitcher(folder->path(), {});
+        request.stitcher = folder->filePath("tamblin-stitcher");
+        request.workDirectory = folder->filePath("tmp");
+        StitcherRun stitcherRun;
+        bool hasEnded = false;
+        connect(&stitcherRun, &StitcherRun::started, &stitcherRun, &StitcherRun::permit);
+        connect(&stitcherRun, &StitcherRun::stitcherEnded, &stitcherRun, &StitcherRun::finish);
+        connect(&stitcherRun, &StitcherRun::ended, this, [&hasEnded] { hasEnded = true; });
+        pid_t runner = -1;
+        stitcherRun.start(request, [&runner] {
+            runner = fork();
+            if (runner == 0) {
+                execlp("tamblin-stitcher", "tamblin-stitcher", nullptr);
+                _exit(1);
+            }
+        });
+        QTRY_VERIFY(stitcherRun.reported(RunnerStatus::Finished));
+        siginfo_t info = {};
+        QCOMPARE(waitid(P_PID, id_t(runner), &info, WEXITED | WNOWAIT), 0);
+        for (int round = 0; round < 10; ++round) {
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(!hasEnded);
+        QCOMPARE(waitpid(runner, nullptr, 0), runner);
+        QTRY_VERIFY(hasEnded);
     }
 
     void manifestOfAReplacedImage()
