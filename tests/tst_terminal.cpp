@@ -377,13 +377,13 @@ private slots:
             "^(1 1\n){8}precious\nFlash-Layer = /a\nc\ndrop\nlog\nsoft.bin\ntamblin-stitcher\n$");
         row("files that are written",
             "echo old > old; chmod 660 old; ln -s old link; ln -s gone dangling; "
-            "for each in new old link dangling /dev/null . none/x; do "
+            "mkfifo fifo; for each in new old link dangling fifo . none/x; do "
             "loomwright -s Flash-Layer=/x$each -o $each config 2>&1; done; "
             "stat -c %a old; grep -h Flash-Layer new old; ls -A",
             "^(Configuration written to /[^\n]*/(new|old)\n){3}"
             ".*symlink to a file that does not exist.*not a regular file.*not a regular file.*"
             "No such file or directory.*\n660\nFlash-Layer = /xnew\nFlash-Layer = /xlink\n"
-            "dangling\nlink\nnew\nold\ntamblin-stitcher\n$");
+            "dangling\nfifo\nlink\nnew\nold\ntamblin-stitcher\n$");
         // Each has an example, and no line is wider than a terminal.
         row("help on each command",
             "loomwright --help | sed -n '/^Commands:/,/^$/s/^  \\([a-z]*\\) .*/\\1/p' "

@@ -8,6 +8,8 @@
 #include <QModelIndex>
 #include <QStringList>
 
+#include <functional>
+
 /// The messages about one header section of a legacy data file.
 inline QStringList sectionReport(const QString &title, int nodes,
                                  const QStringList &errors = QStringList())
@@ -75,4 +77,26 @@ public slots:
 
 private:
     QStringList lines;
+};
+
+/// Calls a function whenever an object emits a signal; Qt 4 connects signals to slots alone.
+class SignalHook : public QObject
+{
+    Q_OBJECT
+
+public:
+    SignalHook(QObject *source, const char *signal, const std::function<void()> &function)
+        : action(function)
+    {
+        connect(source, signal, SLOT(call()));
+    }
+
+public slots:
+    void call()
+    {
+        action();
+    }
+
+private:
+    std::function<void()> action;
 };
