@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "files.h"
-#include "messagelog.h"
+#include "observers.h"
 #include "plugin/statusmanager.h"
 #include "plugin/vendorprefix.h"
 #include "qtcompat.h"
-#include "signalhook.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>

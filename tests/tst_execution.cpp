@@ -4,9 +4,8 @@
 #include "execution/externalunsignedzorvexecutionmanager.h"
 #include "files.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
-#include "messagelog.h"
+#include "observers.h"
 #include "qtcompat.h"
-#include "signalhook.h"
 
 #include <cerrno>
 #include <csignal>

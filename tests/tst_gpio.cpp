@@ -3,7 +3,7 @@
 
 #include "gpio/gpiobittoggle.h"
 #include "gpio/gpiomodel.h"
-#include "messagelog.h"
+#include "observers.h"
 #include "qtcompat.h"
 #include "row.h"
 

@@ -4,10 +4,9 @@
 #include "files.h"
 #include "manager/externalunsignedzorvingredientmanager.h"
 #include "manager/simpleingredientmapper.h"
-#include "messagelog.h"
+#include "observers.h"
 #include "qtcompat.h"
 #include "row.h"
-#include "signalhook.h"
 
 #include <csignal>
 #include <initializer_list>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "files.h"
-#include "messagelog.h"
 #include "model/ingredientitem.h"
 #include "model/ingredientmodel.h"
+#include "observers.h"
 #include "qtcompat.h"
 #include "row.h"
 
