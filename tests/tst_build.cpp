@@ -143,6 +143,7 @@ private slots:
         row("named like an input", "printf evil > in.bin", "in.bin, which is in use");
         row("a symlink", "ln -s /etc/passwd i.log", "not a regular file");
         row("a directory", "mkdir i.log", "not a regular file");
+        row("a name that is no text", ": > \"$(printf '\\377')\"", "not a regular file");
         row("its place is taken", "printf log > i.log; mkdir \"$place/i.log\" \"$place/i.log/x\"",
             "what is there is not a regular file");
         row("the image's place is taken", "mkdir \"$final\"",
@@ -172,6 +173,23 @@ private slots:
             QVERIFY(QDir(result.keptDirectory).removeRecursively());
         }
         QDir(folder->filePath("place.moved")).removeRecursively();
+    }
+
+    /// What was hashed is not what is there in the end.
+    void changedWhileHashed()
+    {
+        const QString link = folder->filePath("link");
+        writeFile(folder->filePath("place/input.bin"), "input");
+        QVERIFY(QFile::link("place", link));
+        FileHasher hasher;
+        QList<FileRecord> hashed;
+        connect(&hasher, &FileHasher::finished, this,
+                [&](const QList<FileRecord> &records) { hashed = records; });
+        hasher.add({recordOf(link + "/input.bin")});
+        QVERIFY(QFile::remove(link) && QFile::link(".", link));
+        QTRY_COMPARE(hashed.count(), 1);
+        QVERIFY(QFile::remove(link) && QFile::link("place", link));
+        QVERIFY(!isUnchanged(hashed.first()));
     }
 
     /// Nothing depends on the runner any more, but the image must stay as it is.

@@ -122,6 +122,11 @@ private slots:
             "^14 checks: 14 passed, 0 failed\n[^\n]*\"i.bin\"[^\n]*\n"
             "[^\n]*\"drop/platform/veldmark-d1.xml\".*Flash-Layer +/x .*"
             "Vendor Signed FW +/.*moved/drop.*\"moved/i.bin\"");
+        row("paths in a project",
+            "mkdir -p real/sub; ln -s real/sub link; "
+            "lw -s Flash-Layer=x -s Secure_Annex_FW=:y project -o p.json; "
+            "sed -i 's,\"x\",\"link/../x\",' p.json; cd work; lw -p ../p.json ingredients",
+            "Flash-Layer +/[^\n]*/real/x .* Secure_Annex_FW +/(?![^\n]*/work/:y)[^\n]*/:y ");
         row("interrupted",
             "build; truncate -s 8G work/i.bin; loomwright verify work/m.json 2>&1 & "
             "while ! ls -l /proc/$!/fd | grep -q 'i.bin$'; do sleep 0.01; done; "

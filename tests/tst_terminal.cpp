@@ -128,6 +128,8 @@ private slots:
         row("line feed in a value", "-q -s Flash-Layer=/a\nb config", 1, none, "control character");
         row("build with a line feed in a value", "-q -s Flash-Layer=/a\nb build --no-check -o i", 1,
             "control character", "Not building");
+        row("check with a stitcher that is none", "-q check --stitcher nope", 1,
+            "FAIL +The stitcher /[^\n]*/nope does not exist", none);
         row("stitcher that is none", "-q build --no-check -o i --stitcher /etc/passwd", 1, none,
             "/etc/passwd is not executable");
     }
@@ -266,6 +268,21 @@ private slots:
                 + " > log & while kill -0 $!; do wc -c < i.bin >> seen; done; "
                   "wc -c < i.bin >> seen; sort -nu seen",
             "^6\n100000\n$");
+        row("manifest in place of another file",
+            "printf other > \"${image%/*}/m\"; printf image > $image",
+            build + " --manifest m 2>&1 > log; echo $?; cat m",
+            "/m is not written: the stitcher wrote that file\\.\n1\nother$");
+        // As root; other users cannot mount.
+        row("mounted in the work directory", "mkdir $TMPDIR/m; mount --bind kept $TMPDIR/m; exit 1",
+            "mkdir kept; touch kept/file; " + build
+                + "; umount loomwright-*/m; ls kept; rm -r loomwright-*",
+            "(^|\n)file\n$");
+        row("in a directory with a colon", dots,
+            "programs=$(dirname $(type -P loomwright)); mkdir a:b; "
+            "cp -r $programs/loomwright $programs/libunsigned-zorv* $programs/libexec a:b; "
+            "a:b/"
+                + build + " --dry-run 2>&1; ls i.bin",
+            "cannot be part of PATH\\.\n$");
         row("ignored HUP",
             QByteArray("touch started; while [ ! -e go ]; do sleep 0.02; done; ") + dots,
             "trap '' HUP; " + build + " & " + whenStarted
