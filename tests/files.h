@@ -31,8 +31,8 @@ inline QByteArray quoted(const QString &path)
     return '\'' + QFile::encodeName(path) + '\'';
 }
 
-/// Writes an executable shell script named tamblin-stitcher into @p folder. It splits no words, so a
-/// variable may hold a path with a space.
+/// Writes an executable shell script named tamblin-stitcher into @p folder. It splits no words, so
+/// a variable may hold a path with a space.
 inline void writeStitcher(const QString &folder, const QByteArray &body)
 {
     const QString script = writeFile(folder + "/tamblin-stitcher", "#!/bin/sh\nIFS=\n" + body);

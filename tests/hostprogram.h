@@ -19,7 +19,8 @@ struct Run {
     }
 };
 
-/// Runs the terminal host in a folder of its own, which also is where a stitcher is looked for first.
+/// Runs the terminal host in a folder of its own, which also is where a stitcher is looked for
+/// first.
 class HostProgram
 {
 public:

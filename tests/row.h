@@ -5,8 +5,8 @@
 
 #include <QtTest>
 
-/// A table of test data with named columns of these types. A call adds a row: its name, then a value
-/// for each column.
+/// A table of test data with named columns of these types. A call adds a row: its name, then a
+/// value for each column.
 template <typename... Types> class Table
 {
 public:

@@ -295,8 +295,8 @@ private slots:
         QTRY_COMPARE(waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT), -1);
     }
 
-    /// Until the plug-in, which the test stands for, has taken note of the runner's end, messages may
-    /// still arrive.
+    /// Until the plug-in, which the test stands for, has taken note of the runner's end, messages
+    /// may still arrive.
     void runnerThatIsNotReapedYet()
     {
         StitcherRequest request;

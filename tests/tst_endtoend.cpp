@@ -17,8 +17,8 @@
 #include <initializer_list>
 
 // Another host's declarations. It shares none with the plug-in: what must agree is the order of the
-// operations, the fields of the values, and the names of the classes, by which both dynamic_cast and
-// Qt's meta-types recognise them.
+// operations, the fields of the values, and the names of the classes, by which both dynamic_cast
+// and Qt's meta-types recognise them.
 
 struct FilePath {
     QString fileName;
@@ -660,7 +660,8 @@ private:
     QAbstractItemModel *model = nullptr;
 };
 
-/// A host that shows the details page as a window and deletes the root object after its application.
+/// A host that shows the details page as a window and deletes the root object after its
+/// application.
 static int runLateHost(int argc, char **argv)
 {
     QObject *root = nullptr;

@@ -173,7 +173,8 @@ private slots:
             "</ingredient_column><group/><group name='G'><i name='N'><text value='1'/>"
             "<text value='2'/></i><i/><i name='N'/><group name='Inner'/></group>"
             "<group name='G'/></a>");
-        // A group inside a group is a row of it and a group besides; one without a name is left out.
+        // A group inside a group is a row of it and a group besides; one without a name is left
+        // out.
         QCOMPARE(model.rowCount(), 3);
         QCOMPARE(model.rowCount(model.index(0, 0)), 3);
         QCOMPARE(model.index(1, 0).data(), QVariant("Inner"));

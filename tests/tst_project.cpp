@@ -225,7 +225,8 @@ private:
             .toHex();
     }
 
-    /// Readers must accept members that the schema does not list, but the program may not write any.
+    /// Readers must accept members that the schema does not list, but the program may not write
+    /// any.
     static void check(const QString &schema, const QString &document)
     {
         QProcess python;

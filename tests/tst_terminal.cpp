@@ -164,7 +164,8 @@ private slots:
                  qPrintable(run.output));
     }
 
-    /// One that is left out in one of these places would be missing in the image, or unknown to users.
+    /// One that is left out in one of these places would be missing in the image, or unknown to
+    /// users.
     void everyInputIsInConfigurationImageAndManual()
     {
         host.environment.insert("PATH", EXAMPLES_FOLDER ":" + host.environment.value("PATH"));

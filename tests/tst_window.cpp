@@ -45,7 +45,8 @@ private slots:
         QSettings().clear();
         newWindow();
         QApplication::setFont(before);
-        // Without fonts, every character is as wide as high, and the least that is needed does not fit.
+        // Without fonts, every character is as wide as high, and the least that is needed does not
+        // fit.
         const QSize largest
             = window->screen()->availableSize().expandedTo(window->minimumSizeHint());
         QCOMPARE(window->size().boundedTo(largest), window->size());

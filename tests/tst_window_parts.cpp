@@ -214,8 +214,8 @@ private slots:
         QVERIFY(!notice->isVisible() && view->toPlainText().isEmpty());
     }
 
-    /// It has what the first target has not: a choice, a data view without data, and groups whose cells
-    /// are editable.
+    /// It has what the first target has not: a choice, a data view without data, and groups whose
+    /// cells are editable.
     void secondTarget()
     {
         MainWindow window;

@@ -221,7 +221,8 @@ private slots:
             QTest::keyClick(window.data(), Qt::Key_F8);
             QCOMPARE(problemList()->currentIndex().row(), row);
         }
-        // A change elsewhere keeps the position, and the next problem takes the row of one that is gone.
+        // A change elsewhere keeps the position, and the next problem takes the row of one that is
+        // gone.
         setValue("Host FW", candidatesOf("Host FW").last());
         QTRY_COMPARE(problemCount(), 4);
         for (const int row : {1, 2}) {
@@ -278,8 +279,8 @@ private slots:
                  qPrintable(text("status")));
     }
 
-    /// What is rejected is a notice. The window says "folder", also where the word comes from what both
-    /// hosts share.
+    /// What is rejected is a notice. The window says "folder", also where the word comes from what
+    /// both hosts share.
     void rejections()
     {
         const QString word("directory");

@@ -231,7 +231,8 @@ protected slots:
     }
 
 public:
-    /// Shortcuts need an active window. A display without a window manager activates none by itself.
+    /// Shortcuts need an active window. A display without a window manager activates none by
+    /// itself.
     void activateWindow()
     {
         window->activateWindow();

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <QHash>
 #include <QString>
 
 #include <sys/types.h>
@@ -34,6 +33,3 @@ struct FileState {
     /// Whether something was changed in between.
     bool operator!=(const FileState &other) const;
 };
-
-/// States by absolute path.
-using FileStates = QHash<QString, FileState>;

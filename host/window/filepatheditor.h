@@ -26,7 +26,8 @@ public:
 
     /// The edited path.
     QString path() const;
-    /// Whether the user has chosen it from a list or in a dialog, which may be the path that was there.
+    /// Whether the user has chosen it from a list or in a dialog, which may be the path that was
+    /// there.
     bool isChosen() const;
 
     /// Opens a dialog to choose a file, for opening or saving as the value requires, in the folder

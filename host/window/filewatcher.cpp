@@ -45,7 +45,7 @@ FileWatcher::FileWatcher(QObject *parent)
 
 void FileWatcher::setFiles(const QStringList &files)
 {
-    FileStates newStates;
+    QHash<QString, FileState> newStates;
     for (const QString &file : files) {
         const auto known = states.constFind(file);
         newStates.insert(file, known == states.constEnd() ? FileState::of(file) : *known);
@@ -61,8 +61,8 @@ void FileWatcher::compareSoon()
     }
 }
 
-/// Watches everything anew: QFileSystemWatcher watches what a path has referred to when it was added,
-/// even when something else has taken its place.
+/// Watches everything anew: QFileSystemWatcher watches what a path has referred to when it was
+/// added, even when something else has taken its place.
 void FileWatcher::watch()
 {
     QSet<QString> paths;

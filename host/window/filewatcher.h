@@ -6,14 +6,15 @@
 #include "host/core/filestate.h"
 
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
 
 #include <memory>
 
-/// Reports files that change, appear, disappear or are replaced on disk, also because a directory or
-/// symlink on the way to them is renamed or replaced.
+/// Reports files that change, appear, disappear or are replaced on disk, also because a directory
+/// or symlink on the way to them is renamed or replaced.
 class FileWatcher : public QObject
 {
     Q_OBJECT
@@ -27,8 +28,8 @@ public:
     void setFiles(const QStringList &files);
 
 signals:
-    /// A file differs from its last reported state. Emitted a fraction of a second after the change,
-    /// so that a file that is being written is not reported for every block.
+    /// A file differs from its last reported state. Emitted a fraction of a second after the
+    /// change, so that a file that is being written is not reported for every block.
     void changed();
 
 private:
@@ -37,6 +38,6 @@ private:
     void watch();
 
     std::unique_ptr<QFileSystemWatcher> watcher;
-    FileStates states;
+    QHash<QString, FileState> states; ///< By path.
     QTimer reportTimer;
 };

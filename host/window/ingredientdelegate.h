@@ -7,7 +7,8 @@
 #include <QStyledItemDelegate>
 
 /// Edits the values of the ingredient tree in place: a path with a line, a browse button and the
-/// candidates, a choice with a drop-down list, and a text with a line. The values come back as text.
+/// candidates, a choice with a drop-down list, and a text with a line. The values come back as
+/// text.
 class IngredientDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

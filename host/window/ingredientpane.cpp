@@ -109,8 +109,8 @@ void IngredientPane::attach()
     tree->setCurrentIndex(cell.isValid() ? cell : model->index(0, 0, model->index(0, 0)));
 }
 
-/// Hides the columns that the plug-in wants hidden. In a narrow window also hides the additional ones,
-/// which the tooltip shows too, to leave room for the value.
+/// Hides the columns that the plug-in wants hidden. In a narrow window also hides the additional
+/// ones, which the tooltip shows too, to leave room for the value.
 void IngredientPane::hideColumns()
 {
     if (!session->isLoaded() || !model->sourceModel()) {

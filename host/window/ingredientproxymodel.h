@@ -16,8 +16,8 @@
 class Session;
 
 /// Presents the plug-in's ingredients to a view: values as text, requirements as tooltips, a mark
-/// for the state of each row, and additional columns with the size, date and folder of the file. The
-/// edit role returns the values themselves; edited values are passed to the session as text.
+/// for the state of each row, and additional columns with the size, date and folder of the file.
+/// The edit role returns the values themselves; edited values are passed to the session as text.
 class IngredientProxyModel : public KExtraColumnsProxyModel
 {
     Q_OBJECT

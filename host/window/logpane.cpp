@@ -35,7 +35,8 @@ const int maxLineLength = 1000;
 /// A longer message is cut at once, since all of it would be dropped anyway.
 const int maxMessageLength = 2 * 1024 * 1024;
 
-/// The user states of the blocks of lines. The error lines of each build have their own, above these.
+/// The user states of the blocks of lines. The error lines of each build have their own, above
+/// these.
 enum LineState { StatusLine, ErrorLine };
 
 bool isAtEnd(const QTextCursor &cursor)

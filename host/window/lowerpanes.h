@@ -45,7 +45,8 @@ private:
     void bringToFront(int index);
     void showPanes();
 
-    /// By the index of the tab: checked if the user wants the pane, enabled if there is something in it.
+    /// By the index of the tab: checked if the user wants the pane, enabled if there is something
+    /// in it.
     QList<QAction *> actions;
     int front = 0; ///< The index of the tab that the user wants in front.
 };

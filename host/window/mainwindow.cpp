@@ -260,8 +260,8 @@ void MainWindow::showTitle()
     setWindowModified(!project.isEmpty() && session.isModified());
 }
 
-/// The selection of a list without the focus is grey: most styles show the focus only faintly. Light
-/// and dark text are readable on it, and the rows of most themes are much lighter or darker.
+/// The selection of a list without the focus is grey: most styles show the focus only faintly.
+/// Light and dark text are readable on it, and the rows of most themes are much lighter or darker.
 void MainWindow::showFocus()
 {
     const QPalette normal = QApplication::palette();

@@ -94,8 +94,8 @@ void ProblemPane::setProblems(const Problems &problems)
     updateGeometry();
 }
 
-/// Selects the ingredient that was @p selected. If that has no problem any more, the one in its row is
-/// the next one.
+/// Selects the ingredient that was @p selected. If that has no problem any more, the one in its row
+/// is the next one.
 void ProblemPane::restorePosition(int row, const QStringList &selected)
 {
     const auto isSelected = [&selected](const QStringList &each) {

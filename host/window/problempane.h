@@ -18,8 +18,8 @@ public:
     /// Shows @p problems and keeps the position for showNext().
     void setProblems(const Problems &problems);
 
-    /// Selects the first problem or the one after the last selected one, wrapping around at the end,
-    /// and emits ingredientChosen().
+    /// Selects the first problem or the one after the last selected one, wrapping around at the
+    /// end, and emits ingredientChosen().
     void showNext();
 
     QSize sizeHint() const override;

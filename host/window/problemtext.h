@@ -16,6 +16,6 @@ QString literalText(const QString &text);
 bool isMissingFile(const Problem &problem);
 /// How a row with @p problem is marked.
 RowState stateOf(const Problem &problem);
-/// @p problem in one line, with what is required and found, without the ingredient, the file and what
-/// its mark shows.
+/// @p problem in one line, with what is required and found, without the ingredient, the file and
+/// what its mark shows.
 QString problemLine(const Problem &problem);

@@ -98,8 +98,8 @@ public:
     Problems problems() const;
     /// What a problem with the stitcher has in place of an ingredient.
     static IngredientId stitcherId();
-    /// The files to choose from when several were found for an ingredient, or when one was found that is
-    /// not its value; else empty.
+    /// The files to choose from when several were found for an ingredient, or when one was found
+    /// that is not its value; else empty.
     QStringList candidates(const IngredientId &id) const;
     /// Checks at once; a changed value is otherwise checked when the event loop runs.
     void check();

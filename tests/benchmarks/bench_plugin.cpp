@@ -22,7 +22,8 @@
 #include <functional>
 
 // Each measurement has a reference: the cost of the same work with Qt alone. Benchmarks are named
-// "work/ours" and "work/reference", followed by the size of the input; bench.sh computes the ratios.
+// "work/ours" and "work/reference", followed by the size of the input; bench.sh computes the
+// ratios.
 
 namespace {
 

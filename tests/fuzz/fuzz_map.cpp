@@ -7,8 +7,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
     const QString text = textOf(data, size);
-    // QRegExp writes counted repetitions out, nested ones without limit. The map is compiled into the
-    // plug-in, so no user can hand in another.
+    // QRegExp writes counted repetitions out, nested ones without limit. The map is compiled into
+    // the plug-in, so no user can hand in another.
     if (text.contains(QLatin1Char('{'))) {
         return 0;
     }
