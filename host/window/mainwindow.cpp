@@ -412,6 +412,12 @@ void MainWindow::dropEvent(QDropEvent *event)
     }
 }
 
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    problemPane->updateGeometry(); // It has a part of the height.
+}
+
 void MainWindow::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
