@@ -212,7 +212,7 @@ private slots:
         QVERIFY(!problemList()->isVisible());
         QVERIFY(tree->hasFocus() && tree->currentIndex().isValid());
         chooseNextFile(broken);
-        hint->actions().constFirst()->trigger();
+        hint->findChild<QPushButton *>()->click();
         QTRY_VERIFY(problemCount() > 0);
         QVERIFY(problemList()->isVisible());
         QVERIFY(!hint->isVisible());

@@ -8,6 +8,7 @@
 #include "host/core/stitcher.h"
 #include "host/window/buildpane.h"
 #include "host/window/dataviewpane.h"
+#include "host/window/hintpage.h"
 #include "host/window/ingredientpane.h"
 #include "host/window/inputkind.h"
 #include "host/window/logpane.h"
@@ -35,6 +36,7 @@
 #include <QMimeData>
 #include <QRubberBand>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -53,6 +55,8 @@ static void registerResources()
 namespace {
 
 const int maxNoticeLines = 4;
+/// The height from which the whole start hint is shown; below it, the tree needs the space.
+const int minLinesForHint = 30;
 
 /// Creates a label that elides what does not fit.
 KSqueezedTextLabel *createElidedLabel(const QString &name)
@@ -138,6 +142,11 @@ void MainWindow::createPanes()
     bold.setBold(true);
     targetLabel->setFont(bold);
     ingredientPane = new IngredientPane(&session, this);
+    startHint = new HintPage(tr("Drop a folder of firmware files here"), tr("Open folder…"), this);
+    startHint->setObjectName(QStringLiteral("startHint"));
+    startHint->setText(tr("Files are assigned by their names. You can also drop single files, a "
+                          "configuration or a project, or edit the rows above."));
+    startHint->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
     problemPane = new ProblemPane(this);
     buildPane = new BuildPane(&session, this);
 
@@ -145,19 +154,17 @@ void MainWindow::createPanes()
     workLayout = new QVBoxLayout(work);
     workLayout->addWidget(targetLabel);
     workLayout->addWidget(ingredientPane, 1);
+    workLayout->addWidget(startHint);
     workLayout->addWidget(problemPane);
     workLayout->addWidget(buildPane);
 
-    noPlugin = createMessage(QStringLiteral("noPlugin"), {});
-    noPlugin->setMessageType(KMessageWidget::Error);
-    noPlugin->setCloseButtonVisible(false);
-    startHint = createMessage(
-        QStringLiteral("startHint"),
-        tr("Drop a folder of firmware files on the window. Files are assigned by their names. You "
-           "can also drop single files, a configuration or a project, or edit the rows below."));
-    startHint->setCloseButtonVisible(false);
+    noPluginPage = new HintPage(tr("No plug-in is loaded"), tr("&Choose a plug-in…"), this);
+    noPluginPage->setObjectName(QStringLiteral("noPlugin"));
+    pages = new QStackedWidget(this);
+    pages->addWidget(noPluginPage);
+    pages->addWidget(work);
     splitter = new QSplitter(Qt::Vertical, this);
-    splitter->addWidget(work);
+    splitter->addWidget(pages);
     splitter->addWidget(lowerPanes);
     // Only the proportion counts, if no pane is smaller than its minimum.
     splitter->setSizes({4000, 1000});
@@ -166,18 +173,6 @@ void MainWindow::createPanes()
 
     statusLabel = createElidedLabel(QStringLiteral("status"));
     statusBar()->addWidget(statusLabel, 1);
-}
-
-/// Creates a message above the tree that shows @p text literally.
-KMessageWidget *MainWindow::createMessage(const QString &name, const QString &text)
-{
-    auto message = new KMessageWidget(literalText(text), this);
-    message->setObjectName(name);
-    message->setWordWrap(true);
-    // A long word, such as a path, must not widen the window.
-    message->setMinimumWidth(1);
-    workLayout->insertWidget(workLayout->indexOf(ingredientPane), message);
-    return message;
 }
 
 void MainWindow::connectSession()
@@ -207,6 +202,8 @@ void MainWindow::connectSession()
     connect(problemPane, &ProblemPane::ingredientChosen, ingredientPane,
             &IngredientPane::showIngredient);
     connect(problemPane, &ProblemPane::settingsRequested, this, &MainWindow::changeSettings);
+    connect(noPluginPage, &HintPage::requested, this, &MainWindow::changeSettings);
+    connect(startHint, &HintPage::requested, projectFiles, &ProjectFiles::chooseFolder);
     connect(buildPane, &BuildPane::noticed, this, &MainWindow::showNotice);
     connect(buildPane, &BuildPane::errorsRequested, lowerPanes, &LowerPanes::showNextBuildError);
     connect(lowerPanes->logPane, &LogPane::noticed, this, &MainWindow::showNotice);
@@ -219,10 +216,9 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
     if (session.loadPlugin(candidates)) {
         return true;
     }
+    noPluginPage->setText(session.pluginProblem());
     if (session.isLoaded()) {
         showNotice(session.pluginProblem());
-    } else {
-        showPlugin();
     }
     return false;
 }
@@ -230,9 +226,8 @@ bool MainWindow::loadPlugin(const QStringList &candidates)
 void MainWindow::showPlugin()
 {
     const bool loaded = session.isLoaded();
-    noPlugin->setVisible(!loaded);
-    noPlugin->setText(literalText(session.pluginProblem()));
-    targetLabel->setVisible(loaded);
+    pages->setCurrentWidget(loaded ? workLayout->parentWidget() : noPluginPage);
+    noPluginPage->setText(session.pluginProblem());
     lowerPanes->setPlugin(session.root());
     if (loaded) {
         showElided(targetLabel,
@@ -365,7 +360,13 @@ void MainWindow::showNotice(const QString &text)
         lines = lines.mid(0, maxNoticeLines) << tr("… the log has more.");
     }
     delete notice;
-    notice = createMessage(QStringLiteral("notice"), lines.join(QLatin1Char('\n')));
+    notice = new KMessageWidget(this);
+    notice->setObjectName(QStringLiteral("notice"));
+    notice->setWordWrap(true);
+    // A long word, such as a path, must not widen the window.
+    notice->setMinimumWidth(1);
+    notice->setText(literalText(lines.join(QLatin1Char('\n'))));
+    workLayout->insertWidget(workLayout->indexOf(ingredientPane), notice);
     notice->show();
 }
 
@@ -416,6 +417,7 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     problemPane->updateGeometry(); // It has a part of the height.
+    startHint->setTextVisible(height() >= minLinesForHint * fontMetrics().height());
 }
 
 void MainWindow::changeEvent(QEvent *event)

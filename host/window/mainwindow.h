@@ -10,6 +10,7 @@
 #include <QPointer>
 
 class BuildPane;
+class HintPage;
 class KMessageWidget;
 class KRecentFilesMenu;
 class KSqueezedTextLabel;
@@ -20,6 +21,7 @@ class QAction;
 class QMenu;
 class QRubberBand;
 class QSplitter;
+class QStackedWidget;
 class QToolBar;
 class QVBoxLayout;
 
@@ -55,7 +57,6 @@ private:
     using Condition = bool (*)(const Session &);
 
     void createPanes();
-    KMessageWidget *createMessage(const QString &name, const QString &text);
     void connectSession();
 
     void createActions();
@@ -87,8 +88,9 @@ private:
     ProjectFiles *projectFiles;
 
     QSplitter *splitter = nullptr;
-    KMessageWidget *noPlugin = nullptr;
-    KMessageWidget *startHint = nullptr;
+    QStackedWidget *pages = nullptr;
+    HintPage *noPluginPage = nullptr;
+    HintPage *startHint = nullptr;
     KSqueezedTextLabel *targetLabel = nullptr;
     KSqueezedTextLabel *statusLabel = nullptr;
     QVBoxLayout *workLayout = nullptr;

@@ -75,10 +75,8 @@ void MainWindow::createActions()
 void MainWindow::createFileMenu(QToolBar *toolBar)
 {
     QMenu *menu = menuBar()->addMenu(tr("&File"));
-    QAction *openFolder = add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), projectFiles,
-                              &ProjectFiles::chooseFolder, canChange);
-    toolBar->addAction(openFolder);
-    startHint->addAction(openFolder);
+    toolBar->addAction(add(menu, tr("Open &folder…"), tr("Ctrl+Shift+O"), projectFiles,
+                           &ProjectFiles::chooseFolder, canChange));
     add(menu, tr("&Add files…"), tr("Ctrl+I"), projectFiles, &ProjectFiles::chooseFiles, canChange);
     conditions.append({menu->addMenu(recentFiles), canChange});
     menu->addSeparator();
@@ -90,9 +88,8 @@ void MainWindow::createFileMenu(QToolBar *toolBar)
     add(menu, tr("Sa&ve configuration…"), {}, projectFiles, &ProjectFiles::saveConfigurationAs,
         isLoaded);
     menu->addSeparator();
-    QAction *settings = add(menu, tr("Se&ttings…"), {}, this, &MainWindow::changeSettings, isIdle);
-    settings->setMenuRole(QAction::PreferencesRole);
-    noPlugin->addAction(settings);
+    add(menu, tr("Se&ttings…"), {}, this, &MainWindow::changeSettings, isIdle)
+        ->setMenuRole(QAction::PreferencesRole);
     menu->addSeparator();
     add(menu, tr("&Quit"), tr("Ctrl+Q"), this, &MainWindow::close, always)
         ->setMenuRole(QAction::QuitRole);
