@@ -279,8 +279,9 @@ private slots:
                 + "; umount loomwright-*/m; ls kept; rm -r loomwright-*",
             "(^|\n)file\n$");
         row("in a directory with a colon", dots,
-            "programs=$(dirname $(type -P loomwright)); mkdir a:b; "
-            "cp -r $programs/loomwright $programs/libunsigned-zorv* $programs/libexec a:b; "
+            "IFS=; programs=$(dirname $(type -P loomwright)); mkdir a:b; "
+            "cp -r $programs/loomwright $programs/libunsigned-zorv* $programs/libexec a:b; unset "
+            "IFS; "
             "a:b/"
                 + build + " --dry-run 2>&1; ls i.bin",
             "cannot be part of PATH\\.\n$");
